@@ -1,0 +1,28 @@
+#pragma once
+#include <cstdint>
+#include <memory>
+
+#include "modes/framework/ModeHost.h"
+#include "util/queues/MainQueue.h"
+
+/// Keeps the list fresh while a scan fills the index: the first rows come as soon as there are any,
+/// also from a slow disk, and then a few times a second as long as items arrive.
+/// Owner:   AppDelegate. Threads: main.
+class ScanRefresh {
+  public:
+    /// itemCount tells how far the scan is.
+    ScanRefresh(ModeHost& host, std::function<uint64_t()> itemCount)
+        : host_(host), itemCount_(std::move(itemCount)) {}
+
+    void start();
+    void stop() { timer_.reset(); }
+
+  private:
+    void tick();
+
+    ModeHost& host_;
+    const std::function<uint64_t()> itemCount_;
+    std::unique_ptr<RepeatingTimer> timer_;
+    uint64_t itemsSearched_ = 0;
+    int ticksToWait_ = 0;
+};

@@ -1,0 +1,47 @@
+#include "core/state/GlobalState.h"
+
+#include "util/Timer.h"
+#include "util/World.h"
+#include "util/log.h"
+
+namespace {
+constexpr double kSlowSearchSeconds = 0.2;
+}
+
+GlobalState& GlobalState::sharedInstance() {
+    return World::current().shared<GlobalState>();
+}
+
+void GlobalState::searchInBackgroundForceBlockExecution(ForceBlock force,
+                                                        ModeHost::SearchBlock finalBlock) {
+    TRVMode* mode = currentMode();
+    if (!mode) return;
+    searchQ_.cancelAllOperations();
+    mode->setAbortSearch(true);
+    searchLaunchQ_.addBlock([this, mode, force, finalBlock = std::move(finalBlock)] {
+        searchQ_.waitUntilAllOperationsAreFinished();
+        mode->setAbortSearch(false);
+        searchQ_.addBlock([this, mode, force, finalBlock] { search(*mode, force, finalBlock); });
+    });
+}
+
+void GlobalState::search(TRVMode& mode, ForceBlock force, const ModeHost::SearchBlock& finalBlock) {
+    MainQueue::async([this] {
+        if (observer_.started) observer_.started();
+    });
+    Timer& timer = Timer::sharedInstance();
+    timer.start("SEARCH", Timer::Force::yes);
+    mode.searchForString(mode.searchString(), [&](bool valid, ChangedRows rows) {
+        mode.setLastSearchWasSlow(timer.stop("SEARCH", Timer::Force::yes) > kSlowSearchSeconds);
+        MainQueue::async([this, &mode] {
+            if (observer_.ended) observer_.ended(mode);
+        });
+        logIf(processFlags.debugSearch, Debug, "Search done");
+        if (force == ForceBlock::no && (mode.abortSearch() || !valid)) {
+            logIf(processFlags.debugSearch, Debug, "Not performing block");
+            return;
+        }
+        logIf(processFlags.debugSearch, Debug, "Performing block");
+        if (finalBlock) finalBlock(std::move(rows));
+    });
+}

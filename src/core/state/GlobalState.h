@@ -1,0 +1,48 @@
+#pragma once
+#include <functional>
+#include <string>
+
+#include "modes/framework/ModeHost.h"
+#include "modes/framework/TRVMode.h"
+#include "util/Observable.h"
+#include "util/Relaxed.h"
+#include "util/queues/OperationQueue.h"
+
+/// What exists once for all modes: which of them is current, the running search, the window's row
+/// limit. It launches searches so that the newest text wins and at most one search runs.
+/// Owner:   World. Threads: any, unless said otherwise.
+class GlobalState {
+  public:
+    /// What a search shows while it runs and when it is over, also a stale one. Main thread.
+    struct SearchObserver {
+        std::function<void()> started;
+        std::function<void(TRVMode& mode)> ended;
+    };
+
+    static GlobalState& sharedInstance();
+
+    TRVMode* currentMode() const { return currentMode_; }
+    void setCurrentMode(TRVMode* mode) { currentMode_ = mode; }
+    Observable<bool>& maximized() { return maximized_; }
+    long maxNumberOfRows() const { return maxNumberOfRows_; }
+    void setMaxNumberOfRows(long rows) { maxNumberOfRows_ = rows; }
+    /// Before the first search.
+    void setSearchObserver(SearchObserver observer) { observer_ = std::move(observer); }
+
+    /// Makes the running search of the current mode stale, waits for it in the background and
+    /// starts a new one with the text that the mode has then. A search that has gone stale calls
+    /// its block only if forced.
+    void searchInBackgroundForceBlockExecution(ForceBlock force, ModeHost::SearchBlock finalBlock);
+    void waitForSearches() { searchQ_.waitUntilAllOperationsAreFinished(); }
+
+  private:
+    void search(TRVMode& mode, ForceBlock force, const ModeHost::SearchBlock& finalBlock);
+
+    Relaxed<TRVMode*> currentMode_ = nullptr;
+    Relaxed<long> maxNumberOfRows_ = 10;
+    Observable<bool> maximized_{false};
+    SearchObserver observer_;
+    OperationQueue searchQ_{"searchQ", OperationQueue::kUnlimited, Qos::userInteractive};
+    // Made last, so ended first: its blocks use searchQ_.
+    OperationQueue searchLaunchQ_{"searchLaunchQ", 1, Qos::userInteractive};
+};

@@ -1,0 +1,44 @@
+#include "index/scanProject.h"
+
+#include "datatypes/Project.h"
+#include "util/Timer.h"
+#include "util/log.h"
+
+ScanEnd scanProject(FSScanner& scanner, const Project& project, const ProjectScan& with) {
+    constexpr uint32_t kEntriesToRefresh = 50'000;
+    const Project::Folders& folders = project.sorderFoldersDesc();
+    const auto allFolders = ReverseSemaphore::initWithCount(static_cast<int64_t>(folders.size()));
+    if (!allFolders) return ScanEnd::complete;
+    Timer& timer = Timer::sharedInstance();
+    timer.start("SCAN");
+    const GlobalRules global = GlobalRules::fromSettings();
+    with.cache->scanInProgress().set(true);
+    for (const auto& folder : folders) {
+        if (with.abortScan && *with.abortScan) {
+            scanner.abortScan();
+            return ScanEnd::stopped;
+        }
+        const std::string measured = "SCAN:" + folder->url.path();
+        timer.start(measured);
+        scanner.contentsOfDirectory(folder->url, {.projectSearchFolderURL = folder->url,
+                                                  .cache = with.cache,
+                                                  .maxDepth = folder->limitSearchDepth,
+                                                  .includeRootItem = folder->includeRoot,
+                                                  .rules = rulesOfFolder(*folder, global),
+                                                  .performBlock = with.refresh,
+                                                  .every = kEntriesToRefresh,
+                                                  .scanned = with.scanned,
+                                                  .ignored = with.ignored,
+                                                  .projectFolderCountSemaphore = allFolders});
+        timer.stop(measured);
+        if (scanner.isAborting()) {
+            logInfo("Scan of project %s aborted", project.name.c_str());
+            return ScanEnd::aborted;
+        }
+    }
+    allFolders->wait();
+    if (with.refresh && scanner.searchModeActive()) with.refresh();
+    with.cache->scanInProgress().set(false);
+    timer.stop("SCAN");
+    return ScanEnd::complete;
+}

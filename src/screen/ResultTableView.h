@@ -1,0 +1,42 @@
+#pragma once
+#include <cstddef>
+#include <vector>
+
+#include "screen/Geometry.h"
+#include "screen/RowContent.h"
+
+/// Where the table gets its rows from: only those on screen are asked for. Main thread.
+class ResultTableData {
+  public:
+    virtual ~ResultTableData() = default;
+    virtual size_t numberOfRows() const = 0;
+    virtual RowContent row(size_t row) const = 0;
+};
+
+/// Who is told what the user does with the table. Main thread.
+class ResultTableViewDelegate {
+  public:
+    virtual ~ResultTableViewDelegate() = default;
+    /// By the user's or the program's doing.
+    virtual void tableViewSelectionDidChange() = 0;
+    virtual void rowDoubleClicked(size_t row) = 0;
+};
+
+/// The list of results. Main thread.
+class ResultTableView {
+  public:
+    virtual ~ResultTableView() = default;
+    virtual void setData(const ResultTableData* data) = 0;
+    virtual void setDelegate(ResultTableViewDelegate* delegate) = 0;
+    /// All rows may have changed, and their number. The selection goes.
+    virtual void reloadData() = 0;
+    virtual void reloadRows(const std::vector<size_t>& rows) = 0;
+    virtual void setRowHeight(double height) = 0;
+    virtual void setHasVerticalScroller(bool has) = 0;
+    /// Extending keeps what is selected.
+    virtual void selectRow(size_t row, bool extend) = 0;
+    virtual std::vector<size_t> selectedRows() const = 0;
+    virtual void scrollRowToVisible(size_t row) = 0;
+    virtual Point clipOrigin() const = 0;
+    virtual void setClipOrigin(Point origin) = 0;
+};

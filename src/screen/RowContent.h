@@ -1,0 +1,17 @@
+#pragma once
+#include <string>
+#include <vector>
+
+#include "screen/Geometry.h"
+
+/// What one row of the result table shows. Texts are UTF-8 that can be shown as they are (control
+/// and direction characters are visible marks); ranges count UTF-16 units of their text.
+struct RowContent {
+    std::string iconName = {};  // freedesktop icon name, such as "folder" or "image-png"
+    std::string name = {};      // first line
+    std::vector<TextRange> nameHighlights = {};
+    std::string path = {};      // second line: the folder
+    std::vector<TextRange> pathHighlights = {};
+    bool isLink = false;
+    bool isMarked = false;
+};

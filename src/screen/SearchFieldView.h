@@ -1,0 +1,30 @@
+#pragma once
+#include <string>
+
+#include "screen/Geometry.h"
+#include "screen/KeyEvent.h"
+
+/// Who is told what the user does in the search field. Main thread.
+class SearchFieldViewDelegate {
+  public:
+    virtual ~SearchFieldViewDelegate() = default;
+    /// The user, not the program, changed the text.
+    virtual void searchFieldTextDidChange() = 0;
+    /// Before the field itself: true, the key is used up.
+    virtual bool searchFieldKeyDown(const KeyEvent& event) = 0;
+};
+
+/// The search field. Main thread.
+class SearchFieldView {
+  public:
+    virtual ~SearchFieldView() = default;
+    virtual void setDelegate(SearchFieldViewDelegate* delegate) = 0;
+    virtual std::u16string text() const = 0;
+    virtual void setText(const std::u16string& text) = 0;
+    virtual void setPlaceholder(const std::string& text) = 0;
+    virtual TextRange selection() const = 0;
+    virtual void setSelection(TextRange range) = 0;
+    virtual void selectAll() = 0;
+    virtual void focus() = 0;
+    virtual void setEnabled(bool enabled) = 0;
+};

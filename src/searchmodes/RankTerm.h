@@ -1,0 +1,134 @@
+#pragma once
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "index/NameMask.h"
+#include "searchmodes/CandidateText.h"
+#include "searchmodes/IndexSet.h"
+#include "searchmodes/rankScore.h"
+
+/// One term of a search, prepared for being ranked against millions of texts. Gives what
+/// StringRanker gives, to the last bit: instead of a matrix it keeps one set of positions a filter
+/// unit, and reads the lengths of runs off their diagonals.
+/// Owner:   FuzzySearch. Threads: any, to read.
+class RankTerm {
+  public:
+    static constexpr size_t kMaxUnits = 60;  // longer terms go the long way
+    static constexpr size_t kMaxCandidate = 255;
+
+    /// text: precomposed, in the case in which it was typed.
+    explicit RankTerm(std::u16string text);
+
+    const std::u16string& text() const { return cased_; }
+    const std::u16string& lower() const { return lower_; }
+    size_t length() const { return cased_.size(); }
+    /// Bits that the mask of a candidate must have.
+    NameMask need() const { return need_; }
+    /// Whether positions can be had for ASCII candidates, and for others.
+    bool isAscii() const { return ascii_; }
+    bool isPlain() const { return plain_; }
+    /// Whether the choice of runs looks at word starts.
+    bool usesWordStarts() const { return usesWordStarts_; }
+
+    /// Ranks by StringRanker's rules, whatever the text; adds positions to indexes.
+    double rank(std::u16string_view candidate, IndexSet* indexes) const;
+
+    /// One set of positions for each unit, of those that lie behind the first places of the units
+    /// before. False: the units do not occur in order.
+    template <class Text>
+    using Rows = std::array<typename Text::BitsType, kMaxUnits>;
+    template <class Text>
+    bool findRows(const Text& text, Rows<Text>& rows) const;
+    /// Picks the runs as StringRanker does. The rows come from findRows, and are changed. False:
+    /// refused.
+    template <class Bits>
+    bool chooseRuns(std::array<Bits, kMaxUnits>& rows, Bits wordStarts, RankCounts& counts,
+                    Bits& chosen) const;
+    /// The score without its divisions, right to about 1e-15: enough to see that a candidate cannot
+    /// be among the best.
+    double roughScore(unsigned candidateLength, const RankCounts& counts) const;
+
+  private:
+    const std::u16string cased_, lower_;
+    NameMask need_ = 0;
+    bool ascii_ = true;
+    bool plain_ = true;
+    bool usesWordStarts_ = false;
+    uint64_t upper_ = 0;  // bit i: unit i was typed in upper case
+    double d_ = 0;
+};
+
+template <class Text>
+bool RankTerm::findRows(const Text& text, Rows<Text>& rows) const {
+    using Bits = typename Text::BitsType;
+    Bits open = ~Bits(0);
+    for (size_t i = 0; i < lower_.size(); i++) {
+        rows[i] = text.equal(lower_[i]) & open;
+        if (!bool(rows[i])) return false;
+        open = ~unitBits::below<Bits>(unitBits::lowest(rows[i]) + 1);
+    }
+    return true;
+}
+
+template <class Bits>
+bool RankTerm::chooseRuns(std::array<Bits, kMaxUnits>& rows, Bits wordStarts, RankCounts& counts,
+                          Bits& chosen) const {
+    namespace ub = unitBits;
+    const size_t length = lower_.size();
+    std::array<unsigned, kMaxUnits> lower;
+    for (size_t i = 0; i < length; i++) lower[i] = ub::lowest(rows[i]);
+    unsigned end = ub::highest(rows[length - 1]) + 1;
+    for (size_t i = length - 1; i-- > 0;) {  // cut each row behind what the next one can use
+        rows[i] &= ub::below<Bits>(end - 1);
+        end = bool(rows[i]) ? ub::highest(rows[i]) + 1 : end - 1;
+    }
+    chosen = Bits(0);
+    counts.runs = counts.wordHits = counts.firstStart = 0;
+    for (size_t i = 0; i < length; counts.runs++) {
+        unsigned bestStart = 0, bestLength = 0;
+        bool found = false;
+        const bool typedUpper = (upper_ >> i & 1) != 0;
+        Bits open = lower[i] ? rows[i] & ~ub::below<Bits>(lower[i]) : rows[i];
+        for (; bool(open); ub::clearLowest(open)) {
+            const unsigned p = ub::lowest(open);
+            unsigned run = 1;
+            while (i + run < length && p + run < sizeof(Bits) * 8 &&
+                   ub::test(rows[i + run], p + run))
+                run++;
+            const Bits span = ub::below<Bits>(run) << p;
+            if (bool(span & chosen)) continue;
+            if (typedUpper && ub::test(wordStarts, p)) {
+                bestStart = p;
+                bestLength = run;
+                found = true;
+                counts.wordHits += ub::count(wordStarts & span);
+                break;
+            }
+            if (run > bestLength) {
+                bestStart = p;
+                bestLength = run;
+                found = true;
+            }
+        }
+        if (i == 0) counts.firstStart = bestStart;
+        unsigned used = std::max(bestLength, 1u);
+        if (length < 4) {
+            for (unsigned k = 0;; k++) {
+                const unsigned pos = std::max(bestStart + k, lower[i + k]);
+                lower[i + k] = pos;
+                const bool other = k < bestLength && !ub::test(wordStarts, pos) &&
+                                   bool(rows[i + k] & wordStarts & ~ub::below<Bits>(pos));
+                used = k + 1;
+                if (used >= bestLength || other) break;
+            }
+        }
+        i += used;
+        if (found) {
+            if (bool(chosen) && bestStart < ub::lowest(chosen)) return false;
+            chosen |= ub::below<Bits>(used) << bestStart;
+        }
+    }
+    return true;
+}

@@ -1,0 +1,32 @@
+#include "searchmodes/SearchTerms.h"
+
+std::vector<TextRange> indexesOfComponentsSeparatedByUnescapedWhitespace(std::u16string_view text) {
+    std::vector<TextRange> ranges;
+    bool escaped = false, content = false;
+    size_t start = 0;
+    for (size_t i = 0; i < text.size(); i++) {
+        const char16_t unit = text[i];
+        if (unit == u'\\') {
+            escaped = true;  // Kept: a second backslash escapes the blank behind it all the same
+            continue;
+        }
+        if (unit == u' ' && !escaped) {
+            if (content) ranges.push_back({start, i - start});
+            content = false;
+            start = i + 1;
+        } else if (unit != u' ') {
+            content = true;
+        }
+        escaped = false;
+    }
+    if (start < text.size() && (content || text.back() == u'\\'))
+        ranges.push_back({start, text.size() - start});
+    return ranges;
+}
+
+std::vector<std::u16string> componentsSeparatedByUnescapedWhitespace(std::u16string_view text) {
+    std::vector<std::u16string> components;
+    for (const TextRange& range : indexesOfComponentsSeparatedByUnescapedWhitespace(text))
+        components.emplace_back(text.substr(range.location, range.length));
+    return components;
+}

@@ -1,0 +1,117 @@
+#pragma once
+#include <bit>
+#include <cstdint>
+#include <type_traits>
+
+/// One bit for each unit of a candidate: 64, 128 or 256 of them. The same small set of operations
+/// for all three widths.
+__extension__ typedef unsigned __int128 UnitBits128;
+
+struct UnitBits256 {
+    uint64_t words[4];
+
+    UnitBits256() = default;
+    UnitBits256(uint64_t low) : words{low, 0, 0, 0} {}  // NOLINT: as the built-in widths do
+    explicit operator bool() const { return (words[0] | words[1] | words[2] | words[3]) != 0; }
+    UnitBits256& operator&=(const UnitBits256& other) {
+        for (int i = 0; i < 4; i++) words[i] &= other.words[i];
+        return *this;
+    }
+    UnitBits256& operator|=(const UnitBits256& other) {
+        for (int i = 0; i < 4; i++) words[i] |= other.words[i];
+        return *this;
+    }
+    friend UnitBits256 operator&(UnitBits256 a, const UnitBits256& b) { return a &= b; }
+    friend UnitBits256 operator|(UnitBits256 a, const UnitBits256& b) { return a |= b; }
+    friend UnitBits256 operator~(UnitBits256 a) {
+        for (uint64_t& word : a.words) word = ~word;
+        return a;
+    }
+    friend UnitBits256 operator<<(const UnitBits256& a, unsigned n) {
+        UnitBits256 out(0);
+        const unsigned whole = n / 64, rest = n % 64;
+        for (unsigned i = whole; i < 4; i++) {
+            out.words[i] = a.words[i - whole] << rest;
+            if (rest && i > whole) out.words[i] |= a.words[i - whole - 1] >> (64 - rest);
+        }
+        return out;
+    }
+};
+
+namespace unitBits {
+
+inline unsigned lowest(uint64_t bits) {
+    return static_cast<unsigned>(std::countr_zero(bits));
+}
+inline unsigned lowest(UnitBits128 bits) {
+    const auto low = static_cast<uint64_t>(bits);
+    return low ? lowest(low) : 64 + lowest(static_cast<uint64_t>(bits >> 64));
+}
+inline unsigned lowest(const UnitBits256& bits) {
+    for (unsigned i = 0;; i++)
+        if (bits.words[i]) return 64 * i + lowest(bits.words[i]);
+}
+
+inline unsigned highest(uint64_t bits) {
+    return 63 - static_cast<unsigned>(std::countl_zero(bits));
+}
+inline unsigned highest(UnitBits128 bits) {
+    const auto high = static_cast<uint64_t>(bits >> 64);
+    return high ? 64 + highest(high) : highest(static_cast<uint64_t>(bits));
+}
+inline unsigned highest(const UnitBits256& bits) {
+    for (unsigned i = 3;; i--)
+        if (bits.words[i]) return 64 * i + highest(bits.words[i]);
+}
+
+inline unsigned count(uint64_t bits) {
+    return static_cast<unsigned>(std::popcount(bits));
+}
+inline unsigned count(UnitBits128 bits) {
+    return count(static_cast<uint64_t>(bits)) + count(static_cast<uint64_t>(bits >> 64));
+}
+inline unsigned count(const UnitBits256& bits) {
+    return count(bits.words[0]) + count(bits.words[1]) + count(bits.words[2]) +
+           count(bits.words[3]);
+}
+
+inline bool test(uint64_t bits, unsigned n) {
+    return (bits >> n & 1) != 0;
+}
+inline bool test(UnitBits128 bits, unsigned n) {
+    return (bits >> n & 1) != 0;
+}
+inline bool test(const UnitBits256& bits, unsigned n) {
+    return (bits.words[n / 64] >> n % 64 & 1) != 0;
+}
+
+inline void clearLowest(uint64_t& bits) {
+    bits &= bits - 1;
+}
+inline void clearLowest(UnitBits128& bits) {
+    bits &= bits - 1;
+}
+inline void clearLowest(UnitBits256& bits) {
+    for (uint64_t& word : bits.words)
+        if (word) {
+            word &= word - 1;
+            return;
+        }
+}
+
+/// The bits below n.
+template <class Bits>
+Bits below(unsigned n) {
+    if constexpr (std::is_same_v<Bits, UnitBits256>) {
+        UnitBits256 out(0);
+        for (unsigned i = 0; i < 4; i++)
+            out.words[i] = n >= 64 * i + 64 ? ~uint64_t{0}
+                           : n > 64 * i     ? (uint64_t{1} << (n - 64 * i)) - 1
+                                            : 0;
+        return out;
+    } else {
+        return n >= sizeof(Bits) * 8 ? ~Bits{0} : (Bits{1} << n) - 1;
+    }
+}
+
+}  // namespace unitBits

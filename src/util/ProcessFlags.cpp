@@ -1,0 +1,3 @@
+#include "util/ProcessFlags.h"
+
+constinit ProcessFlags processFlags;

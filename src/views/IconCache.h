@@ -1,0 +1,30 @@
+#pragma once
+#include <QHash>
+#include <QMimeDatabase>
+#include <QPixmap>
+
+/// Pictures for freedesktop icon names: from the desktop's icon theme, there also by the generic
+/// name of the media type, else drawn by ourselves.
+/// Owner:   ResultTable. Threads: main.
+class IconCache {
+  public:
+    /// A square picture of size logical pixels for a screen of the given scale.
+    QPixmap pixmap(const std::string& iconName, int size, double scale);
+    /// When the icon theme has changed.
+    void clear() { pixmaps_.clear(); }
+
+  private:
+    QPixmap make(const QString& iconName, int size, double scale) const;
+
+    struct Key {
+        QString name;
+        int size;
+        double scale;
+        friend bool operator==(const Key&, const Key&) = default;
+        friend size_t qHash(const Key& key, size_t seed) {
+            return qHashMulti(seed, key.name, key.size, key.scale);
+        }
+    };
+    QHash<Key, QPixmap> pixmaps_;  // as many as there are icon names in use: some hundreds
+    QMimeDatabase mimeTypes_;
+};

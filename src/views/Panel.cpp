@@ -1,0 +1,102 @@
+#include "views/Panel.h"
+
+#include <QBitmap>
+#include <QCloseEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWindow>
+
+namespace {
+constexpr double kRadius = 10;
+}
+
+Panel::Panel() : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint) {
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowTitle(QStringLiteral("Trovast"));
+    setObjectName(QStringLiteral("searchWindow"));
+}
+
+void Panel::setTheme(const Theme* theme) {
+    theme_ = theme;
+    update();
+}
+
+void Panel::setComposited(bool composited) {
+    composited_ = composited;
+    updateMask();
+}
+
+QMargins Panel::shadowMargins() const {
+    if (!composited_) return {};
+    return {Shadow::kSide, Shadow::kTop, Shadow::kSide, Shadow::kBottom};
+}
+
+void Panel::updateMask() {
+    if (composited_) {
+        clearMask();
+        return;
+    }
+    QBitmap shape(size());
+    shape.clear();
+    QPainter painter(&shape);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(rect(), kRadius, kRadius);
+    painter.end();
+    setMask(shape);
+}
+
+void Panel::paintEvent(QPaintEvent*) {
+    if (!theme_) return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF sheet(this->sheet());
+    if (composited_)
+        shadow_.draw(painter, this->sheet(), devicePixelRatioF(), theme_->dark);
+    else
+        painter.fillRect(rect(), theme_->background);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(theme_->background);
+    painter.drawRoundedRect(sheet, kRadius, kRadius);
+    // A hair line of one device pixel would vanish at scale 2: half a logical pixel inward.
+    painter.setPen(QPen(theme_->border, 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(sheet.adjusted(0.5, 0.5, -0.5, -0.5), kRadius - 0.5, kRadius - 0.5);
+}
+
+void Panel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (!composited_) updateMask();
+    if (events_.resized) events_.resized();
+}
+
+void Panel::mousePressEvent(QMouseEvent* event) {
+    // There is no title bar: any place without a meaning of its own moves the window.
+    if (event->button() == Qt::LeftButton && windowHandle() &&
+        sheet().contains(event->position().toPoint()))
+        windowHandle()->startSystemMove();
+}
+
+void Panel::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    switch (event->type()) {
+        case QEvent::ActivationChange:
+            if (events_.activationChanged) events_.activationChanged(isActiveWindow());
+            break;
+        case QEvent::PaletteChange:
+        case QEvent::ApplicationPaletteChange:
+        case QEvent::FontChange:
+        case QEvent::ThemeChange:
+        case QEvent::StyleChange:
+            if (events_.lookChanged) events_.lookChanged();
+            break;
+        default:
+            break;
+    }
+}
+
+void Panel::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    if (events_.closeAsked) events_.closeAsked();
+}

@@ -1,0 +1,45 @@
+#pragma once
+#include <QWidget>
+#include <functional>
+
+#include "views/Shadow.h"
+#include "views/Theme.h"
+
+/// The top-level widget of the search window: a rounded sheet with a soft shadow around it where
+/// there is a compositor, else the sheet alone, cut out by a mask.
+/// Owner:   SearchWindow. Threads: main.
+class Panel : public QWidget {
+  public:
+    Panel();
+    /// Called when the window gets or loses the keyboard, when the desktop wants it closed, when it
+    /// has another size, and when the desktop's colours or fonts have changed.
+    struct Events {
+        std::function<void(bool hasKeyboard)> activationChanged;
+        std::function<void()> closeAsked;
+        std::function<void()> resized;
+        std::function<void()> lookChanged;
+    };
+    void setEvents(Events events) { events_ = std::move(events); }
+    void setTheme(const Theme* theme);
+    /// Whether what is behind the window shines through; changes only while it is hidden.
+    void setComposited(bool composited);
+    /// How far the shadow reaches around the sheet.
+    QMargins shadowMargins() const;
+    /// The sheet, in this widget.
+    QRect sheet() const { return rect().marginsRemoved(shadowMargins()); }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void updateMask();
+
+    Events events_;
+    const Theme* theme_ = nullptr;
+    Shadow shadow_;
+    bool composited_ = false;
+};

@@ -1,0 +1,203 @@
+#include "views/ResultTable.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+namespace {
+constexpr size_t kKeptContents = 64;
+constexpr double kWheelNotch = 120;  // of QWheelEvent's angle
+constexpr double kRowsANotch = 2;
+}  // namespace
+
+ResultTable::ResultTable()
+    : scroller_(new Scroller(this, [this](double offset) { setOffset(offset); })) {
+    setFocusPolicy(Qt::NoFocus);
+    setAccessibleName(QStringLiteral("Results"));
+    scroller_->hide();
+}
+
+void ResultTable::setTheme(const Theme* theme) {
+    theme_ = theme;
+    painter_.emplace(theme);
+    scroller_->setTheme(theme);
+    update();
+}
+
+void ResultTable::setHasKeyboard(bool has) {
+    hasKeyboard_ = has;
+    update();
+}
+
+void ResultTable::setData(const ResultTableData* rows) {
+    data_ = rows;
+    reloadData();
+}
+
+void ResultTable::reloadData() {
+    count_ = data_ ? data_->numberOfRows() : 0;
+    contents_.clear();
+    selection_.clear();
+    anchor_ = 0;
+    setOffset(offset_);
+    updateScroller();
+    update();
+}
+
+void ResultTable::reloadRows(const std::vector<size_t>& rows) {
+    const size_t count = data_ ? data_->numberOfRows() : 0;
+    for (const size_t row : rows) {
+        contents_.erase(row);
+        updateRow(row);
+    }
+    if (count == count_) return;
+    count_ = count;
+    contents_.erase(contents_.lower_bound(count), contents_.end());
+    selection_.erase(selection_.lower_bound(count), selection_.end());
+    setOffset(offset_);
+    updateScroller();
+    update();
+}
+
+void ResultTable::setRowHeight(double height) {
+    rowHeight_ = height;
+    setOffset(offset_);
+    updateScroller();
+    update();
+}
+
+void ResultTable::setHasVerticalScroller(bool has) {
+    scroller_->setVisible(has);
+}
+
+void ResultTable::selectRow(size_t row, bool extend) {
+    if (row >= count_) return;
+    std::set<size_t> rows;
+    if (extend) rows = selection_;
+    rows.insert(row);
+    if (!extend) anchor_ = row;
+    setSelection(std::move(rows));
+}
+
+std::vector<size_t> ResultTable::selectedRows() const {
+    return {selection_.begin(), selection_.end()};
+}
+
+void ResultTable::setSelection(std::set<size_t> rows) {
+    if (rows == selection_) return;
+    selection_ = std::move(rows);
+    update();  // a screenful at most, however many rows it is
+    if (delegate_) delegate_->tableViewSelectionDidChange();
+}
+
+void ResultTable::scrollRowToVisible(size_t row) {
+    if (row >= count_) return;
+    const double top = double(row) * pitch(), bottom = top + pitch() + 2 * kMargin;
+    if (top < offset_)
+        setOffset(top);
+    else if (bottom > offset_ + height())
+        setOffset(bottom - height());
+}
+
+void ResultTable::setClipOrigin(Point origin) {
+    setOffset(origin.y);
+}
+
+void ResultTable::setOffset(double offset) {
+    const double most = std::max(0.0, contentHeight() - height());
+    const double bounded = std::round(std::clamp(offset, 0.0, most));
+    if (bounded == offset_) return;
+    offset_ = bounded;
+    updateScroller();
+    update();
+}
+
+void ResultTable::updateScroller() {
+    scroller_->setRange(contentHeight(), height(), offset_);
+}
+
+QRectF ResultTable::rowPlace(size_t row) const {
+    const double top = kMargin + kRowSpacing / 2 + double(row) * pitch() - offset_;
+    return {0, top, double(width()), rowHeight_};
+}
+
+std::optional<size_t> ResultTable::rowAt(double y) const {
+    const double row = std::floor((y + offset_ - kMargin) / pitch());
+    if (row < 0 || row >= double(count_)) return std::nullopt;
+    return size_t(row);
+}
+
+void ResultTable::updateRow(size_t row) {
+    update(rowPlace(row).toAlignedRect());
+}
+
+const RowContent& ResultTable::content(size_t row) {
+    auto found = contents_.find(row);
+    if (found == contents_.end()) found = contents_.emplace(row, data_->row(row)).first;
+    return found->second;
+}
+
+void ResultTable::paintEvent(QPaintEvent* event) {
+    if (!painter_ || !data_ || count_ == 0) return;
+    QPainter painter(this);
+    const auto first = rowAt(std::max(event->rect().top() - kRowSpacing, kMargin - offset_));
+    if (!first) return;
+    for (size_t row = *first; row < count_; ++row) {
+        const QRectF place = rowPlace(row);
+        if (place.top() > event->rect().bottom()) break;
+        auto look = RowPainter::Look::plain;
+        if (selection_.count(row))
+            look = hasKeyboard_ ? RowPainter::Look::selected
+                                : RowPainter::Look::selectedWithoutKeyboard;
+        painter_->draw(painter, place, content(row), look);
+    }
+    if (contents_.size() <= kKeptContents) return;
+    const size_t top = rowAt(kMargin).value_or(0);
+    const auto shown = size_t(height() / pitch()) + 2;
+    contents_.erase(contents_.begin(), contents_.lower_bound(top));
+    contents_.erase(contents_.lower_bound(top + shown), contents_.end());
+}
+
+void ResultTable::resizeEvent(QResizeEvent*) {
+    scroller_->setGeometry(width() - Scroller::kWidth, 0, Scroller::kWidth, height());
+    setOffset(offset_);
+    updateScroller();
+}
+
+void ResultTable::wheelEvent(QWheelEvent* event) {
+    const double pixels = event->pixelDelta().y();
+    const double notches = event->angleDelta().y() / kWheelNotch;
+    setOffset(offset_ - (pixels != 0 ? pixels : notches * kRowsANotch * pitch()));
+    event->accept();
+}
+
+void ResultTable::mousePressEvent(QMouseEvent* event) {
+    const auto row = rowAt(event->position().y());
+    if (!row) {
+        event->ignore();  // the window moves
+        return;
+    }
+    if (event->button() != Qt::LeftButton) return;
+    std::set<size_t> rows;
+    if (event->modifiers() & Qt::ShiftModifier) {
+        for (size_t i = std::min(anchor_, *row); i <= std::max(anchor_, *row); ++i) rows.insert(i);
+    } else {
+        anchor_ = *row;
+        if (event->modifiers() & Qt::ControlModifier) rows = selection_;
+        if (!rows.insert(*row).second) rows.erase(*row);
+    }
+    setSelection(std::move(rows));
+}
+
+void ResultTable::mouseDoubleClickEvent(QMouseEvent* event) {
+    const auto row = rowAt(event->position().y());
+    if (row && event->button() == Qt::LeftButton && delegate_) delegate_->rowDoubleClicked(*row);
+}
+
+void ResultTable::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::StyleChange || !painter_) return;
+    painter_->icons().clear();  // the icon theme may be another one
+    update();
+}

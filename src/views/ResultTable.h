@@ -1,0 +1,68 @@
+#pragma once
+#include <QWidget>
+#include <map>
+#include <optional>
+#include <set>
+
+#include "screen/ResultTableView.h"
+#include "views/RowPainter.h"
+#include "views/Scroller.h"
+
+/// The list of results. It asks for the rows on screen alone, so it may be as long as one likes.
+/// Owner:   SearchWindow. Threads: main. Units: logical pixels.
+class ResultTable : public QWidget, public ResultTableView {
+  public:
+    static constexpr double kRowSpacing = 2;
+    static constexpr double kMargin = 1;  // above the first row and below the last
+
+    ResultTable();
+    void setTheme(const Theme* theme);
+    /// A window without the keyboard shows its selection paler.
+    void setHasKeyboard(bool has);
+
+    // ResultTableView
+    void setData(const ResultTableData* rows) override;
+    void setDelegate(ResultTableViewDelegate* delegate) override { delegate_ = delegate; }
+    void reloadData() override;
+    void reloadRows(const std::vector<size_t>& rows) override;
+    void setRowHeight(double height) override;
+    void setHasVerticalScroller(bool has) override;
+    void selectRow(size_t row, bool extend) override;
+    std::vector<size_t> selectedRows() const override;
+    void scrollRowToVisible(size_t row) override;
+    Point clipOrigin() const override { return {0, offset_}; }
+    void setClipOrigin(Point origin) override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    double pitch() const { return rowHeight_ + kRowSpacing; }
+    double contentHeight() const { return double(count_) * pitch() + 2 * kMargin; }
+    QRectF rowPlace(size_t row) const;
+    std::optional<size_t> rowAt(double y) const;
+    const RowContent& content(size_t row);
+    void setOffset(double offset);
+    void updateRow(size_t row);
+    void updateScroller();
+    void setSelection(std::set<size_t> rows);
+
+    const Theme* theme_ = nullptr;
+    std::optional<RowPainter> painter_;
+    Scroller* const scroller_;
+    const ResultTableData* data_ = nullptr;
+    ResultTableViewDelegate* delegate_ = nullptr;
+    double rowHeight_ = 47;
+    double offset_ = 0;  // what has scrolled out at the top
+    size_t count_ = 0;   // of rows, at the last reload
+    std::set<size_t> selection_;
+    size_t anchor_ = 0;                      // where a range of selected rows begins
+    std::map<size_t, RowContent> contents_;  // of the rows on screen, so that a repaint shows what
+                                             // was there even if the data has moved on
+    bool hasKeyboard_ = true;
+};

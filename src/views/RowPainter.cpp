@@ -1,0 +1,111 @@
+#include "views/RowPainter.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QTextLayout>
+
+#include "views/MarkedText.h"
+
+namespace {
+
+constexpr double kSelectionInset = 6, kSelectionRadius = 7;
+constexpr double kMarkedDot = 8, kMarkedRoom = 16;
+
+void layOut(QTextLayout& layout) {
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    line.setLineWidth(1e6);
+    line.setPosition({0, 0});
+    layout.endLayout();
+}
+
+}  // namespace
+
+RowPainter::RowPainter(const Theme* theme)
+    : theme_(theme), nameMetrics_(theme->nameMarkFont), pathMetrics_(theme->pathMarkFont) {}
+
+void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& content, Look look) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (look != Look::plain) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(look == Look::selected ? theme_->selection : theme_->otherSelection);
+        painter.drawRoundedRect(row.adjusted(kSelectionInset, 0, -kSelectionInset, 0),
+                                kSelectionRadius, kSelectionRadius);
+    }
+    const QRectF icon(row.left() + kIconLeft, row.top() + (row.height() - kIconSize) / 2, kIconSize,
+                      kIconSize);
+    const double scale = painter.device()->devicePixelRatioF();
+    painter.drawPixmap(icon.topLeft(), icons_.pixmap(content.iconName, kIconSize, scale));
+    drawBadges(painter, icon, row, content, look);
+
+    const bool selected = look == Look::selected;
+    const Line name{theme_->nameFont, theme_->nameMarkFont,
+                    selected ? theme_->selectedText : theme_->name,
+                    selected ? theme_->selectedText : theme_->nameMark, Qt::LayoutDirectionAuto};
+    const Line path{theme_->pathFont, theme_->pathMarkFont,
+                    selected ? theme_->selectedPath : theme_->path,
+                    selected ? theme_->selectedText : theme_->pathMark, Qt::LeftToRight};
+    const double x = row.left() + kTextLeft;
+    const double width =
+        row.width() - kTextLeft - kRightInset - (content.isMarked ? kMarkedRoom : 0);
+    const auto widthOf = [](const QFontMetricsF& metrics) {
+        return [&metrics](const QString& text) { return metrics.horizontalAdvance(text); };
+    };
+    const MarkedText shownName = elidedAroundMarks(
+        {plainText(content.name), content.nameHighlights}, width, widthOf(nameMetrics_));
+    if (content.path.empty()) {
+        const double middle = row.center().y() + nameMetrics_.capHeight() / 2;
+        drawLine(painter, shownName, name, x, middle, width);
+        return;
+    }
+    drawLine(painter, shownName, name, x, row.top() + 20, width);
+    const MarkedText shownPath = isolatingPathComponents(elidedAroundMarks(
+        {plainText(content.path), content.pathHighlights}, width, widthOf(pathMetrics_)));
+    drawLine(painter, shownPath, path, x, row.top() + 39, width);
+}
+
+void RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x,
+                          double y, double width) {
+    QTextLayout layout(text.text, line.font, painter.device());
+    QTextOption option;
+    option.setWrapMode(QTextOption::NoWrap);
+    option.setTextDirection(line.direction);
+    // Always at the left, where the eye looks for it, whatever the script.
+    option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
+    layout.setTextOption(option);
+    QList<QTextLayout::FormatRange> formats;
+    QTextCharFormat marked;
+    marked.setFont(line.markFont);
+    marked.setForeground(line.markColour);
+    marked.setFontUnderline(true);
+    for (const TextRange& mark : text.marks)
+        formats.append({int(mark.location), int(mark.length), marked});
+    layout.setFormats(formats);
+    layOut(layout);
+    painter.setPen(line.colour);
+    layout.draw(&painter, {x, y - layout.lineAt(0).ascent()}, {}, QRectF(x, y - 40, width + 2, 80));
+}
+
+void RowPainter::drawBadges(QPainter& painter, const QRectF& icon, const QRectF& row,
+                            const RowContent& content, Look look) {
+    if (content.isLink) {
+        const QPointF centre = icon.bottomLeft() + QPointF(6.5, -6.5);
+        painter.setPen(QPen(QColor(0, 0, 0, 60), 1));
+        painter.setBrush(QColor(252, 253, 255));
+        painter.drawEllipse(centre, 6.5, 6.5);
+        painter.setPen(QPen(QColor(50, 75, 105), 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.setBrush(Qt::NoBrush);
+        QPainterPath arrow(centre + QPointF(-2.8, 3.0));
+        arrow.quadTo(centre + QPointF(-2.6, -0.8), centre + QPointF(2.4, -1.2));
+        arrow.moveTo(centre + QPointF(0.2, -3.6));
+        arrow.lineTo(centre + QPointF(2.8, -1.2));
+        arrow.lineTo(centre + QPointF(0.2, 1.2));
+        painter.drawPath(arrow);
+    }
+    if (content.isMarked) {
+        const QPointF centre(row.right() - kRightInset - kMarkedDot / 2, row.center().y());
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(look == Look::selected ? theme_->selectedText : theme_->accent);
+        painter.drawEllipse(centre, kMarkedDot / 2, kMarkedDot / 2);
+    }
+}

@@ -1,0 +1,39 @@
+#pragma once
+#include <QFontMetricsF>
+#include <memory>
+
+#include "screen/RowContent.h"
+#include "views/IconCache.h"
+#include "views/Theme.h"
+
+class QPainter;
+struct MarkedText;
+
+/// Draws one row of the result table: icon, file name, and the folder below it, with the matched
+/// letters marked; too long texts lose their middle.
+/// Owner:   ResultTable. Threads: main. Units: logical pixels.
+class RowPainter {
+  public:
+    enum class Look { plain, selected, selectedWithoutKeyboard };
+    static constexpr int kIconLeft = 16, kIconSize = 32, kTextLeft = 60, kRightInset = 18;
+
+    explicit RowPainter(const Theme* theme);
+    void draw(QPainter& painter, const QRectF& row, const RowContent& content, Look look);
+    IconCache& icons() { return icons_; }
+
+  private:
+    struct Line {
+        QFont font, markFont;
+        QColor colour, markColour;
+        Qt::LayoutDirection direction;
+    };
+    /// Base line of the text at y.
+    void drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x, double y,
+                  double width);
+    void drawBadges(QPainter& painter, const QRectF& icon, const QRectF& row,
+                    const RowContent& content, Look look);
+
+    const Theme* theme_;
+    IconCache icons_;
+    QFontMetricsF nameMetrics_, pathMetrics_;  // of the heavier, wider faces
+};

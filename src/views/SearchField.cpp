@@ -1,0 +1,125 @@
+#include "views/SearchField.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPainter>
+
+#include "views/MarkedText.h"
+#include "views/Theme.h"
+
+namespace {
+
+constexpr int kTextLeft = 60;  // in line with the rows' texts
+constexpr int kRightInset = 16;
+
+void drawMagnifier(QPainter& painter, const QPointF& centre, const QColor& colour) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colour, 2.2, Qt::SolidLine, Qt::RoundCap));
+    painter.setBrush(Qt::NoBrush);
+    const QPointF lens = centre + QPointF(-1.8, -1.8);
+    painter.drawEllipse(lens, 6.6, 6.6);
+    painter.drawLine(lens + QPointF(4.9, 4.9), lens + QPointF(10.2, 10.2));
+}
+
+}  // namespace
+
+class SearchField::Edit : public QLineEdit {
+  public:
+    Edit(QWidget* parent, KeySymbols keySymbols)
+        : QLineEdit(parent), keySymbols_(std::move(keySymbols)) {
+        setFrame(false);
+        setAttribute(Qt::WA_MacShowFocusRect, false);
+        setTextMargins(kTextLeft - 2, 0, kRightInset, 0);
+        setFixedHeight(kHeight);
+        setAccessibleName(QStringLiteral("Search"));
+        QObject::connect(this, &QLineEdit::textEdited, this, [this] {
+            if (delegate) delegate->searchFieldTextDidChange();
+        });
+    }
+
+    void setTheme(const Theme* theme) {
+        theme_ = theme;
+        setFont(theme->field);
+        QPalette colours = palette();
+        colours.setColor(QPalette::Base, Qt::transparent);
+        colours.setColor(QPalette::Text, theme->fieldText);
+        colours.setColor(QPalette::PlaceholderText, theme->placeholder);
+        colours.setColor(QPalette::Highlight, theme->selection);
+        colours.setColor(QPalette::HighlightedText, theme->selectedText);
+        setPalette(colours);
+    }
+
+    SearchFieldViewDelegate* delegate = nullptr;
+
+  protected:
+    bool event(QEvent* event) override {
+        if (event->type() == QEvent::KeyPress) {
+            auto* key = static_cast<QKeyEvent*>(event);
+            // Before Qt moves the focus for Tab.
+            if (delegate && delegate->searchFieldKeyDown(keyEventFrom(*key, keySymbols_))) {
+                event->accept();
+                return true;
+            }
+            if (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab) return true;
+        }
+        return QLineEdit::event(event);
+    }
+    void paintEvent(QPaintEvent* event) override {
+        QLineEdit::paintEvent(event);
+        if (!theme_) return;
+        QPainter painter(this);
+        drawMagnifier(painter, {32, height() / 2.0}, theme_->symbol);
+    }
+
+  private:
+    const KeySymbols keySymbols_;
+    const Theme* theme_ = nullptr;
+};
+
+SearchField::SearchField(QWidget* parent, KeySymbols keySymbols)
+    : edit_(new Edit(parent, std::move(keySymbols))) {}
+
+QWidget* SearchField::widget() const {
+    return edit_;
+}
+
+void SearchField::setTheme(const Theme* theme) {
+    edit_->setTheme(theme);
+}
+
+void SearchField::setDelegate(SearchFieldViewDelegate* delegate) {
+    edit_->delegate = delegate;
+}
+
+std::u16string SearchField::text() const {
+    return edit_->text().toStdU16String();
+}
+
+void SearchField::setText(const std::u16string& text) {
+    edit_->setText(QString::fromStdU16String(text));
+}
+
+void SearchField::setPlaceholder(const std::string& text) {
+    edit_->setPlaceholderText(plainText(text));
+}
+
+TextRange SearchField::selection() const {
+    if (!edit_->hasSelectedText()) return {size_t(edit_->cursorPosition()), 0};
+    return {size_t(edit_->selectionStart()), size_t(edit_->selectionLength())};
+}
+
+void SearchField::setSelection(TextRange range) {
+    edit_->setSelection(int(range.location), int(range.length));
+}
+
+void SearchField::selectAll() {
+    edit_->selectAll();
+}
+
+void SearchField::focus() {
+    edit_->setFocus(Qt::OtherFocusReason);
+}
+
+void SearchField::setEnabled(bool enabled) {
+    edit_->setEnabled(enabled);
+}

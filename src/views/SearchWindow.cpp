@@ -1,0 +1,163 @@
+#include "views/SearchWindow.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QLineEdit>
+#include <QScreen>
+
+namespace {
+
+constexpr int kResizing = 100;              // milliseconds
+constexpr qint64 kKeyboardIsComing = 1000;  // milliseconds
+constexpr QSize kFirstSize(638, 64);
+constexpr int kTableTop = SearchField::kHeight;
+
+/// Qt counts y downward from the top of the primary screen, Rect upward from its bottom.
+double bottomOfDesktop() {
+    const QRect primary = QGuiApplication::primaryScreen()->geometry();
+    return primary.y() + primary.height();
+}
+
+Rect toRect(const QRect& place) {
+    return {double(place.x()), bottomOfDesktop() - place.y() - place.height(),
+            double(place.width()), double(place.height())};
+}
+
+QRect toQRect(const Rect& rect) {
+    return {qRound(rect.x), qRound(bottomOfDesktop() - rect.y - rect.height), qRound(rect.width),
+            qRound(rect.height)};
+}
+
+}  // namespace
+
+SearchWindow::SearchWindow(WindowSystem system)
+    : system_(std::move(system)),
+      field_(std::make_unique<SearchField>(&panel_, system_.keySymbols)),
+      table_(new ResultTable),
+      infoBar_(new InfoBar) {
+    table_->setParent(&panel_);
+    infoBar_->setParent(&panel_);
+    panel_.setEvents({.activationChanged =
+                          [this](bool hasKeyboard) {
+                              table_->setHasKeyboard(hasKeyboard);
+                              if (!delegate_) return;
+                              if (hasKeyboard)
+                                  delegate_->windowDidBecomeKey();
+                              else
+                                  delegate_->windowDidResignKey();
+                          },
+                      .closeAsked =
+                          [this] {
+                              if (delegate_) delegate_->windowWillClose();
+                          },
+                      .resized = [this] { layOut(); },
+                      .lookChanged = [this] { renewTheme(); }});
+    renewTheme();
+    panel_.setComposited(system_.isComposited && system_.isComposited());
+    panel_.setFocusProxy(field_->widget());
+    placeSheet({QPoint(), kFirstSize});
+    resizing_.setDuration(kResizing);
+    resizing_.setEasingCurve(QEasingCurve::OutCubic);
+    QObject::connect(&resizing_, &QVariantAnimation::valueChanged, &panel_,
+                     [this](const QVariant& place) { placeSheet(place.toRect()); });
+}
+
+SearchWindow::~SearchWindow() {
+    panel_.setEvents({});
+}
+
+void SearchWindow::renewTheme() {
+    theme_ = Theme::make(QGuiApplication::palette(), QApplication::font());
+    panel_.setTheme(&theme_);
+    field_->setTheme(&theme_);
+    table_->setTheme(&theme_);
+    infoBar_->setTheme(&theme_);
+}
+
+void SearchWindow::layOut() {
+    const QRect sheet = panel_.sheet();
+    const int barTop = sheet.height() - InfoBar::kHeight;
+    field_->widget()->setGeometry(sheet.x(), sheet.y(), sheet.width(), SearchField::kHeight);
+    table_->setGeometry(sheet.x(), sheet.y() + kTableTop, sheet.width(),
+                        std::max(0, barTop - kTableTop));
+    infoBar_->setGeometry(sheet.x(), sheet.y() + barTop, sheet.width(), InfoBar::kHeight);
+}
+
+const QScreen* SearchWindow::screen() const {
+    if (panel_.isVisible()) return panel_.screen();
+    const QScreen* atCursor = QGuiApplication::screenAt(QCursor::pos());
+    return atCursor ? atCursor : QGuiApplication::primaryScreen();
+}
+
+QRect SearchWindow::sheetPlace() const {
+    return panel_.geometry().marginsRemoved(panel_.shadowMargins());
+}
+
+void SearchWindow::placeSheet(const QRect& sheet) {
+    panel_.setGeometry(sheet.marginsAdded(panel_.shadowMargins()));
+}
+
+void SearchWindow::show() {
+    if (!panel_.isVisible()) {
+        const QRect sheet = sheetPlace();
+        panel_.setComposited(system_.isComposited && system_.isComposited());
+        placeSheet(sheet);
+        layOut();
+        if (system_.prepare) {
+            const QMargins shadow = panel_.shadowMargins();
+            const double scale = panel_.devicePixelRatioF();
+            system_.prepare(panel_.winId(),
+                            {qRound(shadow.left() * scale), qRound(shadow.top() * scale),
+                             qRound(shadow.right() * scale), qRound(shadow.bottom() * scale)});
+        }
+    }
+    activation_.start();
+    panel_.show();
+    panel_.raise();
+    panel_.activateWindow();
+    if (system_.activate) system_.activate(panel_.winId());
+}
+
+void SearchWindow::hide() {
+    activation_.invalidate();
+    if (resizing_.state() == QAbstractAnimation::Running) {
+        resizing_.stop();
+        placeSheet(target_);
+    }
+    panel_.hide();
+}
+
+bool SearchWindow::isActive() const {
+    // The keyboard comes some milliseconds after it was asked for.
+    return panel_.isVisible() &&
+           (panel_.isActiveWindow() ||
+            (activation_.isValid() && activation_.elapsed() < kKeyboardIsComing));
+}
+
+Rect SearchWindow::frame() const {
+    if (resizing_.state() == QAbstractAnimation::Running) return toRect(target_);
+    return toRect(sheetPlace());
+}
+
+void SearchWindow::setFrame(Rect frame, bool animated) {
+    const QRect now = sheetPlace();
+    const bool wasMoving = resizing_.state() == QAbstractAnimation::Running;
+    if (wasMoving && toQRect(frame) == target_) return;
+    resizing_.stop();
+    target_ = toQRect(frame);
+    if (!animated || !panel_.isVisible() || target_ == now) {
+        placeSheet(target_);
+        return;
+    }
+    resizing_.setStartValue(now);
+    resizing_.setEndValue(target_);
+    resizing_.start();
+}
+
+Rect SearchWindow::screenFrame() const {
+    return toRect(screen()->geometry());
+}
+
+Rect SearchWindow::visibleScreenFrame() const {
+    return toRect(screen()->availableGeometry());
+}

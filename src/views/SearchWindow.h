@@ -1,0 +1,68 @@
+#pragma once
+#include <QElapsedTimer>
+#include <QVariantAnimation>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "screen/WindowView.h"
+#include "views/InfoBar.h"
+#include "views/Panel.h"
+#include "views/ResultTable.h"
+#include "views/SearchField.h"
+
+/// What the search window needs of the desktop beyond Qt; each may be missing.
+struct WindowSystem {
+    /// Whether what is behind a translucent window is seen. Missing: no.
+    std::function<bool()> isComposited;
+    /// Before each showing: the native window, and how far its shadow reaches around, in device
+    /// pixels.
+    std::function<void(uintptr_t window, QMargins shadow)> prepare;
+    /// Asks for the keyboard.
+    std::function<void(uintptr_t window)> activate;
+    KeySymbols keySymbols;
+};
+
+/// The search window with its three parts. Owns the theme.
+/// Owner:   main. Threads: main.
+class SearchWindow : public WindowView {
+  public:
+    explicit SearchWindow(WindowSystem system = {});
+    ~SearchWindow() override;
+
+    SearchFieldView& field() { return *field_; }
+    ResultTableView& table() { return *table_; }
+    InfoBarView& infoBar() { return *infoBar_; }
+    QWidget* widget() { return &panel_; }
+
+    // WindowView
+    void setDelegate(WindowViewDelegate* delegate) override { delegate_ = delegate; }
+    void show() override;
+    void hide() override;
+    bool isVisible() const override { return panel_.isVisible(); }
+    bool isActive() const override;
+    Rect frame() const override;
+    void setFrame(Rect frame, bool animated) override;
+    Rect screenFrame() const override;
+    Rect visibleScreenFrame() const override;
+
+  private:
+    void renewTheme();
+    void layOut();
+    /// The sheet's place on the desktop as Qt counts it: y downward.
+    QRect sheetPlace() const;
+    void placeSheet(const QRect& sheet);
+    /// The screen of the window, or before it shows, the one where the user is.
+    const QScreen* screen() const;
+
+    const WindowSystem system_;
+    WindowViewDelegate* delegate_ = nullptr;
+    Theme theme_;
+    Panel panel_;
+    std::unique_ptr<SearchField> field_;
+    ResultTable* table_;  // these two belong to the panel
+    InfoBar* infoBar_;
+    QVariantAnimation resizing_;
+    QRect target_;              // of the running animation
+    QElapsedTimer activation_;  // since the keyboard was asked for
+};

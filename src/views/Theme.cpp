@@ -1,0 +1,95 @@
+#include "views/Theme.h"
+
+#include <QFontDatabase>
+#include <QPalette>
+
+namespace {
+
+constexpr float kSearchHue = 0.585F;
+
+QColor hsb(double saturation, double brightness, double alpha = 1) {
+    return QColor::fromHsvF(kSearchHue, float(saturation), float(brightness), float(alpha));
+}
+
+bool hasLightFace(const QString& family) {
+    for (const QString& style : QFontDatabase::styles(family)) {
+        const int weight = QFontDatabase::weight(family, style);
+        if (weight > 0 && weight <= QFont::Light) return true;
+    }
+    return false;
+}
+
+QFont sized(QFont font, int pixels, QFont::Weight weight) {
+    font.setPixelSize(pixels);
+    font.setWeight(weight);
+    return font;
+}
+
+void setFonts(Theme& theme, const QFont& desktopFont) {
+    const bool light = hasLightFace(desktopFont.family());
+    const QFont::Weight thin = light ? QFont::Light : QFont::Normal;
+    const QFont::Weight marked = light ? QFont::Normal : QFont::DemiBold;
+    theme.field = sized(desktopFont, 25, thin);
+    theme.nameFont = sized(desktopFont, 17, thin);
+    theme.nameMarkFont = sized(desktopFont, 17, marked);
+    theme.pathFont = sized(desktopFont, 14, thin);
+    theme.pathMarkFont = sized(desktopFont, 14, marked);
+    theme.nameMarkFont.setUnderline(true);
+    theme.pathMarkFont.setUnderline(true);
+    theme.info13 = sized(desktopFont, 13, QFont::Normal);
+}
+
+void setDarkColours(Theme& theme) {
+    theme.background = hsb(0.28, 0.145);
+    theme.border = hsb(0.15, 0.9, 0.16);
+    theme.separator = hsb(0.15, 0.9, 0.10);
+    theme.fieldText = hsb(0.05, 0.97);
+    theme.placeholder = hsb(0.18, 0.60);
+    theme.symbol = hsb(0.35, 0.78);
+    theme.name = hsb(0.1, 1.0);
+    theme.nameMark = hsb(0.2, 0.9);
+    theme.path = hsb(0.2, 0.66);
+    theme.pathMark = hsb(0.3, 0.88);
+    theme.selection = hsb(0.72, 0.58);
+    theme.otherSelection = hsb(0.30, 0.22);
+    theme.selectedText = hsb(0.1, 1.0);
+    theme.selectedPath = hsb(0.1, 1.0, 0.87);
+    theme.info = hsb(0.15, 0.58);
+    theme.error = QColor::fromHsvF(0.0F, 0.55F, 1.0F);
+    theme.accent = hsb(0.6, 0.95);
+    theme.scroller = hsb(0.1, 0.8, 0.35);
+}
+
+void setLightColours(Theme& theme) {
+    theme.background = hsb(0.015, 0.985);
+    theme.border = hsb(0.5, 0.2, 0.22);
+    theme.separator = hsb(0.5, 0.2, 0.12);
+    theme.fieldText = hsb(0.3, 0.14);
+    theme.placeholder = hsb(0.10, 0.46);
+    theme.symbol = hsb(0.45, 0.55);
+    theme.name = hsb(0.1, 0.1, 0.8);
+    theme.nameMark = hsb(0.3, 0.2, 0.8);
+    theme.path = hsb(0.1, 0.42);
+    theme.pathMark = hsb(0.3, 0.1);
+    theme.selection = hsb(0.80, 0.68);
+    theme.otherSelection = hsb(0.07, 0.93);
+    theme.selectedText = Qt::white;
+    theme.selectedPath = QColor(255, 255, 255, 222);
+    theme.info = hsb(0.15, 0.45);
+    theme.error = QColor::fromHsvF(0.0F, 0.85F, 0.75F);
+    theme.accent = hsb(0.78, 0.80);
+    theme.scroller = hsb(0.3, 0.3, 0.35);
+}
+
+}  // namespace
+
+Theme Theme::make(const QPalette& palette, const QFont& desktopFont) {
+    Theme theme;
+    theme.dark = palette.color(QPalette::Window).lightness() < 128;
+    if (theme.dark)
+        setDarkColours(theme);
+    else
+        setLightColours(theme);
+    setFonts(theme, desktopFont);
+    return theme;
+}

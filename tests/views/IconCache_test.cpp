@@ -1,0 +1,30 @@
+#include "views/IconCache.h"
+
+#include <QIcon>
+#include <set>
+
+#include "views/QtTest.h"
+
+class IconCacheTest : public QtTest {};
+
+TEST_F(IconCacheTest, HasAPictureForEveryKindWithoutAnIconTheme) {
+    QIcon::setThemeName("a theme that nobody has");
+    QIcon::setFallbackThemeName({});
+    QIcon::setThemeSearchPaths({});
+    IconCache icons;
+    std::set<QByteArray> pictures;
+    const char* const kinds[] = {
+        "folder",     "image-png", "text-plain",   "application-zip", "application-x-executable",
+        "audio-mpeg", "video-mp4", "no-such-thing"};
+    for (const char* kind : kinds) {
+        const QImage picture = icons.pixmap(kind, 32, 2).toImage();
+        EXPECT_EQ(picture.size(), QSize(64, 64)) << kind;
+        pictures.insert(
+            QByteArray(reinterpret_cast<const char*>(picture.constBits()), picture.sizeInBytes()));
+    }
+    EXPECT_EQ(pictures.size(), std::size(kinds));  // each tells its kind
+    // A type that has no drawing of its own has that of its family.
+    EXPECT_EQ(icons.pixmap("image-x-portable-pixmap", 32, 2).toImage(),
+              icons.pixmap("image-png", 32, 2).toImage());
+    EXPECT_EQ(icons.pixmap("", 32, 1).toImage(), icons.pixmap("no-such-thing", 32, 1).toImage());
+}

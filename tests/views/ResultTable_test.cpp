@@ -1,0 +1,135 @@
+#include "views/ResultTable.h"
+
+#include <QCoreApplication>
+#include <QMouseEvent>
+#include <QWheelEvent>
+
+#include "views/QtTest.h"
+
+namespace {
+
+constexpr int kWidth = 638, kPitch = 49, kShown = 10;
+constexpr int kHeight = kShown * kPitch + 2;
+
+struct Rows : ResultTableData {
+    size_t count = 0;
+    mutable std::set<size_t> asked;
+    size_t numberOfRows() const override { return count; }
+    RowContent row(size_t row) const override {
+        asked.insert(row);
+        return {.iconName = "folder", .name = "name " + std::to_string(row), .path = "/a/b"};
+    }
+};
+
+struct Listener : ResultTableViewDelegate {
+    int changes = 0;
+    std::vector<size_t> opened;
+    void tableViewSelectionDidChange() override { changes++; }
+    void rowDoubleClicked(size_t row) override { opened.push_back(row); }
+};
+
+class ResultTableTest : public QtTest {
+  protected:
+    ResultTableTest() {
+        table.setTheme(&theme);
+        table.resize(kWidth, kHeight);
+        rows.count = 1000000;
+        table.setData(&rows);
+        table.setDelegate(&listener);
+    }
+    std::set<size_t> askedForPainting() {
+        rows.asked.clear();
+        table.grab();
+        return rows.asked;
+    }
+    void click(size_t shownRow, Qt::KeyboardModifiers modifiers = {},
+               QEvent::Type type = QEvent::MouseButtonPress) {
+        const QPointF place(100, double(shownRow * kPitch + kPitch / 2));
+        QMouseEvent event(type, place, place, Qt::LeftButton, Qt::LeftButton, modifiers);
+        QCoreApplication::sendEvent(&table, &event);
+    }
+    void wheel(int notches) {
+        QWheelEvent event({100, 100}, {100, 100}, {}, {0, notches * 120}, {}, {}, Qt::NoScrollPhase,
+                          false);
+        QCoreApplication::sendEvent(&table, &event);
+    }
+    using Selection = std::vector<size_t>;
+
+    const Theme theme = Theme::make(QPalette(Qt::white), QFont());
+    Rows rows;
+    Listener listener;
+    ResultTable table;
+};
+
+}  // namespace
+
+TEST_F(ResultTableTest, AsksForTheRowsOnScreenAlone) {
+    std::set<size_t> asked = askedForPainting();
+    EXPECT_EQ(*asked.begin(), 0u);
+    EXPECT_LE(asked.size(), size_t(kShown + 1));
+    EXPECT_GE(asked.size(), size_t(kShown));
+
+    table.scrollRowToVisible(rows.count - 1);
+    asked = askedForPainting();
+    EXPECT_EQ(*asked.rbegin(), rows.count - 1);
+    EXPECT_LE(asked.size(), size_t(kShown + 1));
+    EXPECT_TRUE(askedForPainting().empty());  // painting again needs nobody
+
+    table.reloadRows({rows.count - 2, 5});
+    EXPECT_EQ(askedForPainting(), std::set<size_t>{rows.count - 2});
+    rows.count = 3;
+    table.reloadData();
+    EXPECT_EQ(askedForPainting(), (std::set<size_t>{0, 1, 2}));
+    EXPECT_EQ(table.clipOrigin(), Point{});
+}
+
+TEST_F(ResultTableTest, SelectsAndExtends) {
+    table.selectRow(3, false);
+    EXPECT_EQ(table.selectedRows(), Selection{3});
+    table.selectRow(1, true);
+    EXPECT_EQ(table.selectedRows(), (Selection{1, 3}));
+    EXPECT_EQ(listener.changes, 2);
+    table.selectRow(1, true);
+    EXPECT_EQ(listener.changes, 2);
+    table.selectRow(5, false);
+    EXPECT_EQ(table.selectedRows(), Selection{5});
+    table.selectRow(rows.count, false);  // no such row
+    EXPECT_EQ(table.selectedRows(), Selection{5});
+    rows.count = 4;
+    table.reloadRows({});
+    EXPECT_TRUE(table.selectedRows().empty());
+}
+
+TEST_F(ResultTableTest, TheMouseSelectsAndOpens) {
+    click(2);
+    EXPECT_EQ(table.selectedRows(), Selection{2});
+    click(5, Qt::ShiftModifier);
+    EXPECT_EQ(table.selectedRows(), (Selection{2, 3, 4, 5}));
+    click(3, Qt::ControlModifier);
+    EXPECT_EQ(table.selectedRows(), (Selection{2, 4, 5}));
+    click(7, {}, QEvent::MouseButtonDblClick);
+    EXPECT_EQ(listener.opened, Selection{7});
+    EXPECT_EQ(table.focusPolicy(), Qt::NoFocus);
+}
+
+TEST_F(ResultTableTest, TheWheelScrollsWithinBounds) {
+    wheel(1);
+    EXPECT_EQ(table.clipOrigin().y, 0);
+    wheel(-1);
+    EXPECT_GT(table.clipOrigin().y, 0);
+    table.setClipOrigin({0, 1e12});
+    EXPECT_EQ(table.clipOrigin().y, double(rows.count) * kPitch + 2 - kHeight);
+}
+
+TEST_F(ResultTableTest, ARowAskedForIsInSightAfterTheTableHasGrown) {
+    table.resize(kWidth, 1);
+    table.scrollRowToVisible(0);
+    table.resize(kWidth, kHeight);
+    EXPECT_EQ(table.clipOrigin().y, 0);
+
+    table.resize(kWidth, 1);
+    table.scrollRowToVisible(4);
+    table.resize(kWidth, kHeight);
+    const auto asked = askedForPainting();
+    EXPECT_TRUE(asked.count(4));
+}
