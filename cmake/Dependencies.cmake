@@ -1,4 +1,4 @@
-# Every library that the program links, all of them Debian 12 packages.
+# Every library that the program links, all of them packages of packaging/packages-build.txt.
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(nlohmann_json REQUIRED)
@@ -9,7 +9,7 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets DBus)
 set_property(TARGET Qt6::Core APPEND PROPERTY INTERFACE_COMPILE_DEFINITIONS QT_NO_KEYWORDS)
 pkg_check_modules(ICU REQUIRED IMPORTED_TARGET icu-uc icu-i18n)
 pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-unix-2.0)
-pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)
+pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-shape)
 if(BUILD_TESTING)
     find_package(GTest REQUIRED)
     include(GoogleTest)

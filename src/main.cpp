@@ -9,6 +9,7 @@
 #include "platform/linux/LinuxFrontmost.h"
 #include "platform/linux/QtMainLoop.h"
 #include "platform/linux/TerminationSignals.h"
+#include "platform/linux/WindowHints.h"
 #include "util/UserFolders.h"
 #include "util/World.h"
 #include "util/log.h"
@@ -62,9 +63,10 @@ int main(int argc, char** argv) {
     LinuxFileTypes fileTypes;
     LinuxFrontmost frontmost;
     SearchWindow window({.isComposited = [&] { return frontmost.composited(); },
-                         .prepare = {},
+                         .prepare = WindowHints::prepareWindow,
+                         .takeClicksIn = WindowHints::takeClicksIn,
                          .activate = [&](uintptr_t id) { frontmost.activateOwnWindow(id); },
-                         .keySymbols = {}});
+                         .keySymbols = WindowHints::keySymbol});
     QtMainLoop loop(world.mainQueue(), world.clock());
     TerminationSignals signals([] { QApplication::quit(); });
     AppDelegate app({.window = window,

@@ -142,6 +142,7 @@ bool Cache::relocate(const WriteSection& section, fs_item_t* item, fs_item_t* pa
     if (parent != item->parent) debugLog("%llu     Performing move.", id);
     if (name == item->nameView() && parent == item->parent) return true;
     if (fs_item_t* replaced = hashmap_find(parent->dircontent, name)) {
+        if (isAtOrBelow(item, replaced)) return false;  // it cannot make way for what it holds
         tree_.removeFromMap(replaced);
         removeFsItem(section, replaced, fsEventId);
         observer_.consolidateFilteredList();

@@ -33,14 +33,20 @@ std::future<void> ScanDirectoryOperation::ended() {
 
 void ScanDirectoryOperation::complete() {
     completed_ = true;
-    const ScanRequest& request = scan_->request;
-    if (scan_->operations_left.fetch_sub(1) == 0) {
+    if (scan_->operations_left.fetch_sub(1) == 0) endScan();
+    if (ended_) ended_->set_value();
+}
+
+/// Whoever waits for the scan may then drop the Cache, and it is not to end on a thread of ours.
+void ScanDirectoryOperation::endScan() {
+    const auto semaphore = std::move(scan_->request.projectFolderCountSemaphore);
+    {
+        const ScanRequest request = std::move(scan_->request);
         request.cache->takeInBatches();
-        if (request.projectFolderCountSemaphore) request.projectFolderCountSemaphore->signal();
         debugLog("%llu     Scan of %s ended", Id{request.fsEventId},
                  request.projectSearchFolderURL.c_str());
     }
-    if (ended_) ended_->set_value();
+    if (semaphore) semaphore->signal();
 }
 
 void ScanDirectoryOperation::main() {

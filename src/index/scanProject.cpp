@@ -7,8 +7,8 @@
 ScanEnd scanProject(FSScanner& scanner, const Project& project, const ProjectScan& with) {
     constexpr uint32_t kEntriesToRefresh = 50'000;
     const Project::Folders& folders = project.sorderFoldersDesc();
+    if (folders.empty()) return ScanEnd::complete;
     const auto allFolders = ReverseSemaphore::initWithCount(static_cast<int64_t>(folders.size()));
-    if (!allFolders) return ScanEnd::complete;
     Timer& timer = Timer::sharedInstance();
     timer.start("SCAN");
     const GlobalRules global = GlobalRules::fromSettings();

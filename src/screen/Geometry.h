@@ -1,8 +1,8 @@
 #pragma once
 #include <cstddef>
 
-/// Places on the screen in its own units, before any scaling. The origin is at the bottom left and y
-/// goes up; views turn it over for the desktop.
+/// Places on the screen in its own units, before any scaling. The origin is at the bottom left and
+/// y goes up; views turn it over for the desktop.
 struct Point {
     double x = 0;
     double y = 0;

@@ -10,7 +10,7 @@ struct RowContent {
     std::string iconName = {};  // freedesktop icon name, such as "folder" or "image-png"
     std::string name = {};      // first line
     std::vector<TextRange> nameHighlights = {};
-    std::string path = {};      // second line: the folder
+    std::string path = {};  // second line: the folder
     std::vector<TextRange> pathHighlights = {};
     bool isLink = false;
     bool isMarked = false;

@@ -53,6 +53,7 @@ RankTerm::RankTerm(std::u16string text) : cased_(std::move(text)), lower_(lowerC
     usesWordStarts_ = upper_ != 0 || length == 2 || length == 3;
     const auto l = static_cast<double>(length);
     d_ = l * l + l + 1;
+    inverseD_ = 1 / d_;
 }
 
 double RankTerm::rank(std::u16string_view candidate, IndexSet* indexes) const {
@@ -82,5 +83,5 @@ double RankTerm::roughScore(unsigned candidateLength, const RankCounts& counts) 
                          : d_ - ((l - w) + static_cast<double>(counts.runs) * l);
     const double start = static_cast<double>(candidateLength - counts.firstStart) * inverse * 0.5;
     const double words = counts.wordHits ? w / static_cast<double>(counts.wordStarts) * 0.25 : 0;
-    return (a + start + words + l * inverse * 0.125) / d_;
+    return (a + start + words + l * inverse * 0.125) * inverseD_;
 }

@@ -57,7 +57,7 @@ class RankTerm {
     bool plain_ = true;
     bool usesWordStarts_ = false;
     uint64_t upper_ = 0;  // bit i: unit i was typed in upper case
-    double d_ = 0;
+    double d_ = 0, inverseD_ = 0;
 };
 
 template <class Text>
@@ -77,6 +77,14 @@ bool RankTerm::chooseRuns(std::array<Bits, kMaxUnits>& rows, Bits wordStarts, Ra
                           Bits& chosen) const {
     namespace ub = unitBits;
     const size_t length = lower_.size();
+    if (length == 1 && !upper_) {  // half of what is typed first: the first place, and that is it
+        const unsigned first = ub::lowest(rows[0]);
+        counts.runs = 1;
+        counts.wordHits = 0;
+        counts.firstStart = first;
+        chosen = Bits(1) << first;
+        return true;
+    }
     std::array<unsigned, kMaxUnits> lower;
     for (size_t i = 0; i < length; i++) lower[i] = ub::lowest(rows[i]);
     unsigned end = ub::highest(rows[length - 1]) + 1;

@@ -203,7 +203,7 @@ class Ranking {
     Scratch<uint64_t, 2048> cells_;
     Scratch<uint8_t, 512> starts_;
     Scratch<char16_t, 512> lc_;
-    RankCounts counts_;
+    RankCounts counts_{};
 };
 
 }  // namespace

@@ -1,12 +1,12 @@
 #pragma once
 #include <cstdint>
 
-/// What the choice of runs found out about a match.
+/// What the choice of runs found out about a match. Not initialised: made for each candidate.
 struct RankCounts {
-    uint64_t runs = 0;
-    uint64_t wordHits = 0;    // units hit on a word start, for upper-case filter units
-    uint64_t firstStart = 0;  // position of the first run
-    uint64_t wordStarts = 0;  // in the whole candidate
+    uint64_t runs;
+    uint64_t wordHits;    // units hit on a word start, for upper-case filter units
+    uint64_t firstStart;  // position of the first run
+    uint64_t wordStarts;  // in the whole candidate
 };
 
 /// The score of a match of filterLength units in a candidate of candidateLength. How many runs

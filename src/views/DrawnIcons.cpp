@@ -164,8 +164,8 @@ void drawSheet(QPainter& p) {
 
 bool isFolder(const QString& iconName) {
     return iconName.startsWith(QLatin1String("folder")) ||
-           iconName == QLatin1String("inode-directory") ||
-           iconName == QLatin1String("user-home") || iconName == QLatin1String("user-desktop");
+           iconName == QLatin1String("inode-directory") || iconName == QLatin1String("user-home") ||
+           iconName == QLatin1String("user-desktop");
 }
 
 const Kind* kindOf(const QString& iconName) {

@@ -25,7 +25,7 @@ void InfoBar::setTheme(const Theme* theme) {
 }
 
 void InfoBar::setText(const std::string& text) {
-    const QString shown = plainText(text);
+    const QString shown = plainText(text, theme_ && theme_->hasControlPictures);
     if (shown == text_) return;
     text_ = shown;
     setAccessibleDescription(text_);

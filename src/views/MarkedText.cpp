@@ -10,6 +10,7 @@ namespace {
 
 constexpr QChar kEllipsis(0x2026);
 constexpr QChar kFirstStrongIsolate(0x2068), kPopDirectionalIsolate(0x2069);
+constexpr QChar kFirstControlPicture(0x2400), kLastControlPicture(0x2421);
 constexpr int kHead = 3, kTail = 5;  // letters at both ends that stay longer than others
 
 /// A text cut into what a reader takes for one letter.
@@ -82,8 +83,12 @@ MarkedText withLetters(const MarkedText& whole, const Letters& letters, std::vec
 
 }  // namespace
 
-QString plainText(const std::string& utf8) {
-    return QString::fromStdString(displayText(utf8));
+QString plainText(const std::string& utf8, bool hasControlPictures) {
+    QString text = QString::fromStdString(displayText(utf8));
+    if (hasControlPictures) return text;
+    for (QChar& c : text)
+        if (c >= kFirstControlPicture && c <= kLastControlPicture) c = QChar::ReplacementCharacter;
+    return text;
 }
 
 QString plainToolTip(const std::string& utf8) {

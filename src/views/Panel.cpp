@@ -60,7 +60,7 @@ void Panel::paintEvent(QPaintEvent*) {
     painter.setBrush(theme_->background);
     painter.drawRoundedRect(sheet, kRadius, kRadius);
     // A hair line of one device pixel would vanish at scale 2: half a logical pixel inward.
-    painter.setPen(QPen(theme_->border, 1));
+    painter.setPen(QPen(theme_->border, kBorder));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(sheet.adjusted(0.5, 0.5, -0.5, -0.5), kRadius - 0.5, kRadius - 0.5);
 }

@@ -10,6 +10,8 @@
 /// Owner:   SearchWindow. Threads: main.
 class Panel : public QWidget {
   public:
+    static constexpr int kBorder = 1;  // the line around the sheet, within it
+
     Panel();
     /// Called when the window gets or loses the keyboard, when the desktop wants it closed, when it
     /// has another size, and when the desktop's colours or fonts have changed.

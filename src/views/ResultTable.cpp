@@ -14,6 +14,7 @@ constexpr double kRowsANotch = 2;
 ResultTable::ResultTable()
     : scroller_(new Scroller(this, [this](double offset) { setOffset(offset); })) {
     setFocusPolicy(Qt::NoFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);  // what is behind is not painted for each key stroke
     setAccessibleName(QStringLiteral("Results"));
     scroller_->hide();
 }
@@ -94,7 +95,7 @@ void ResultTable::setSelection(std::set<size_t> rows) {
 void ResultTable::scrollRowToVisible(size_t row) {
     if (row >= count_) return;
     const double top = double(row) * pitch(), bottom = top + pitch() + 2 * kMargin;
-    if (top < offset_)
+    if (top < offset_ || bottom - top > height())
         setOffset(top);
     else if (bottom > offset_ + height())
         setOffset(bottom - height());
@@ -139,8 +140,10 @@ const RowContent& ResultTable::content(size_t row) {
 }
 
 void ResultTable::paintEvent(QPaintEvent* event) {
-    if (!painter_ || !data_ || count_ == 0) return;
+    if (!painter_) return;
     QPainter painter(this);
+    painter.fillRect(event->rect(), theme_->background);
+    if (!data_ || count_ == 0) return;
     const auto first = rowAt(std::max(event->rect().top() - kRowSpacing, kMargin - offset_));
     if (!first) return;
     for (size_t row = *first; row < count_; ++row) {

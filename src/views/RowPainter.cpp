@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr double kSelectionInset = 6, kSelectionRadius = 7;
+constexpr double kSelectionInset = 5, kSelectionRadius = 7;
 constexpr double kMarkedDot = 8, kMarkedRoom = 16;
 
 void layOut(QTextLayout& layout) {
@@ -52,7 +52,8 @@ void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& co
         return [&metrics](const QString& text) { return metrics.horizontalAdvance(text); };
     };
     const MarkedText shownName = elidedAroundMarks(
-        {plainText(content.name), content.nameHighlights}, width, widthOf(nameMetrics_));
+        {plainText(content.name, theme_->hasControlPictures), content.nameHighlights}, width,
+        widthOf(nameMetrics_));
     if (content.path.empty()) {
         const double middle = row.center().y() + nameMetrics_.capHeight() / 2;
         drawLine(painter, shownName, name, x, middle, width);
@@ -60,7 +61,8 @@ void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& co
     }
     drawLine(painter, shownName, name, x, row.top() + 20, width);
     const MarkedText shownPath = isolatingPathComponents(elidedAroundMarks(
-        {plainText(content.path), content.pathHighlights}, width, widthOf(pathMetrics_)));
+        {plainText(content.path, theme_->hasControlPictures), content.pathHighlights}, width,
+        widthOf(pathMetrics_)));
     drawLine(painter, shownPath, path, x, row.top() + 39, width);
 }
 

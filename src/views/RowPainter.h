@@ -15,7 +15,7 @@ struct MarkedText;
 class RowPainter {
   public:
     enum class Look { plain, selected, selectedWithoutKeyboard };
-    static constexpr int kIconLeft = 16, kIconSize = 32, kTextLeft = 60, kRightInset = 18;
+    static constexpr int kIconLeft = 15, kIconSize = 32, kTextLeft = 59, kRightInset = 17;
 
     explicit RowPainter(const Theme* theme);
     void draw(QPainter& painter, const QRectF& row, const RowContent& content, Look look);

@@ -7,7 +7,7 @@
 #include "views/Theme.h"
 
 namespace {
-constexpr double kInset = 3, kThin = 4, kThick = 6, kShortest = 28;
+constexpr double kInset = 2, kThin = 3, kThick = 6, kShortest = 28;
 }
 
 Scroller::Scroller(QWidget* parent, std::function<void(double)> moved)

@@ -56,7 +56,7 @@ class SearchField::Edit : public QLineEdit {
         if (event->type() == QEvent::KeyPress) {
             auto* key = static_cast<QKeyEvent*>(event);
             // Before Qt moves the focus for Tab.
-            if (delegate && delegate->searchFieldKeyDown(keyEventFrom(*key, keySymbols_))) {
+            if (isUsedUp(keyEventFrom(*key, keySymbols_))) {
                 event->accept();
                 return true;
             }
@@ -72,6 +72,12 @@ class SearchField::Edit : public QLineEdit {
     }
 
   private:
+    bool isUsedUp(const KeyEvent& key) {
+        // A modifier going down is no key stroke.
+        if (key.keyCode == kNoKeyCode && key.characters.empty()) return false;
+        return delegate && delegate->searchFieldKeyDown(key);
+    }
+
     const KeySymbols keySymbols_;
     const Theme* theme_ = nullptr;
 };

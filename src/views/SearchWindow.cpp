@@ -33,9 +33,10 @@ QRect toQRect(const Rect& rect) {
 SearchWindow::SearchWindow(WindowSystem system)
     : system_(std::move(system)),
       field_(std::make_unique<SearchField>(&panel_, system_.keySymbols)),
+      tableClip_(new QWidget(&panel_)),
       table_(new ResultTable),
       infoBar_(new InfoBar) {
-    table_->setParent(&panel_);
+    table_->setParent(tableClip_);
     infoBar_->setParent(&panel_);
     panel_.setEvents({.activationChanged =
                           [this](bool hasKeyboard) {
@@ -50,7 +51,11 @@ SearchWindow::SearchWindow(WindowSystem system)
                           [this] {
                               if (delegate_) delegate_->windowWillClose();
                           },
-                      .resized = [this] { layOut(); },
+                      .resized =
+                          [this] {
+                              layOut();
+                              letClicksThroughShadow();
+                          },
                       .lookChanged = [this] { renewTheme(); }});
     renewTheme();
     panel_.setComposited(system_.isComposited && system_.isComposited());
@@ -58,6 +63,7 @@ SearchWindow::SearchWindow(WindowSystem system)
     placeSheet({QPoint(), kFirstSize});
     resizing_.setDuration(kResizing);
     resizing_.setEasingCurve(QEasingCurve::OutCubic);
+    QObject::connect(&resizing_, &QVariantAnimation::finished, &panel_, [this] { layOut(); });
     QObject::connect(&resizing_, &QVariantAnimation::valueChanged, &panel_,
                      [this](const QVariant& place) { placeSheet(place.toRect()); });
 }
@@ -78,9 +84,14 @@ void SearchWindow::layOut() {
     const QRect sheet = panel_.sheet();
     const int barTop = sheet.height() - InfoBar::kHeight;
     field_->widget()->setGeometry(sheet.x(), sheet.y(), sheet.width(), SearchField::kHeight);
-    table_->setGeometry(sheet.x(), sheet.y() + kTableTop, sheet.width(),
-                        std::max(0, barTop - kTableTop));
     infoBar_->setGeometry(sheet.x(), sheet.y() + barTop, sheet.width(), InfoBar::kHeight);
+    const int tableWidth = sheet.width() - 2 * Panel::kBorder;
+    tableClip_->setGeometry(sheet.x() + Panel::kBorder, sheet.y() + kTableTop, tableWidth,
+                            std::max(0, barTop - kTableTop));
+    // While the window moves to a new height the table has it already, behind the clip: what the
+    // program scrolls to now must be in sight then.
+    const int height = isResizing() ? target_.height() : sheet.height();
+    table_->setGeometry(0, 0, tableWidth, std::max(0, height - InfoBar::kHeight - kTableTop));
 }
 
 const QScreen* SearchWindow::screen() const {
@@ -97,22 +108,32 @@ void SearchWindow::placeSheet(const QRect& sheet) {
     panel_.setGeometry(sheet.marginsAdded(panel_.shadowMargins()));
 }
 
+void SearchWindow::prepareWindow() {
+    const QRect sheet = sheetPlace();
+    panel_.setComposited(system_.isComposited && system_.isComposited());
+    placeSheet(sheet);
+    layOut();
+    if (!system_.prepare) return;
+    const QMarginsF shadow = QMarginsF(panel_.shadowMargins()) * panel_.devicePixelRatioF();
+    const QColor ground = shadow.isNull() ? theme_.background : QColor(Qt::transparent);
+    system_.prepare(panel_.winId(), shadow.toMargins(), ground);
+}
+
+void SearchWindow::letClicksThroughShadow() {
+    if (!system_.takeClicksIn || !panel_.isVisible()) return;
+    const double scale = panel_.devicePixelRatioF();
+    const QRect sheet = panel_.sheet();
+    const bool hasShadow = !panel_.shadowMargins().isNull();
+    system_.takeClicksIn(
+        panel_.winId(),
+        hasShadow ? QRectF(sheet.topLeft() * scale, sheet.size() * scale).toRect() : QRect());
+}
+
 void SearchWindow::show() {
-    if (!panel_.isVisible()) {
-        const QRect sheet = sheetPlace();
-        panel_.setComposited(system_.isComposited && system_.isComposited());
-        placeSheet(sheet);
-        layOut();
-        if (system_.prepare) {
-            const QMargins shadow = panel_.shadowMargins();
-            const double scale = panel_.devicePixelRatioF();
-            system_.prepare(panel_.winId(),
-                            {qRound(shadow.left() * scale), qRound(shadow.top() * scale),
-                             qRound(shadow.right() * scale), qRound(shadow.bottom() * scale)});
-        }
-    }
+    if (!panel_.isVisible()) prepareWindow();
     activation_.start();
     panel_.show();
+    letClicksThroughShadow();
     panel_.raise();
     panel_.activateWindow();
     if (system_.activate) system_.activate(panel_.winId());
@@ -120,7 +141,7 @@ void SearchWindow::show() {
 
 void SearchWindow::hide() {
     activation_.invalidate();
-    if (resizing_.state() == QAbstractAnimation::Running) {
+    if (isResizing()) {
         resizing_.stop();
         placeSheet(target_);
     }
@@ -135,23 +156,25 @@ bool SearchWindow::isActive() const {
 }
 
 Rect SearchWindow::frame() const {
-    if (resizing_.state() == QAbstractAnimation::Running) return toRect(target_);
+    if (isResizing()) return toRect(target_);
     return toRect(sheetPlace());
 }
 
 void SearchWindow::setFrame(Rect frame, bool animated) {
     const QRect now = sheetPlace();
-    const bool wasMoving = resizing_.state() == QAbstractAnimation::Running;
+    const bool wasMoving = isResizing();
     if (wasMoving && toQRect(frame) == target_) return;
     resizing_.stop();
     target_ = toQRect(frame);
     if (!animated || !panel_.isVisible() || target_ == now) {
         placeSheet(target_);
+        layOut();  // a hidden window tells of its new size only when it shows
         return;
     }
     resizing_.setStartValue(now);
     resizing_.setEndValue(target_);
     resizing_.start();
+    layOut();
 }
 
 Rect SearchWindow::screenFrame() const {

@@ -14,13 +14,15 @@
 /// What the search window needs of the desktop beyond Qt; each may be missing.
 struct WindowSystem {
     /// Whether what is behind a translucent window is seen. Missing: no.
-    std::function<bool()> isComposited;
-    /// Before each showing: the native window, and how far its shadow reaches around, in device
-    /// pixels.
-    std::function<void(uintptr_t window, QMargins shadow)> prepare;
+    std::function<bool()> isComposited = {};
+    /// Before each showing: the native window, how far its shadow reaches around, in device pixels,
+    /// and what a growing window shows until it is painted.
+    std::function<void(uintptr_t window, QMargins shadow, QColor ground)> prepare = {};
+    /// Clicks beside this part of the window, in device pixels, are not ours; empty: all are.
+    std::function<void(uintptr_t window, QRect part)> takeClicksIn = {};
     /// Asks for the keyboard.
-    std::function<void(uintptr_t window)> activate;
-    KeySymbols keySymbols;
+    std::function<void(uintptr_t window)> activate = {};
+    KeySymbols keySymbols = {};
 };
 
 /// The search window with its three parts. Owns the theme.
@@ -49,6 +51,9 @@ class SearchWindow : public WindowView {
   private:
     void renewTheme();
     void layOut();
+    void prepareWindow();
+    void letClicksThroughShadow();
+    bool isResizing() const { return resizing_.state() == QAbstractAnimation::Running; }
     /// The sheet's place on the desktop as Qt counts it: y downward.
     QRect sheetPlace() const;
     void placeSheet(const QRect& sheet);
@@ -60,7 +65,8 @@ class SearchWindow : public WindowView {
     Theme theme_;
     Panel panel_;
     std::unique_ptr<SearchField> field_;
-    ResultTable* table_;  // these two belong to the panel
+    QWidget* tableClip_;  // these three belong to the panel
+    ResultTable* table_;
     InfoBar* infoBar_;
     QVariantAnimation resizing_;
     QRect target_;              // of the running animation

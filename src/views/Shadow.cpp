@@ -10,9 +10,10 @@ namespace {
 struct Light {
     double softness;  // standard deviation
     double drop;      // how far below the sheet it falls
-    double darkness;  // in the dark look; the light look has half of it
+    double darkness;  // in the dark look
 };
-constexpr Light kLights[] = {{11, 9, 0.50}, {2.2, 1, 0.26}};
+constexpr double kInLightLook = 0.55;  // of that darkness
+constexpr Light kLights[] = {{12, 8, 0.46}, {3, 1, 0.24}};
 constexpr double kUnderEdge = 14;  // pixels below the sheet's rim, for its round corners
 
 /// The shadow of a strip that reaches from 0 to length, at x.
@@ -52,7 +53,7 @@ void Shadow::draw(QPainter& painter, const QRect& sheet, double scale, bool dark
             xs[i] = profile(width, scale, kSide, sheet.width(), kSide, light.softness, 0);
             ys[i] =
                 profile(height, scale, kTop, sheet.height(), kBottom, light.softness, light.drop);
-            for (float& value : ys[i]) value *= float(light.darkness * (dark ? 1 : 0.6));
+            for (float& value : ys[i]) value *= float(light.darkness * (dark ? 1 : kInLightLook));
         }
         // What the sheet covers stays empty.
         const int left = int((kSide + kUnderEdge) * scale), right = width - left;

@@ -1,6 +1,7 @@
 #include "views/Theme.h"
 
 #include <QFontDatabase>
+#include <QFontMetrics>
 #include <QPalette>
 
 namespace {
@@ -34,13 +35,13 @@ void setFonts(Theme& theme, const QFont& desktopFont) {
     theme.nameMarkFont = sized(desktopFont, 17, marked);
     theme.pathFont = sized(desktopFont, 14, thin);
     theme.pathMarkFont = sized(desktopFont, 14, marked);
-    theme.nameMarkFont.setUnderline(true);
-    theme.pathMarkFont.setUnderline(true);
     theme.info13 = sized(desktopFont, 13, QFont::Normal);
+    constexpr QChar kPictureOfLineFeed(0x240A);
+    theme.hasControlPictures = QFontMetrics(theme.nameFont).inFont(kPictureOfLineFeed);
 }
 
 void setDarkColours(Theme& theme) {
-    theme.background = hsb(0.28, 0.145);
+    theme.background = hsb(0.26, 0.125);
     theme.border = hsb(0.15, 0.9, 0.16);
     theme.separator = hsb(0.15, 0.9, 0.10);
     theme.fieldText = hsb(0.05, 0.97);
@@ -48,8 +49,9 @@ void setDarkColours(Theme& theme) {
     theme.symbol = hsb(0.35, 0.78);
     theme.name = hsb(0.1, 1.0);
     theme.nameMark = hsb(0.2, 0.9);
-    theme.path = hsb(0.2, 0.66);
-    theme.pathMark = hsb(0.3, 0.88);
+    theme.path = hsb(0.2, 0.5);
+    // Kept: darker than the path around it; weight and underline make the mark.
+    theme.pathMark = hsb(0.3, 0.4);
     theme.selection = hsb(0.72, 0.58);
     theme.otherSelection = hsb(0.30, 0.22);
     theme.selectedText = hsb(0.1, 1.0);
@@ -69,7 +71,7 @@ void setLightColours(Theme& theme) {
     theme.symbol = hsb(0.45, 0.55);
     theme.name = hsb(0.1, 0.1, 0.8);
     theme.nameMark = hsb(0.3, 0.2, 0.8);
-    theme.path = hsb(0.1, 0.42);
+    theme.path = hsb(0.1, 0.5);
     theme.pathMark = hsb(0.3, 0.1);
     theme.selection = hsb(0.80, 0.68);
     theme.otherSelection = hsb(0.07, 0.93);

@@ -20,6 +20,8 @@ struct Theme {
     /// The marks of matched letters are heavier than the text around them. Where the desktop's font
     /// has no light face, both are one step heavier.
     QFont field, nameFont, nameMarkFont, pathFont, pathMarkFont, info13;
+    /// Whether the fonts can draw the pictures of control characters (U+2400 and on).
+    bool hasControlPictures = false;
 
     static Theme make(const QPalette& palette, const QFont& desktopFont);
 };

@@ -34,7 +34,7 @@ TEST_F(HashMapTest, ThirteenthEntryDoublesSixteenBuckets) {
         HashMap grown;
         hashmap_init(grown);
         for (size_t i = 0; i < count; i++)
-            hashmap_insert(lane, &grown, std::to_string(i).c_str(), items);
+            hashmap_insert(lane, &grown, names.emplace_back(std::to_string(i)).c_str(), items);
         EXPECT_EQ(reserved.capacity, grown.capacity) << count;
     }
 }

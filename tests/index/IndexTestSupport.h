@@ -48,15 +48,19 @@ struct RecordingObserver : IndexObserver {
     std::vector<std::string> calls;
 };
 
-/// The log's lines while this lives, without their first four columns.
+/// The log's lines while this lives; none of them reaches standard error.
 class LogOf {
   public:
     LogOf() {
+        logging::open({.folder = {}, .systemLog = false});
         logging::setListener([](logging::Flag, const std::string& line,
                                 void* self) { static_cast<LogOf*>(self)->lines.push_back(line); },
                              this);
     }
-    ~LogOf() { logging::setListener(nullptr, nullptr); }
+    ~LogOf() {
+        logging::setListener(nullptr, nullptr);
+        logging::close();
+    }
     bool holds(std::string_view text) const {
         return std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
             return line.find(text) != std::string::npos;

@@ -12,7 +12,6 @@ class RandomTree {
   public:
     RandomTree(const TemporaryFolder& folder, unsigned seed) : folder_(folder), random_(seed) {
         for (int i = 0; i < 150; i++) addEntry(folders_[below(folders_.size())]);
-        folder_.link("circle", ".");
     }
 
   private:
@@ -29,7 +28,9 @@ class RandomTree {
     }
     void addEntry(std::string parent) {
         const std::string path = parent + (parent.empty() ? "" : "/") + name();
-        if (path.size() > 2000 || access(folder_.at(path).c_str(), F_OK) == 0) return;
+        struct stat status;
+        if (path.size() > 2000 || lstat(folder_.at(path).c_str(), &status) == 0) return;
+        static constexpr const char* kTargets[] = {".", "..", "nowhere"};
         switch (below(8)) {
             case 0:
             case 1:
@@ -38,7 +39,7 @@ class RandomTree {
                 folders_.push_back(path);
                 break;
             case 3:
-                folder_.link(path, below(2) ? ".." : "nowhere");
+                folder_.link(path, kTargets[below(3)]);
                 break;
             case 4:
                 mkfifo(folder_.at(path).c_str(), 0600);

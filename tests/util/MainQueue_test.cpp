@@ -71,11 +71,10 @@ TEST(MainQueue, ClosingDropsBlocksAndEndsWaits) {
     held->start(1h, [] {});
     bool ran = false;
     MainQueue::async([&ran, held] { ran = true; });
-    const auto timer = manual.world.mainQueue().runAt(manual.clock->now() + 1h, [held] {});
+    manual.world.mainQueue().runAt(manual.clock->now() + 1h, [&ran, held] { ran = true; });
     std::thread worker([&] { MainQueue::sync([&] { ran = true; }); });
     std::thread other([&] { MainQueue::async([&] { ran = true; }); });
     other.join();
-    manual.world.mainQueue().cancel(timer);
     manual.world.mainQueue().close();
     worker.join();
     manual.advance(2h);
@@ -114,6 +113,14 @@ TEST(MainQueue, TimersRunByTheirTime) {
     manual.advance(40ms);
     EXPECT_EQ(order, "12") << "the third was due, but stopped by the first";
     EXPECT_FALSE(queue.nextDue());
+    queue.runAt(start, [&] {
+        order += '4';
+        queue.runAt(start, [&] { order += '5'; });
+    });
+    queue.runPending();
+    EXPECT_EQ(order, "124") << "one that always adds another must not keep the loop";
+    queue.runPending();
+    EXPECT_EQ(order, "1245");
 }
 
 TEST(MainQueue, ARepeatingTimerRunsUntilItsOwnerEnds) {

@@ -52,18 +52,25 @@ TEST(Section, ReadersAreInsideTogether) {
 TEST(Section, OverlappingReadersDoNotKeepAWriterOut) {
     Section section("fair");
     std::atomic<bool> written = false;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    std::atomic<long> entries = 0;
+    const auto now = std::chrono::steady_clock::now;
+    const auto deadline = now() + std::chrono::seconds(20);
     std::vector<std::thread> readers;
     for (int t = 0; t < 4; t++)
         readers.emplace_back([&] {
-            while (!written && std::chrono::steady_clock::now() < deadline)
-                section.read([](const ReadSection&) {
-                    std::this_thread::sleep_for(std::chrono::microseconds(300));
+            while (!written && now() < deadline)
+                section.read([&](const ReadSection&) {
+                    // Leaves only when the next one is inside: there is always one. When nobody
+                    // else is let in any more it gives up.
+                    const long mine = ++entries;
+                    const auto patience = now() + std::chrono::milliseconds(300);
+                    while (entries == mine && now() < patience) std::this_thread::yield();
                 });
         });
+    EXPECT_TRUE(comesTrue([&] { return entries > 50; }));
     std::thread writer([&] { section.write([&](const WriteSection&) { written = true; }); });
     for (auto& reader : readers) reader.join();
-    EXPECT_TRUE(written) << "all readers had to give up first";
+    EXPECT_TRUE(written) << "all readers had to go home first";
     writer.join();
 }
 

@@ -1,5 +1,6 @@
 #include "util/settings/SettingsStore.h"
 
+#include <atomic>
 #include <nlohmann/json.hpp>
 
 #include "util/ProcessFlags.h"
@@ -157,8 +158,11 @@ TEST(SettingsStore, TwoWritersAndManyReaders) {
         Subscription subscription = settings.addObserver(
             "shared", [&](const json& old, const json& now) { changes.emplace_back(old, now); });
         std::vector<std::thread> threads;
+        std::atomic<int> ready = 0;
         for (int writer = 0; writer < 2; writer++)
-            threads.emplace_back([&settings, writer] {
+            threads.emplace_back([&settings, &ready, writer] {
+                ready++;
+                while (ready < 2) std::this_thread::yield();
                 for (int i = 0; i < 500; i++) {
                     settings.setObject({writer, i}, "shared");
                     settings.setInteger(i, writer ? "own1" : "own0");

@@ -27,6 +27,15 @@ struct Late {
         *events += "-L";
     }
 };
+/// Work that is not there but told.
+struct Source : WorkSource {
+    std::function<bool()> idle = [] { return true; };
+    std::function<void()> drained = [] {};
+    std::string name = "source";
+    bool isIdle() const override { return idle(); }
+    void drain() override { drained(); }
+    const std::string& label() const override { return name; }
+};
 struct Named {
     explicit Named(std::string n) : name(std::move(n)) {}
     Named() : Named("default") {}
@@ -98,21 +107,41 @@ TEST(World, WorkEndsBeforeTheObjectsItUses) {
 
 TEST(World, IsNotSettledWhileWorkIsHandedOn) {
     World world;
-    SerialQueue first("first", Qos::userInitiated), second("second", Qos::userInitiated);
-    std::atomic<int> left = 2000;
-    // Each runs a moment before it hands on: at any time one of them is busy.
-    std::function<void()> ping, pong;
-    ping = [&] {
-        if (--left > 0) second.async(pong);
+    Source first, second;
+    world.work().add(&first);
+    world.work().add(&second);
+    EXPECT_TRUE(world.isSettled());
+    // The second hands its work to the first after that was asked, and is idle itself then.
+    second.idle = [&] {
+        world.work().noteWorkTaken();
+        return true;
     };
-    pong = [&] {
-        if (--left > 0) first.async(ping);
+    EXPECT_FALSE(world.isSettled());
+    world.work().remove(&second);
+    EXPECT_TRUE(world.isSettled());
+    world.work().remove(&first);
+    SerialQueue queue("asked", Qos::userInitiated);
+    const uint64_t before = world.work().workTaken();
+    queue.async([] {});
+    EXPECT_GT(world.work().workTaken(), before);
+    EXPECT_TRUE(comesTrue([&] { return world.isSettled(); }));
+}
+
+TEST(World, ASourceThatIsBeingDrainedDoesNotGo) {
+    World world;
+    Source source;
+    std::atomic<bool> gone = false, goneTooEarly = false;
+    std::thread other;
+    source.drained = [&] {
+        other = std::thread([&] {
+            world.work().remove(&source);
+            gone = true;
+        });
+        std::this_thread::sleep_for(std::chrono::milliseconds(30));
+        goneTooEarly = gone.load();
     };
-    first.async(ping);
-    bool settled = false;
-    while (!settled) {
-        const int leftBefore = left;
-        settled = world.isSettled();
-        ASSERT_TRUE(!settled || left <= 0) << leftBefore;
-    }
+    world.work().add(&source);
+    world.work().drainAll();
+    other.join();
+    EXPECT_FALSE(goneTooEarly);
 }

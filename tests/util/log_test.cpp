@@ -163,13 +163,15 @@ TEST(DailyLogFile, AnUnwritableFolderIsToldOnce) {
 
 TEST(DailyLogFile, WritesThroughNoLinkAndWaitsForNoPipe) {
     const TemporaryFolder folder;
-    ASSERT_EQ(symlink("/dev/null", folder.file("trovast_2024-03-01.log").c_str()), 0);
+    setContent(folder.file("victim"), "");
+    ASSERT_EQ(symlink("victim", folder.file("trovast_2024-03-01.log").c_str()), 0);
     ASSERT_EQ(mkfifo(folder.file("trovast_2024-03-02.log").c_str(), 0600), 0);
     testing::internal::CaptureStderr();
     DailyLogFile file(folder.url());
     for (int day = 1; day <= 3; day++) file.write(message("x", localTime(3, day)), {});
     EXPECT_NE(testing::internal::GetCapturedStderr(), "");
     EXPECT_EQ(linesOf(folder.file("trovast_2024-03-03.log")), 1u);
+    EXPECT_EQ(contentOf(folder.file("victim")), "");
 }
 
 TEST(SystemLog, SendsOneDatagramALine) {

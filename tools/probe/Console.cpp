@@ -80,12 +80,13 @@ void Console::run(int input, std::FILE* output) {
     for (;;) {
         const LineReader::Status status = lines.next(line);
         if (status == LineReader::Status::end) return;
-        const std::string answer = status == LineReader::Status::tooLong
-                                       ? printed(failure("the line is too long"))
-                                       : reply(line);
-        std::fwrite(answer.data(), 1, answer.size(), output);
-        std::fputc('\n', output);
-        std::fflush(output);
+        const std::string answer =
+            (status == LineReader::Status::tooLong ? printed(failure("the line is too long"))
+                                                   : reply(line)) +
+            '\n';
+        // Without anybody to read replies there is nothing left to do.
+        if (std::fwrite(answer.data(), 1, answer.size(), output) != answer.size()) return;
+        if (std::fflush(output) != 0) return;
         session_->runMainQueue();
     }
 }

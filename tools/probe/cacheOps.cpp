@@ -1,5 +1,8 @@
 #include <sys/stat.h>
 
+#include <bit>
+#include <optional>
+
 #include "Ops.h"
 #include "Session.h"
 #include "Stopwatch.h"
@@ -28,6 +31,15 @@ struct OnDisk {
     struct statx stat {};
     const bool exists;
 };
+
+/// A mask of exactly one kind, plus the flag of a link.
+uint8_t itemType(const Fields& request, std::optional<uint8_t> fallback = {}) {
+    const auto type =
+        fallback ? request.integer<uint8_t>("type", *fallback) : request.integer<uint8_t>("type");
+    if (type > 15 || !std::has_single_bit(static_cast<uint8_t>(type & ~ITEM_SYMLINK)))
+        request.illTyped("type", "1, 2 or 4, plus 8 for a link");
+    return type;
+}
 
 /// An object in stored form; null where it is left out.
 json storedObject(const Fields& request, std::string_view name) {
@@ -65,7 +77,7 @@ json cacheAdd(const Fields& request, Session& session) {
     const FileURL url = request.absolutePath("path");
     const OnDisk onDisk(url);
     const AddPathResult result =
-        cache.addPath(url, {.ofType = request.integer<uint8_t>("type"),
+        cache.addPath(url, {.ofType = itemType(request),
                             .inode = request.integer<uint64_t>("inode", onDisk.inode()),
                             .metadata = onDisk.metadata(),
                             .fsEventId = request.integer<uint64_t>("eventId", 0),
@@ -82,7 +94,7 @@ json cacheMove(const Fields& request, Session& session) {
         cache.movePath(from, to,
                        {.fromInode = request.integer<uint64_t>("fromInode", onDisk.inode()),
                         .toInode = request.integer<uint64_t>("toInode", onDisk.inode()),
-                        .ofType = request.integer<uint8_t>("type", onDisk.type()),
+                        .ofType = itemType(request, onDisk.type()),
                         .forFsEventId = request.integer<uint64_t>("eventId", 0),
                         .includeInRecentItems = request.boolean("recent", false)});
     return {{"status", static_cast<int32_t>(status)}};

@@ -9,15 +9,15 @@
 
 /// trovast-probe: see Console.h. With --ops it prints the names of its ops.
 int main(int count, char** arguments) {
-    std::setlocale(LC_ALL, "");
+    (void)std::setlocale(LC_ALL, "");
     tzset();
     if (count == 2 && std::strcmp(arguments[1], "--ops") == 0) {
         for (const OpEntry& entry : allOps())
-            std::printf("%.*s\n", static_cast<int>(entry.name.size()), entry.name.data());
+            (void)std::printf("%.*s\n", static_cast<int>(entry.name.size()), entry.name.data());
         return 0;
     }
     if (count > 1) {
-        std::fputs("Usage: trovast-probe [--ops]\n", stderr);
+        (void)std::fputs("Usage: trovast-probe [--ops]\n", stderr);
         return 2;
     }
     Console().run(STDIN_FILENO, stdout);

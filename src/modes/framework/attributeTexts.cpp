@@ -71,7 +71,7 @@ std::string decimal(uint64_t number) {
 
 std::string sizeText(uint64_t size, uint16_t mode) {
     if (S_ISDIR(mode)) return "n/a";
-    const std::string bytes = decimal(size) + " Bytes";
+    std::string bytes = decimal(size) + " Bytes";
     if (size < 1024) return bytes;
     constexpr std::array<const char*, 4> kUnits = {" kiB", " MiB", " GiB", " TiB"};
     size_t unit = 0;

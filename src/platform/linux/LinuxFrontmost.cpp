@@ -2,22 +2,18 @@
 
 #include <QtGui/qguiapplication_platform.h>
 #include <unistd.h>
-#include <xcb/xcb.h>
 #include <QAbstractNativeEventFilter>
 #include <QGuiApplication>
 
-#include <cstdlib>
 #include <cstring>
-#include <string>
+
+#include "platform/linux/X11.h"
 
 namespace {
 
 /// Source indication of a client message: the user asked by a pager or the like. Window managers
 /// obey it without focus-stealing prevention.
 constexpr uint32_t kSourceUser = 2;
-
-template <class T>
-using Reply = std::unique_ptr<T, decltype(&std::free)>;
 
 }  // namespace
 
@@ -26,9 +22,9 @@ class LinuxFrontmost::Server : public QAbstractNativeEventFilter {
   public:
     explicit Server(xcb_connection_t* connection) : connection_(connection) {
         root_ = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-        activeWindow_ = atom("_NET_ACTIVE_WINDOW");
-        pid_ = atom("_NET_WM_PID");
-        compositor_ = atom("_NET_WM_CM_S0");
+        activeWindow_ = x11::atom(connection, "_NET_ACTIVE_WINDOW");
+        pid_ = x11::atom(connection, "_NET_WM_PID");
+        compositor_ = x11::atom(connection, "_NET_WM_CM_S0");
         qApp->installNativeEventFilter(this);
     }
 
@@ -46,7 +42,7 @@ class LinuxFrontmost::Server : public QAbstractNativeEventFilter {
     bool isOwn(xcb_window_t window) const { return cardinal(window, pid_) == uint32_t(getpid()); }
 
     bool composited() const {
-        const Reply<xcb_get_selection_owner_reply_t> reply(
+        const x11::Reply<xcb_get_selection_owner_reply_t> reply(
             xcb_get_selection_owner_reply(
                 connection_, xcb_get_selection_owner(connection_, compositor_), nullptr),
             &std::free);
@@ -69,18 +65,9 @@ class LinuxFrontmost::Server : public QAbstractNativeEventFilter {
     }
 
   private:
-    xcb_atom_t atom(const std::string& name) const {
-        const Reply<xcb_intern_atom_reply_t> reply(
-            xcb_intern_atom_reply(
-                connection_, xcb_intern_atom(connection_, 0, uint16_t(name.size()), name.c_str()),
-                nullptr),
-            &std::free);
-        return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
-    }
-
     /// The first 32 bits of a property; 0 where there are none.
     uint32_t cardinal(xcb_window_t window, xcb_atom_t property) const {
-        const Reply<xcb_get_property_reply_t> reply(
+        const x11::Reply<xcb_get_property_reply_t> reply(
             xcb_get_property_reply(
                 connection_,
                 xcb_get_property(connection_, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1),
@@ -99,8 +86,8 @@ class LinuxFrontmost::Server : public QAbstractNativeEventFilter {
 };
 
 LinuxFrontmost::LinuxFrontmost() {
-    if (auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
-        server_ = std::make_unique<Server>(x11->connection());
+    if (xcb_connection_t* connection = x11::connection())
+        server_ = std::make_unique<Server>(connection);
 }
 
 LinuxFrontmost::~LinuxFrontmost() = default;

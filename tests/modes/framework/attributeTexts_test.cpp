@@ -2,13 +2,16 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unicode/uloc.h>
 
 #include <array>
 
 namespace {
 
-// No locale is set in tests: digits are not grouped, and the decimal sign is a point.
 TEST(AttributeTexts, SizesAreGivenInTheLargestUnitThatFits) {
+    // Digits are not grouped, and the decimal sign is a point, whatever the user's locale is.
+    UErrorCode status = U_ZERO_ERROR;
+    uloc_setDefault("en_US_POSIX", &status);
     struct Row {
         uint64_t size;
         const char* text;
