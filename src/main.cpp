@@ -1,6 +1,4 @@
 #include <QApplication>
-#include <cstdio>
-#include <cstdlib>
 
 #include "core/app/AppDelegate.h"
 #include "platform/linux/LinuxApplications.h"
@@ -10,34 +8,15 @@
 #include "platform/linux/QtMainLoop.h"
 #include "platform/linux/TerminationSignals.h"
 #include "platform/linux/WindowHints.h"
+#include "platform/linux/chooseDisplay.h"
 #include "util/UserFolders.h"
 #include "util/World.h"
 #include "util/log.h"
 #include "views/SearchWindow.h"
 
-namespace {
-
-/// A Wayland session lets no window stand where it wants or say who was in front; X clients may.
-void choosePlatform() {
-    const char* display = std::getenv("DISPLAY");
-    if (std::getenv("WAYLAND_DISPLAY") && display && *display && !std::getenv("QT_QPA_PLATFORM"))
-        setenv("QT_QPA_PLATFORM", "xcb", 1);
-}
-
-bool hasDisplay() {
-    return std::getenv("DISPLAY") || std::getenv("WAYLAND_DISPLAY") ||
-           std::getenv("QT_QPA_PLATFORM");
-}
-
-}  // namespace
-
 int main(int argc, char** argv) {
-    choosePlatform();
-    if (!hasDisplay()) {
-        std::fputs("Trovast needs a display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n",
-                   stderr);
-        return 1;
-    }
+    const DisplayChoice display = chooseDisplay();
+    if (display == DisplayChoice::none) return 1;
     QApplication application(argc, argv);
     QApplication::setApplicationName("Trovast");
     QApplication::setDesktopFileName("com.orrinvale.Trovast");
@@ -59,7 +38,7 @@ int main(int argc, char** argv) {
     if (!first) return 0;  // the one that runs shows its window
 
     openSettingsAndLog(folders);
-    LinuxApplications applications;
+    LinuxApplications applications(display == DisplayChoice::ours);
     LinuxFileTypes fileTypes;
     LinuxFrontmost frontmost;
     SearchWindow window({.isComposited = [&] { return frontmost.composited(); },

@@ -37,7 +37,7 @@ void Cache::takeInBatches(const WriteSection& section) {
 
 void Cache::takeIn(const WriteSection& section, ScanBatch& batch) {
     fs_item_t* folder = nullptr;
-    folder = batch.folderItem;
+    if (batch.structureVersion == tree_.structureVersion()) folder = batch.folderItem;
     if (!folder) folder = fsItemWithURL(section, batch.folder, Create::yes);
     if (!folder) return discard(tree_.pool().writer(), batch);
     if (!folder->dircontent)

@@ -41,3 +41,12 @@ void ProjectCaches::removeCacheForProject(const Project& project) {
     }
     dropQueue_.async([dropped = std::move(dropped)]() mutable { dropped.reset(); });
 }
+
+void ProjectCaches::removeAll() {
+    // Dropped outside the lock: a Cache that goes may still ask which one is current.
+    std::unordered_map<std::string, std::shared_ptr<Cache>> dropped;
+    std::shared_ptr<Cache> current;
+    std::lock_guard lock(cachesAccessLock_);
+    dropped.swap(caches_);
+    current.swap(currentCache_);
+}

@@ -24,6 +24,8 @@ class ProjectCaches {
     /// Makes the project's Cache the current one, a new one if there is none; true if there was.
     bool setCurrentCacheByProject(const Project& project);
     void removeCacheForProject(const Project& project);
+    /// All of them, on the caller's thread.
+    void removeAll();
 
   private:
     IndexObserver& observer_;

@@ -35,6 +35,12 @@ TRVSearchMode::TRVSearchMode(const FileTypes& fileTypes)
       caches_(*this, fileTypes),
       numberOfThreads_(rankingThreads()) {}
 
+TRVSearchMode::~TRVSearchMode() {
+    // The rows before the items that they are of; and these while they can still be reported.
+    deleteFilteredItems();
+    caches_.removeAll();
+}
+
 TRVSearchMode& TRVSearchMode::sharedInstance() {
     return World::current().shared<TRVSearchMode>();
 }

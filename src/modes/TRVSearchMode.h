@@ -27,6 +27,7 @@ class FileTypes;
 class TRVSearchMode : public TRVMode, public IndexObserver {
   public:
     explicit TRVSearchMode(const FileTypes& fileTypes);
+    ~TRVSearchMode() override;
     static TRVSearchMode& sharedInstance();
 
     // Projects.
@@ -43,6 +44,8 @@ class TRVSearchMode : public TRVMode, public IndexObserver {
     /// Scans the project unless its Cache was kept; a scan that runs is ended first. Any thread but
     /// the scan's own.
     void triggerScanProject(std::shared_ptr<const Project> project);
+    /// Searches again if somebody sees the list. Any thread.
+    void triggerRefresh();
     /// Ends a running scan and searches; before the application goes.
     void abortScan();
 
@@ -89,7 +92,6 @@ class TRVSearchMode : public TRVMode, public IndexObserver {
     void startScan(const std::shared_ptr<const Project>& project);
     void scan(const std::shared_ptr<const Project>& project);
     void setScanInProgress(bool inProgress);
-    void refreshWhileScanning();
 
     const FileTypes& fileTypes_;
     ProjectCaches caches_;

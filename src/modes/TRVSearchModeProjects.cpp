@@ -89,7 +89,7 @@ void TRVSearchMode::scan(const std::shared_ptr<const Project>& project) {
     setScanInProgress(true);
     const ScanEnd end = scanProject(FSScanner::sharedInstance(), *project,
                                     {.cache = cache,
-                                     .refresh = [this] { refreshWhileScanning(); },
+                                     .refresh = [this] { triggerRefresh(); },
                                      .scanned = &scanned_,
                                      .ignored = &ignored_,
                                      .abortScan = &abortScan_});
@@ -114,7 +114,7 @@ void TRVSearchMode::setScanInProgress(bool inProgress) {
     });
 }
 
-void TRVSearchMode::refreshWhileScanning() {
+void TRVSearchMode::triggerRefresh() {
     MainQueue::async([this] {
         if (isActive() && host().isMainWindowVisible() && !searchString().empty())
             host().reloadInBackgroundAnimated(false);

@@ -32,17 +32,29 @@ QMargins Panel::shadowMargins() const {
     return {Shadow::kSide, Shadow::kTop, Shadow::kSide, Shadow::kBottom};
 }
 
+void Panel::setSheetSize(QSize size) {
+    if (size == sheetSize_) return;
+    sheetSize_ = size;
+    updateMask();
+    update();
+}
+
+QRect Panel::sheet() const {
+    const QMargins shadow = shadowMargins();
+    return {QPoint(shadow.left(), shadow.top()), sheetSize_};
+}
+
 void Panel::updateMask() {
     if (composited_) {
         clearMask();
         return;
     }
-    QBitmap shape(size());
+    QBitmap shape(sheetSize_);
     shape.clear();
     QPainter painter(&shape);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Qt::color1);
-    painter.drawRoundedRect(rect(), kRadius, kRadius);
+    painter.drawRoundedRect(sheet(), kRadius, kRadius);
     painter.end();
     setMask(shape);
 }
@@ -63,12 +75,6 @@ void Panel::paintEvent(QPaintEvent*) {
     painter.setPen(QPen(theme_->border, kBorder));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(sheet.adjusted(0.5, 0.5, -0.5, -0.5), kRadius - 0.5, kRadius - 0.5);
-}
-
-void Panel::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    if (!composited_) updateMask();
-    if (events_.resized) events_.resized();
 }
 
 void Panel::mousePressEvent(QMouseEvent* event) {

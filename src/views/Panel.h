@@ -13,12 +13,11 @@ class Panel : public QWidget {
     static constexpr int kBorder = 1;  // the line around the sheet, within it
 
     Panel();
-    /// Called when the window gets or loses the keyboard, when the desktop wants it closed, when it
-    /// has another size, and when the desktop's colours or fonts have changed.
+    /// Called when the window gets or loses the keyboard, when the desktop wants it closed, and
+    /// when the desktop's colours or fonts have changed.
     struct Events {
         std::function<void(bool hasKeyboard)> activationChanged;
         std::function<void()> closeAsked;
-        std::function<void()> resized;
         std::function<void()> lookChanged;
     };
     void setEvents(Events events) { events_ = std::move(events); }
@@ -27,12 +26,14 @@ class Panel : public QWidget {
     void setComposited(bool composited);
     /// How far the shadow reaches around the sheet.
     QMargins shadowMargins() const;
+    /// How large the sheet is. The widget may be larger than sheet and shadow: what is left over at
+    /// its right and bottom is not seen, so that the sheet can grow without the window doing so.
+    void setSheetSize(QSize size);
     /// The sheet, in this widget.
-    QRect sheet() const { return rect().marginsRemoved(shadowMargins()); }
+    QRect sheet() const;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -44,4 +45,5 @@ class Panel : public QWidget {
     const Theme* theme_ = nullptr;
     Shadow shadow_;
     bool composited_ = false;
+    QSize sheetSize_;
 };

@@ -10,6 +10,7 @@ namespace {
 constexpr int kResizing = 100;              // milliseconds
 constexpr qint64 kKeyboardIsComing = 1000;  // milliseconds
 constexpr QSize kFirstSize(638, 64);
+constexpr int kFullHeight = 555;  // of a sheet with ten rows
 constexpr int kTableTop = SearchField::kHeight;
 
 /// Qt counts y downward from the top of the primary screen, Rect upward from its bottom.
@@ -51,21 +52,16 @@ SearchWindow::SearchWindow(WindowSystem system)
                           [this] {
                               if (delegate_) delegate_->windowWillClose();
                           },
-                      .resized =
-                          [this] {
-                              layOut();
-                              letClicksThroughShadow();
-                          },
                       .lookChanged = [this] { renewTheme(); }});
     renewTheme();
     panel_.setComposited(system_.isComposited && system_.isComposited());
     panel_.setFocusProxy(field_->widget());
-    placeSheet({QPoint(), kFirstSize});
+    placeSheet({QPoint(), kFirstSize}, Room::renewed);
     resizing_.setDuration(kResizing);
     resizing_.setEasingCurve(QEasingCurve::OutCubic);
     QObject::connect(&resizing_, &QVariantAnimation::finished, &panel_, [this] { layOut(); });
     QObject::connect(&resizing_, &QVariantAnimation::valueChanged, &panel_,
-                     [this](const QVariant& place) { placeSheet(place.toRect()); });
+                     [this](const QVariant& place) { placeSheet(place.toRect(), Room::kept); });
 }
 
 SearchWindow::~SearchWindow() {
@@ -101,39 +97,58 @@ const QScreen* SearchWindow::screen() const {
 }
 
 QRect SearchWindow::sheetPlace() const {
-    return panel_.geometry().marginsRemoved(panel_.shadowMargins());
+    const QRect sheet = panel_.sheet();
+    return sheet.translated(panel_.pos());
 }
 
-void SearchWindow::placeSheet(const QRect& sheet) {
-    panel_.setGeometry(sheet.marginsAdded(panel_.shadowMargins()));
+QRect SearchWindow::roomFor(const QRect& sheet) const {
+    // A native window that changes its size shows for a moment what nobody has painted yet. Where
+    // the part that is not used can neither be seen nor clicked, it keeps room for a full list.
+    const QMargins shadow = panel_.shadowMargins();
+    QRect room = sheet;
+    if (shadow.isNull() || system_.takeClicksIn) {
+        const int bottom = screen()->availableGeometry().bottom() - shadow.bottom();
+        room.setBottom(std::max(sheet.bottom(), std::min(sheet.top() + kFullHeight - 1, bottom)));
+    }
+    return room.marginsAdded(shadow);
+}
+
+void SearchWindow::placeSheet(const QRect& sheet, Room room) {
+    QRect place = roomFor(sheet);
+    if (room == Room::kept && place.topLeft() == panel_.pos() && place.width() == panel_.width() &&
+        sheet.bottom() < panel_.geometry().bottom() - panel_.shadowMargins().bottom())
+        place = panel_.geometry();
+    panel_.setGeometry(place);
+    panel_.setSheetSize(sheet.size());
+    layOut();
+    letClicksThrough();
 }
 
 void SearchWindow::prepareWindow() {
     const QRect sheet = sheetPlace();
     panel_.setComposited(system_.isComposited && system_.isComposited());
-    placeSheet(sheet);
-    layOut();
+    placeSheet(sheet, Room::renewed);
     if (!system_.prepare) return;
     const QMarginsF shadow = QMarginsF(panel_.shadowMargins()) * panel_.devicePixelRatioF();
     const QColor ground = shadow.isNull() ? theme_.background : QColor(Qt::transparent);
     system_.prepare(panel_.winId(), shadow.toMargins(), ground);
 }
 
-void SearchWindow::letClicksThroughShadow() {
+void SearchWindow::letClicksThrough() {
     if (!system_.takeClicksIn || !panel_.isVisible()) return;
     const double scale = panel_.devicePixelRatioF();
     const QRect sheet = panel_.sheet();
-    const bool hasShadow = !panel_.shadowMargins().isNull();
+    const bool isMasked = panel_.shadowMargins().isNull();
     system_.takeClicksIn(
         panel_.winId(),
-        hasShadow ? QRectF(sheet.topLeft() * scale, sheet.size() * scale).toRect() : QRect());
+        isMasked ? QRect() : QRectF(sheet.topLeft() * scale, sheet.size() * scale).toRect());
 }
 
 void SearchWindow::show() {
     if (!panel_.isVisible()) prepareWindow();
     activation_.start();
     panel_.show();
-    letClicksThroughShadow();
+    letClicksThrough();
     panel_.raise();
     panel_.activateWindow();
     if (system_.activate) system_.activate(panel_.winId());
@@ -143,7 +158,7 @@ void SearchWindow::hide() {
     activation_.invalidate();
     if (isResizing()) {
         resizing_.stop();
-        placeSheet(target_);
+        placeSheet(target_, Room::renewed);
     }
     panel_.hide();
 }
@@ -167,8 +182,7 @@ void SearchWindow::setFrame(Rect frame, bool animated) {
     resizing_.stop();
     target_ = toQRect(frame);
     if (!animated || !panel_.isVisible() || target_ == now) {
-        placeSheet(target_);
-        layOut();  // a hidden window tells of its new size only when it shows
+        placeSheet(target_, panel_.isVisible() ? Room::kept : Room::renewed);
         return;
     }
     resizing_.setStartValue(now);

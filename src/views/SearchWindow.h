@@ -52,11 +52,15 @@ class SearchWindow : public WindowView {
     void renewTheme();
     void layOut();
     void prepareWindow();
-    void letClicksThroughShadow();
+    void letClicksThrough();
     bool isResizing() const { return resizing_.state() == QAbstractAnimation::Running; }
     /// The sheet's place on the desktop as Qt counts it: y downward.
     QRect sheetPlace() const;
-    void placeSheet(const QRect& sheet);
+    /// The native window around a sheet: its shadow, and room to grow.
+    QRect roomFor(const QRect& sheet) const;
+    /// While the window is seen it keeps its room as long as it can.
+    enum class Room { kept, renewed };
+    void placeSheet(const QRect& sheet, Room room);
     /// The screen of the window, or before it shows, the one where the user is.
     const QScreen* screen() const;
 

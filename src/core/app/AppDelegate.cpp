@@ -13,7 +13,8 @@ void openSettingsAndLog(const Folders& folders) {
     logging::open({.folder = folders.state.path(), .systemLog = true, .standardError = true});
     auto& settings = World::current().provide<OVUserDefaults>(
         std::make_unique<SettingsFile>(folders.configuration.appending("settings.json")));
-    PreferencesController::setupUserDefaults(settings, {.home = folders.home});
+    PreferencesController::setupUserDefaults(settings,
+                                             {.home = folders.home, .onlyExistingFolders = true});
 }
 
 AppDelegate::AppDelegate(const CoreModeHost::Views& views, const DesktopPorts& desktop,

@@ -62,6 +62,7 @@ Result<void> LinuxApplications::openInDefaultApplication(const FileURL& url) {
     const Owned<GAppInfo> application = defaultApplication(type ? type : kPlainText);
     if (!application) return failure(url, "Found no application to open ", nullptr);
     const Owned<GAppLaunchContext> context(g_app_launch_context_new());
+    if (ownsPlatformChoice_) g_app_launch_context_unsetenv(context.get(), "QT_QPA_PLATFORM");
     GList files{file.get(), nullptr, nullptr};
     GError* launchError = nullptr;
     const bool launched = g_app_info_launch(application.get(), &files, context.get(), &launchError);

@@ -18,7 +18,7 @@ void setProperty(xcb_connection_t* x, xcb_window_t window, std::string_view prop
 
 }  // namespace
 
-void WindowHints::prepareWindow(uintptr_t window, const QMargins& shadow) {
+void WindowHints::prepareWindow(uintptr_t window, const QMargins& shadow, const QColor& ground) {
     xcb_connection_t* const x = x11::connection();
     if (!x) return;
     const auto id = xcb_window_t(window);

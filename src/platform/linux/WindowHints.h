@@ -7,8 +7,7 @@
 /// What our window needs of the X server beyond what Qt tells it, and what a key writes. Under
 /// other platforms than X11 nothing happens and no key has a symbol.
 /// Owner:   none. Threads: main, after QApplication is made. Calls wait for the X server unless
-/// they
-///          say otherwise.
+///          they say otherwise.
 /// Fails:   silently: a window manager that does not know a hint passes it over.
 namespace WindowHints {
 

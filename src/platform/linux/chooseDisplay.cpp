@@ -17,6 +17,11 @@ std::string environment(const char* name) {
     return value ? value : "";
 }
 
+DisplayChoice setPlatform(const char* name) {
+    setenv("QT_QPA_PLATFORM", name, 1);
+    return DisplayChoice::ours;
+}
+
 bool answersX11() {
     if (environment("DISPLAY").empty()) return false;
     xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
@@ -43,22 +48,17 @@ bool answersWayland() {
 
 }  // namespace
 
-bool chooseDisplay() {
+DisplayChoice chooseDisplay() {
     const std::string chosen = environment("QT_QPA_PLATFORM");
     const bool isX11 = chosen.empty() || chosen.starts_with("xcb");
     const bool isWayland = chosen.empty() || chosen.starts_with("wayland");
-    if (!isX11 && !isWayland) return true;  // such as "offscreen"
-    if (isX11 && answersX11()) {
-        if (chosen.empty()) setenv("QT_QPA_PLATFORM", "xcb", 1);
-        return true;
-    }
-    if (isWayland && answersWayland()) {
-        if (chosen.empty()) setenv("QT_QPA_PLATFORM", "wayland", 1);
-        return true;
-    }
+    if (!isX11 && !isWayland) return DisplayChoice::users;  // such as "offscreen"
+    if (isX11 && answersX11()) return chosen.empty() ? setPlatform("xcb") : DisplayChoice::users;
+    if (isWayland && answersWayland())
+        return chosen.empty() ? setPlatform("wayland") : DisplayChoice::users;
     std::fprintf(stderr,
                  "Trovast needs a display: none answers (DISPLAY is \"%s\", "
                  "WAYLAND_DISPLAY is \"%s\").\n",
                  environment("DISPLAY").c_str(), environment("WAYLAND_DISPLAY").c_str());
-    return false;
+    return DisplayChoice::none;
 }

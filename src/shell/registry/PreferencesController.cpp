@@ -1,5 +1,7 @@
 #include "shell/registry/PreferencesController.h"
 
+#include <unistd.h>
+
 #include <nlohmann/json.hpp>
 
 #include "util/Unicode.h"
@@ -30,19 +32,19 @@ json projectFolder(const FileURL& url, json excludedFolders) {
 /// The home folder without its Library, and the two folders of cloud storage in there.
 json defaultProject(const PreferencesController::Environment& environment) {
     const FileURL& library = environment.library;
-    const FileURL documents =
-        library.appending("Mobile Documents").appending("com~apple~CloudDocs");
-    const json none = json::array();
+    json folders = json::array();
+    for (const FileURL& cloud :
+         {library.appending("Mobile Documents").appending("com~apple~CloudDocs"),
+          library.appending("CloudStorage")})
+        if (!environment.onlyExistingFolders || access(cloud.c_str(), F_OK) == 0)
+            folders.push_back(projectFolder(cloud, json::array()));
+    folders.push_back(
+        projectFolder(environment.home, json::array({rule("/Library", kExactName, kFolders)})));
     return {
         {"name", "Home"},
         {"enabled", true},
         {"uuid", newUuid()},
-        {"folders",
-         {
-             projectFolder(documents, none),
-             projectFolder(library.appending("CloudStorage"), none),
-             projectFolder(environment.home, json::array({rule("/Library", kExactName, kFolders)})),
-         }},
+        {"folders", std::move(folders)},
         {"matchFilenameOnly", true},
         {"visibleItemType", kFilesAndFoldersVisible},
         {"ignoreDiacritics", false},

@@ -13,6 +13,8 @@ class PreferencesController {
     struct Environment {
         FileURL home;
         FileURL library = home.appending("Library");
+        /// Leave the folders of cloud storage out of the default project where there are none.
+        bool onlyExistingFolders = false;
         KeyLayout layout = KeyLayout::qwerty;
     };
 
