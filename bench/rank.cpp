@@ -10,11 +10,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <thread>
 #include <vector>
 
 #include "searchmodes/rankStringInSearchMode.h"
 #include "support/LiteralRanking.h"
 #include "support/PlainCache.h"
+#include "util/queues/OperationQueue.h"
 
 namespace {
 
@@ -45,6 +47,32 @@ double milliseconds(bool processorTime) {
 double median(std::vector<double> values) {
     std::sort(values.begin(), values.end());
     return values[values.size() / 2];
+}
+
+/// How long a running search goes on once a newer one wants to begin: the worst of many.
+double worstAbort(const Cache& cache, RankRequest request) {
+    Relaxed<bool> abort = false;
+    request.abortSearch = &abort;
+    request.searchString = u"e a";
+    double worst = 0;
+    OperationQueue queue("searchQ", 1, Qos::userInteractive);
+    for (int i = 0; i < 30; i++) {
+        abort = false;
+        queue.addBlock([&] {
+            const_cast<Cache&>(cache).performBlockReadOnly([&](const ReadSection& section) {
+                int64_t total = 0;
+                rankStringInSearchMode(section, cache, request, total);
+            });
+        });
+        std::this_thread::sleep_for(std::chrono::microseconds(300 * (i % 10)));
+        const auto begin = std::chrono::steady_clock::now();
+        abort = true;
+        queue.waitUntilAllOperationsAreFinished();
+        const std::chrono::duration<double, std::milli> time =
+            std::chrono::steady_clock::now() - begin;
+        worst = std::max(worst, time.count());
+    }
+    return worst;
 }
 
 }  // namespace
@@ -100,7 +128,8 @@ int main(int argc, char** argv) {
         std::printf("query\t%s\t%lld\t%.3f\n", query.c_str(), static_cast<long long>(total),
                     medians.back());
     }
-    std::printf("median_ms=%.2f worst_ms=%.2f same=%d\n", median(medians),
-                *std::max_element(medians.begin(), medians.end()), same);
+    std::printf("median_ms=%.2f worst_ms=%.2f abort_ms=%.2f same=%d\n", median(medians),
+                *std::max_element(medians.begin(), medians.end()),
+                worstAbort(*cache.cache, request), same);
     return same ? 0 : 1;
 }

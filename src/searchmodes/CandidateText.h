@@ -24,9 +24,7 @@ class AsciiText {
     using BitsType = Bits;
 
     /// bytes: ASCII alone; up to kReadableBehind bytes behind them are read, whatever they are.
-    void load(const char* bytes, unsigned length) {
-        length_ = length;
-        used_ = (length + 15) / 16;
+    AsciiText(const char* bytes, unsigned length) : length_(length), used_((length + 15) / 16) {
         if (sizeof(Bits) == 8 && length <= 32) used_ = 2;  // no branch on the length of a name
         for (unsigned v = 0; v < used_; v++) {
             raw_[v] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 16 * v));
@@ -45,7 +43,7 @@ class AsciiText {
                    all();
         Bits bits(0);
         for (unsigned v = 0; v < used_; v++)
-            bits |= Bits(mask(_mm_cmpeq_epi8(lower_[v], wanted))) << (16 * v);
+            unitBits::setSixteen(bits, v, mask(_mm_cmpeq_epi8(lower_[v], wanted)));
         return bits & all();
     }
     Bits wordStarts() const {
@@ -54,9 +52,9 @@ class AsciiText {
             const __m128i letters = within(lower_[v], 'a', 'z'), digits = within(raw_[v], '0', '9');
             const __m128i dot = _mm_cmpeq_epi8(raw_[v], _mm_set1_epi8('.'));
             const __m128i quote = _mm_cmpeq_epi8(raw_[v], _mm_set1_epi8('\''));
-            upper |= Bits(mask(within(raw_[v], 'A', 'Z'))) << (16 * v);
-            alphanumeric |= Bits(mask(_mm_or_si128(letters, digits))) << (16 * v);
-            soft |= Bits(mask(_mm_or_si128(dot, quote))) << (16 * v);
+            unitBits::setSixteen(upper, v, mask(within(raw_[v], 'A', 'Z')));
+            unitBits::setSixteen(alphanumeric, v, mask(_mm_or_si128(letters, digits)));
+            unitBits::setSixteen(soft, v, mask(_mm_or_si128(dot, quote)));
         }
         const Bits boundary = (~(alphanumeric | soft) << 1) | Bits(1);
         return ((boundary & alphanumeric) | upper) & all();
@@ -80,10 +78,7 @@ class AsciiText {
   public:
     using BitsType = Bits;
 
-    void load(const char* bytes, unsigned length) {
-        length_ = length;
-        bytes_ = bytes;
-    }
+    AsciiText(const char* bytes, unsigned length) : bytes_(bytes), length_(length) {}
     unsigned length() const { return length_; }
     Bits all() const { return unitBits::below<Bits>(length_); }
     Bits equal(char16_t unit) const {
@@ -119,8 +114,7 @@ class WideText {
   public:
     using BitsType = Bits;
 
-    void load(std::u16string_view text) {
-        raw_ = text;
+    explicit WideText(std::u16string_view text) : raw_(text) {
         for (size_t i = 0; i < text.size(); i++) {
             const char16_t c = text[i];
             lower_[i] = c >= 128                 ? static_cast<char16_t>(u_tolower(c))

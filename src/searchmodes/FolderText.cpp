@@ -70,8 +70,7 @@ void FolderText::prepareBits() {
     hasBits_ = true;
     const size_t length = bytes().size();
     bytes_.reserve(length + kReadableBehind);  // wide loads read on
-    AsciiText<UnitBits256> text;
-    text.load(bytes_.data(), static_cast<unsigned>(length));
+    const AsciiText<UnitBits256> text(bytes_.data(), static_cast<unsigned>(length));
     for (size_t i = 0; i < units_.size(); i++) equal_[i] = text.equal(units_[i]);
     wordStarts_ = text.wordStarts();
 }

@@ -60,12 +60,10 @@ double RankTerm::rank(std::u16string_view candidate, IndexSet* indexes) const {
     if (indexes && plain_ && candidate.size() > length() && candidate.size() <= kMaxCandidate) {
         std::optional<double> score;
         if (candidate.size() <= 64) {
-            WideText<uint64_t> wide;
-            wide.load(candidate);
+            const WideText<uint64_t> wide(candidate);
             score = rankWith(*this, wide, *indexes);
         } else {
-            WideText<UnitBits256> wide;
-            wide.load(candidate);
+            const WideText<UnitBits256> wide(candidate);
             score = rankWith(*this, wide, *indexes);
         }
         return score.value_or(-1);

@@ -51,6 +51,8 @@ class RankTerm {
     double roughScore(unsigned candidateLength, const RankCounts& counts) const;
 
   private:
+    static constexpr unsigned kNoPlace = ~0u;
+
     const std::u16string cased_, lower_;
     NameMask need_ = 0;
     bool ascii_ = true;
@@ -67,7 +69,7 @@ bool RankTerm::findRows(const Text& text, Rows<Text>& rows) const {
     for (size_t i = 0; i < lower_.size(); i++) {
         rows[i] = text.equal(lower_[i]) & open;
         if (!bool(rows[i])) return false;
-        open = ~unitBits::below<Bits>(unitBits::lowest(rows[i]) + 1);
+        open = unitBits::aboveLowest(rows[i]);
     }
     return true;
 }
@@ -95,30 +97,29 @@ bool RankTerm::chooseRuns(std::array<Bits, kMaxUnits>& rows, Bits wordStarts, Ra
     chosen = Bits(0);
     counts.runs = counts.wordHits = counts.firstStart = 0;
     for (size_t i = 0; i < length; counts.runs++) {
-        unsigned bestStart = 0, bestLength = 0;
-        bool found = false;
-        const bool typedUpper = (upper_ >> i & 1) != 0;
-        Bits open = lower[i] ? rows[i] & ~ub::below<Bits>(lower[i]) : rows[i];
-        for (; bool(open); ub::clearLowest(open)) {
-            const unsigned p = ub::lowest(open);
-            unsigned run = 1;
-            while (i + run < length && p + run < sizeof(Bits) * 8 &&
-                   ub::test(rows[i + run], p + run))
-                run++;
-            const Bits span = ub::below<Bits>(run) << p;
-            if (bool(span & chosen)) continue;
-            if (typedUpper && ub::test(wordStarts, p)) {
-                bestStart = p;
+        // Places from which run units match on, and those that a run would share with the chosen.
+        Bits open = rows[i], taken = chosen;
+        unsigned bestStart = 0, bestLength = 0, startOnWord = kNoPlace, lengthOnWord = 0;
+        for (unsigned run = 1; bool(open); run++) {
+            const Bits longer = i + run < length ? open & (rows[i + run] >> run) : Bits(0);
+            if (const Bits exact = open & ~longer & ~taken; bool(exact)) {
+                bestStart = ub::lowest(exact);
                 bestLength = run;
-                found = true;
-                counts.wordHits += ub::count(wordStarts & span);
-                break;
+                if (upper_ >> i & 1) {
+                    const Bits onWord = exact & wordStarts;
+                    if (bool(onWord) && ub::lowest(onWord) < startOnWord) {
+                        startOnWord = ub::lowest(onWord);
+                        lengthOnWord = run;
+                    }
+                }
             }
-            if (run > bestLength) {
-                bestStart = p;
-                bestLength = run;
-                found = true;
-            }
+            open = longer;
+            taken |= chosen >> run;
+        }
+        if (startOnWord != kNoPlace) {  // what was typed in upper case takes the first word start
+            bestStart = startOnWord;
+            bestLength = lengthOnWord;
+            counts.wordHits += ub::count(wordStarts & (ub::below<Bits>(bestLength) << bestStart));
         }
         if (i == 0) counts.firstStart = bestStart;
         unsigned used = std::max(bestLength, 1u);
@@ -133,7 +134,7 @@ bool RankTerm::chooseRuns(std::array<Bits, kMaxUnits>& rows, Bits wordStarts, Ra
             }
         }
         i += used;
-        if (found) {
+        if (bestLength > 0) {
             if (bool(chosen) && bestStart < ub::lowest(chosen)) return false;
             chosen |= ub::below<Bits>(used) << bestStart;
         }

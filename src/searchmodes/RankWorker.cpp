@@ -135,19 +135,16 @@ RankWorker::Verdict RankWorker::judgeName(const fs_item_t& item, double bar) {
         if (length < shortest_) return {};
         if (ascii_ && length > longest_ && length <= RankTerm::kMaxCandidate) {
             if (length <= 64) {
-                AsciiText<uint64_t> text;
-                text.load(item.name, length);
+                const AsciiText<uint64_t> text(item.name, length);
                 return judgeText(text, bar);
             }
-            AsciiText<UnitBits256> text;
-            text.load(item.name, length);
+            const AsciiText<UnitBits256> text(item.name, length);
             return judgeText(text, bar);
         }
     } else if (plain_) {
         if (!textOf(item, text_)) return {};
         if (text_.size() > longest_ && text_.size() <= 64) {
-            WideText<uint64_t> text;
-            text.load(text_);
+            const WideText<uint64_t> text(text_);
             return judgeText(text, bar);
         }
     }
@@ -162,8 +159,7 @@ RankWorker::Verdict RankWorker::judgePath(const fs_item_t& item, double bar) {
     if (ascii && ascii_ && item.name_length <= 64 &&
         folder_.bytes().size() <= FolderText::kMaxUnits && length > longest_ &&
         length <= RankTerm::kMaxCandidate) {
-        AsciiText<uint64_t> name;
-        name.load(item.name, item.name_length);
+        const AsciiText<uint64_t> name(item.name, item.name_length);
         if (length <= 64) return judgeText(PathText<uint64_t>(folder_, name), bar);
         if (length <= 128) return judgeText(PathText<UnitBits128>(folder_, name), bar);
         return judgeText(PathText<UnitBits256>(folder_, name), bar);
@@ -171,8 +167,7 @@ RankWorker::Verdict RankWorker::judgePath(const fs_item_t& item, double bar) {
     if (plain_) {
         if (!textOf(item, text_)) return {};
         if (text_.size() > longest_ && text_.size() <= RankTerm::kMaxCandidate) {
-            WideText<UnitBits256> text;
-            text.load(text_);
+            const WideText<UnitBits256> text(text_);
             return judgeText(text, bar);
         }
     }

@@ -36,6 +36,15 @@ struct UnitBits256 {
         }
         return out;
     }
+    friend UnitBits256 operator>>(const UnitBits256& a, unsigned n) {
+        UnitBits256 out(0);
+        const unsigned whole = n / 64, rest = n % 64;
+        for (unsigned i = 0; i + whole < 4; i++) {
+            out.words[i] = a.words[i + whole] >> rest;
+            if (rest && i + whole < 3) out.words[i] |= a.words[i + whole + 1] << (64 - rest);
+        }
+        return out;
+    }
 };
 
 namespace unitBits {
@@ -97,6 +106,33 @@ inline void clearLowest(UnitBits256& bits) {
             word &= word - 1;
             return;
         }
+}
+
+/// All bits above the lowest that is set, of which there is one.
+inline uint64_t aboveLowest(uint64_t bits) {
+    return ~(bits ^ (bits - 1));
+}
+inline UnitBits128 aboveLowest(UnitBits128 bits) {
+    return ~(bits ^ (bits - 1));
+}
+inline UnitBits256 aboveLowest(const UnitBits256& bits) {
+    UnitBits256 out(0);
+    for (unsigned i = 0, found = 0; i < 4; i++) {
+        out.words[i] = found ? ~uint64_t{0} : bits.words[i] ? aboveLowest(bits.words[i]) : 0;
+        found |= bits.words[i] != 0;
+    }
+    return out;
+}
+
+/// Sets the sixteen bits from 16 * place on, which are clear.
+inline void setSixteen(uint64_t& bits, unsigned place, uint64_t sixteen) {
+    bits |= sixteen << (16 * place);
+}
+inline void setSixteen(UnitBits128& bits, unsigned place, uint64_t sixteen) {
+    bits |= UnitBits128{sixteen} << (16 * place);
+}
+inline void setSixteen(UnitBits256& bits, unsigned place, uint64_t sixteen) {
+    bits.words[place / 4] |= sixteen << (16 * (place % 4));
 }
 
 /// The bits below n.

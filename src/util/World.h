@@ -39,8 +39,10 @@ class World {
         std::lock_guard lock(mutex_);
         auto& slot = objects_[typeid(T)];
         if (!slot) {
-            if constexpr (std::is_default_constructible_v<T>) keep<T>(slot, std::make_unique<T>());
-            else std::abort();
+            if constexpr (std::is_default_constructible_v<T>)
+                keep<T>(slot, std::make_unique<T>());
+            else
+                std::abort();
         }
         return *static_cast<T*>(slot);
     }

@@ -113,12 +113,15 @@ QRect SearchWindow::roomFor(const QRect& sheet) const {
     return room.marginsAdded(shadow);
 }
 
+void SearchWindow::makeRoom(const QRect& sheet, Room room) {
+    const QRect needed = roomFor(sheet), now = panel_.geometry();
+    const bool isLargeEnough = now.topLeft() == needed.topLeft() && now.width() == needed.width() &&
+                               now.bottom() >= needed.bottom();
+    if (room == Room::renewed || !isLargeEnough) panel_.setGeometry(needed);
+}
+
 void SearchWindow::placeSheet(const QRect& sheet, Room room) {
-    QRect place = roomFor(sheet);
-    if (room == Room::kept && place.topLeft() == panel_.pos() && place.width() == panel_.width() &&
-        sheet.bottom() < panel_.geometry().bottom() - panel_.shadowMargins().bottom())
-        place = panel_.geometry();
-    panel_.setGeometry(place);
+    makeRoom(sheet, room);
     panel_.setSheetSize(sheet.size());
     layOut();
     letClicksThrough();
@@ -185,6 +188,7 @@ void SearchWindow::setFrame(Rect frame, bool animated) {
         placeSheet(target_, panel_.isVisible() ? Room::kept : Room::renewed);
         return;
     }
+    makeRoom(target_, Room::kept);  // once, not for each step
     resizing_.setStartValue(now);
     resizing_.setEndValue(target_);
     resizing_.start();

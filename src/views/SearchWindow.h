@@ -60,6 +60,7 @@ class SearchWindow : public WindowView {
     QRect roomFor(const QRect& sheet) const;
     /// While the window is seen it keeps its room as long as it can.
     enum class Room { kept, renewed };
+    void makeRoom(const QRect& sheet, Room room);
     void placeSheet(const QRect& sheet, Room room);
     /// The screen of the window, or before it shows, the one where the user is.
     const QScreen* screen() const;

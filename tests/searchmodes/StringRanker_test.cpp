@@ -134,24 +134,20 @@ void compareAll(const std::u16string& candidate, const RankTerm& term) {
     ASSERT_EQ(term.rank(candidate, &fast), score) << toUtf8(term.text());
     ASSERT_EQ(fast, expected) << toUtf8(term.text());
     if (!term.isPlain() || candidate.size() <= term.length() || candidate.size() > 255) return;
-    WideText<UnitBits256> wide;
-    wide.load(candidate);
+    const WideText<UnitBits256> wide(candidate);
     expectSame(term, wide, score, expected);
     std::string bytes = toUtf8(candidate);
     if (!term.isAscii() || bytes.size() != candidate.size()) return;
     bytes.append(300, 'x');  // what a wide load reads behind the end
     const auto length = static_cast<unsigned>(candidate.size());
-    AsciiText<UnitBits256> ascii;
-    ascii.load(bytes.data(), length);
+    const AsciiText<UnitBits256> ascii(bytes.data(), length);
     expectSame(term, ascii, score, expected);
     if (length <= 64) {
-        AsciiText<uint64_t> narrow;
-        narrow.load(bytes.data(), length);
+        const AsciiText<uint64_t> narrow(bytes.data(), length);
         expectSame(term, narrow, score, expected);
     }
     if (length <= 128) {
-        AsciiText<UnitBits128> middle;
-        middle.load(bytes.data(), length);
+        const AsciiText<UnitBits128> middle(bytes.data(), length);
         expectSame(term, middle, score, expected);
     }
 }

@@ -150,6 +150,7 @@ TEST(SettingsStore, AnObserverMayWrite) {
 }
 
 TEST(SettingsStore, TwoWritersAndManyReaders) {
+    constexpr int kWrites = 5000;
     const TemporaryFolder folder;
     std::vector<std::pair<json, json>> changes;
     {
@@ -163,7 +164,7 @@ TEST(SettingsStore, TwoWritersAndManyReaders) {
             threads.emplace_back([&settings, &ready, writer] {
                 ready++;
                 while (ready < 2) std::this_thread::yield();
-                for (int i = 0; i < 500; i++) {
+                for (int i = 0; i < kWrites; i++) {
                     settings.setObject({writer, i}, "shared");
                     settings.setInteger(i, writer ? "own1" : "own0");
                     EXPECT_EQ(settings.integerForKey(writer ? "own1" : "own0"), i);
@@ -179,12 +180,12 @@ TEST(SettingsStore, TwoWritersAndManyReaders) {
         for (auto& thread : threads) thread.join();
         while (world.mainQueue().runPending()) {}
     }
-    ASSERT_EQ(changes.size(), 1000u);
+    ASSERT_EQ(changes.size(), 2u * kWrites);
     for (size_t i = 1; i < changes.size(); i++)
         EXPECT_EQ(changes[i].first, changes[i - 1].second) << "one order for all";
     EXPECT_EQ(stored(folder)["shared"], changes.back().second);
-    EXPECT_EQ(stored(folder)["own0"], 499);
-    EXPECT_EQ(stored(folder)["own1"], 499);
+    EXPECT_EQ(stored(folder)["own0"], kWrites - 1);
+    EXPECT_EQ(stored(folder)["own1"], kWrites - 1);
 }
 
 TEST(SettingsStore, TheEndOfTheWorldWritesTheSettings) {

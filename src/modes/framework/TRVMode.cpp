@@ -2,7 +2,9 @@
 
 #include "modes/framework/ModeHost.h"
 
-bool TRVMode::isActive() const { return host_ && host_->currentMode() == this; }
+bool TRVMode::isActive() const {
+    return host_ && host_->currentMode() == this;
+}
 
 std::u16string TRVMode::searchString() const {
     std::lock_guard lock(searchStringMutex_);

@@ -1,40 +1,38 @@
 #include "platform/linux/TerminationSignals.h"
 
-#include <pthread.h>
-#include <sys/signalfd.h>
-#include <unistd.h>
+#include <glib-unix.h>
 
-#include <QSocketNotifier>
+#include <array>
 #include <csignal>
+#include <cstdlib>
 
+/// By handlers, not by a blocked mask: a mask would pass on to every program that we start.
 class TerminationSignals::Notifier {
   public:
-    Notifier(int signals, std::function<void()> quit)
-        : signals_(signals), notifier_(signals, QSocketNotifier::Read) {
-        QObject::connect(&notifier_, &QSocketNotifier::activated, [this, quit = std::move(quit)] {
-            signalfd_siginfo info;
-            if (read(signals_, &info, sizeof info) == sizeof info) quit();
-        });
+    explicit Notifier(std::function<void()> quit) : quit_(std::move(quit)) {
+        constexpr std::array kSignals{SIGTERM, SIGINT, SIGHUP};
+        for (size_t i = 0; i < kSignals.size(); ++i)
+            sources_[i] = g_unix_signal_add(kSignals[i], &Notifier::received, this);
     }
-    ~Notifier() { close(signals_); }
+    ~Notifier() {
+        for (const guint source : sources_) g_source_remove(source);
+    }
+    Notifier(const Notifier&) = delete;
+    Notifier& operator=(const Notifier&) = delete;
 
   private:
-    const int signals_;
-    QSocketNotifier notifier_;
+    static gboolean received(gpointer notifier) {
+        static_cast<Notifier*>(notifier)->quit_();
+        return G_SOURCE_CONTINUE;
+    }
+
+    const std::function<void()> quit_;
+    std::array<guint, 3> sources_{};
 };
 
 TerminationSignals::TerminationSignals(std::function<void()> quit) {
-    sigset_t set;
-    sigemptyset(&set);
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&set, signal);
-    // For this thread and all that it makes: whoever blocks them all, the descriptor gets them.
-    if (pthread_sigmask(SIG_BLOCK, &set, nullptr) != 0) return;
-    const int signals = signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);
-    if (signals < 0) {
-        pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
-        return;
-    }
-    notifier_ = std::make_unique<Notifier>(signals, std::move(quit));
+    // Qt's event loop is GLib's unless the user says so; then nobody would hear of the signals.
+    if (!std::getenv("QT_NO_GLIB")) notifier_ = std::make_unique<Notifier>(std::move(quit));
 }
 
 TerminationSignals::~TerminationSignals() = default;
