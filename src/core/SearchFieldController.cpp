@@ -4,12 +4,6 @@
 #include "util/Unicode.h"
 #include "util/queues/MainQueue.h"
 
-namespace {
-bool isBlank(const std::u16string& text) {
-    return text.find_first_not_of(u" \t\n\r\u00a0") == std::u16string::npos;
-}
-}  // namespace
-
 SearchFieldController::SearchFieldController(SearchFieldView& field, ModeHost& host,
                                              ResultTableController& table)
     : field_(field), host_(host), table_(table) {}

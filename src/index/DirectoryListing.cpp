@@ -46,7 +46,7 @@ void DirectoryListing::beginBatch() {
     batch_.folderItem = directory_.item;
     batch_.structureVersion = directory_.structureVersion;
     batch_.fsEventId = request_.fsEventId;
-    version_ = directory_.structureVersion;
+    version_ = request_.cache->structureVersion();
 }
 
 void DirectoryListing::publish() {

@@ -23,10 +23,6 @@ unsigned rankingThreads() {
     return processors > 1 ? processors - 1 : 1;
 }
 
-bool isBlank(std::u16string_view text) {
-    return text.find_first_not_of(u" \t\n\v\f\r\u0085\u00A0\u2028\u2029") == text.npos;
-}
-
 }  // namespace
 
 TRVSearchMode::TRVSearchMode(const FileTypes& fileTypes)

@@ -6,6 +6,8 @@
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
+#include <algorithm>
+
 namespace {
 
 const UNormalizer2* normalizer(bool compose) {
@@ -138,6 +140,11 @@ std::u16string lowerCasedUnits(std::u16string_view text) {
     std::u16string out(text);
     for (char16_t& c : out) c = static_cast<char16_t>(u_tolower(c));
     return out;
+}
+
+bool isBlank(std::u16string_view text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](char16_t unit) { return u_isUWhiteSpace(unit); });
 }
 
 std::string displayText(std::string_view bytes) {

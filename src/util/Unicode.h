@@ -23,6 +23,9 @@ std::u16string stringByRemovingDiacritics(std::u16string_view text);
 /// Each unit by itself, so that positions stay the same.
 std::u16string lowerCasedUnits(std::u16string_view text);
 
+/// Nothing but white space, or nothing at all.
+bool isBlank(std::u16string_view text);
+
 /// What a user sees of bytes: valid UTF-8, control and direction characters as visible marks
 /// (U+2400 pictures, U+FFFD for the others and for bad bytes).
 std::string displayText(std::string_view bytes);

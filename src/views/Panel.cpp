@@ -45,7 +45,7 @@ QRect Panel::sheet() const {
 }
 
 void Panel::updateMask() {
-    if (composited_) {
+    if (composited_ || sheetSize_.isEmpty()) {
         clearMask();
         return;
     }

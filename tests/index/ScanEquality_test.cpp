@@ -190,23 +190,26 @@ TEST_F(ScanEqualityTest, HintAtARecordThatWasNotTakenIsNotFollowed) {
 
 TEST_F(ScanEqualityTest, BatchesWaitForASearchAndAreThereAtTheEnd) {
     folder.file("f");
-    std::atomic<bool> added = false;
+    std::atomic<bool> read = false;
+    Relaxed<int64_t> scanned = 0;
+    auto end = ReverseSemaphore::initWithCount(1);
+    FSScanner& scanner = FSScanner::sharedInstance();
+    scanner.setSearchModeActive(true);
     std::thread scanning;
     cache->performBlockReadOnly([&](const ReadSection&) {
         scanning = std::thread([&] {
-            ScanBatch batch{.folder = folder.url()};
-            {
-                const ItemPool::Borrowed lane = cache->pool().take();
-                batch.add(*lane, {.name = "f", .type = ITEM_FILE, .inode = 1, .withMap = false});
-            }
-            cache->addBatch(std::move(batch));  // does not wait for the reader
-            added = true;
+            scanner.contentsOfDirectory(folder.url(), {.projectSearchFolderURL = folder.url(),
+                                                       .cache = cache,
+                                                       .performBlock = [&] { read = true; },
+                                                       .every = 1,
+                                                       .scanned = &scanned,
+                                                       .projectFolderCountSemaphore = end});
         });
-        while (!added) std::this_thread::yield();
+        while (!read) std::this_thread::yield();  // the job does not wait for this section
         EXPECT_EQ(cache->count(), 1u);
     });
     scanning.join();
-    cache->takeInBatches();
+    end->wait();
     EXPECT_NE(find(folder.at("f")), nullptr);
 }
 

@@ -1,13 +1,12 @@
 #include "util/queues/MainQueue.h"
 
 #include <algorithm>
-#include <condition_variable>
-#include <memory>
 #include <tuple>
 
 #include "util/Section.h"
 #include "util/World.h"
 #include "util/log.h"
+#include "util/queues/ClosureEnd.h"
 #include "util/queues/runGuarded.h"
 
 MainQueue::MainQueue(const Clock& clock) : clock_(clock) {}
@@ -41,24 +40,12 @@ void MainQueue::addAndWait(const Block& block) {
         block();
         return;
     }
-    struct Wait {
-        std::mutex mutex;
-        std::condition_variable condition;
-        bool over = false;
-    };
-    // Over as soon as the queued closure is gone, run or dropped.
-    auto wait = std::make_shared<Wait>();
-    std::shared_ptr<void> end(nullptr, [wait](void*) {
-        std::lock_guard lock(wait->mutex);
-        wait->over = true;
-        wait->condition.notify_one();
-    });
-    add([&block, end = std::move(end)]() mutable {
+    ClosureEnd end;
+    add([&block, token = end.token()]() mutable {
         block();
-        end.reset();
+        token.reset();
     });
-    std::unique_lock lock(wait->mutex);
-    wait->condition.wait(lock, [&] { return wait->over; });
+    end.wait();
 }
 
 bool MainQueue::runPending() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "util/World.h"
+#include "util/queues/ClosureEnd.h"
 #include "util/queues/runGuarded.h"
 
 namespace {
@@ -142,19 +143,7 @@ void SerialQueue::sync(const std::function<void()>& block) {
         block();
         return;
     }
-    struct Wait {
-        std::mutex mutex;
-        std::condition_variable condition;
-        bool over = false;
-    };
-    // Over as soon as the queued closure is gone, run or dropped.
-    auto wait = std::make_shared<Wait>();
-    std::shared_ptr<void> end(nullptr, [wait](void*) {
-        std::lock_guard lock(wait->mutex);
-        wait->over = true;
-        wait->condition.notify_one();
-    });
-    queue_.addBlock([&block, end = std::move(end)] { block(); });
-    std::unique_lock lock(wait->mutex);
-    wait->condition.wait(lock, [&] { return wait->over; });
+    ClosureEnd end;
+    queue_.addBlock([&block, token = end.token()] { block(); });
+    end.wait();
 }

@@ -1,0 +1,89 @@
+#include "platform/linux/LinuxApplications.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <thread>
+
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+/// A desktop of its own: one application, which shows text and notes down what it was given.
+struct Desktop {
+    Desktop() {
+        script("bin/show",
+               "#!/bin/sh\nprintf '%s|%s' \"$1\" \"$QT_QPA_PLATFORM\" > \"$NOTE.new\"\n"
+               "mv \"$NOTE.new\" \"$NOTE\"\n");
+        folder.file("data/applications/show.desktop",
+                    "[Desktop Entry]\nType=Application\nName=Show\nMimeType=text/plain;\nExec=" +
+                        folder.at("bin/show").path() + " %f\n");
+        folder.file("configuration/mimeapps.list",
+                    "[Default Applications]\ntext/plain=show.desktop\n");
+        folder.link("data/mime", "/usr/share/mime");
+        setenv("XDG_DATA_HOME", folder.at("none").c_str(), 1);
+        setenv("XDG_DATA_DIRS", folder.at("data").c_str(), 1);
+        setenv("XDG_CONFIG_HOME", folder.at("configuration").c_str(), 1);
+        setenv("XDG_CONFIG_DIRS", folder.at("none").c_str(), 1);
+        setenv("NOTE", note.c_str(), 1);
+        setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    }
+    FileURL script(const char* path, const std::string& text) const {
+        const FileURL url = folder.file(path, text);
+        chmod(url.c_str(), 0700);
+        return url;
+    }
+    /// What the application was given; empty when it did not start.
+    std::string shown() const {
+        std::string text;
+        for (int i = 0; i < 500 && text.empty(); ++i) {
+            std::ifstream file(note.path());
+            text.assign(std::istreambuf_iterator<char>(file), {});
+            if (text.empty()) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        unlink(note.c_str());
+        return text;
+    }
+
+    TemporaryFolder folder;
+    const FileURL note = folder.at("note");
+};
+
+}  // namespace
+
+// One test: GLib looks at the desktop's folders once.
+TEST(LinuxApplications, OpensEveryFileAsADocument) {
+    const Desktop desktop;
+    const FileURL ran = desktop.folder.at("ran");
+    const std::string touch = "touch " + ran.path() + "\n";
+    LinuxApplications applications(true);
+    const FileURL files[] = {
+        desktop.folder.file("a \"b\" $c.txt", "text"),
+        desktop.folder.file("bytes\xff.txt", "text"),
+        desktop.folder.file("of no known type", std::string("\0\1\2\3", 4)),
+        desktop.script("run.sh", "#!/bin/sh\n" + touch),
+        desktop.script("run.desktop", "[Desktop Entry]\nType=Application\nName=x\nExec=" + touch),
+    };
+    for (const FileURL& file : files) {
+        ASSERT_TRUE(applications.openInDefaultApplication(file)) << file.path();
+        EXPECT_EQ(desktop.shown(), file.path() + "|");
+    }
+    EXPECT_NE(access(ran.c_str(), F_OK), 0);
+
+    LinuxApplications keepsUsersChoice(false);
+    ASSERT_TRUE(keepsUsersChoice.openInDefaultApplication(files[0]));
+    EXPECT_EQ(desktop.shown(), files[0].path() + "|offscreen");
+
+    const auto folder = applications.openInDefaultApplication(desktop.folder.folder("holiday"));
+    ASSERT_FALSE(folder);
+    EXPECT_EQ(folder.error().description, "Found no application to open holiday");
+    const auto missing = applications.openInDefaultApplication(desktop.folder.at("missing"));
+    ASSERT_FALSE(missing);
+    EXPECT_EQ(missing.error().description, "Cannot open missing");
+    EXPECT_FALSE(missing.error().failureReason.empty());
+}
