@@ -2,8 +2,6 @@
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(nlohmann_json REQUIRED)
-find_package(spdlog REQUIRED)
-find_package(fmt REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets DBus)
 # "signals" and "emit" are names of ours.
 set_property(TARGET Qt6::Core APPEND PROPERTY INTERFACE_COMPILE_DEFINITIONS QT_NO_KEYWORDS)

@@ -67,6 +67,7 @@ void FSScanner::contentsOfDirectory(const FileURL& url, ScanRequest request) {
 
 void FSScanner::abortScan() {
     isAborting_ = true;
+    abortCount_.add(1);
     scanDirectoryQ_.cancelAllOperations();
     scanDirectoryQ_.waitUntilAllOperationsAreFinished();
     isAborting_ = false;

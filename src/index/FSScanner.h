@@ -42,6 +42,8 @@ class FSScanner {
     /// Ends all jobs, and returns when they have ended. What they found so far stays.
     void abortScan();
     bool isAborting() const { return isAborting_; }
+    /// How often abortScan has been called: whoever compares it over a time misses none.
+    uint64_t abortCount() const { return abortCount_; }
     /// Whether the refresh block has anybody to refresh for. Any thread.
     void setSearchModeActive(bool active) { searchModeActive_ = active; }
     bool searchModeActive() const { return searchModeActive_; }
@@ -65,6 +67,7 @@ class FSScanner {
 
   private:
     Relaxed<bool> isAborting_ = false;
+    Relaxed<uint64_t> abortCount_ = 0;
     Relaxed<bool> searchModeActive_ = false;
     // Newest first: depth first, so that few folders are open and few jobs wait.
     OperationQueue scanDirectoryQ_;

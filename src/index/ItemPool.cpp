@@ -94,9 +94,9 @@ void* ItemPool::Lane::allocate(size_t size) {
 void ItemPool::Lane::free(void* block, size_t size) {
     if (!block) return;
     if (size > kMaxBlock) return pool_.freeLarge(block);
-    pool_.addFreed(listOfBlock(size), block);
-    // The link stays readable for the lists.
+    // The link stays readable for the lists. Another lane may have the block at once.
     ASAN_POISON_MEMORY_REGION(static_cast<char*>(block) + 8, size - 8);
+    pool_.addFreed(listOfBlock(size), block);
 }
 
 char* ItemPool::Lane::allocateName(std::string_view name) {

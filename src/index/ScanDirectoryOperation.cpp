@@ -42,7 +42,7 @@ void ScanDirectoryOperation::endScan() {
     const auto semaphore = std::move(scan_->request.projectFolderCountSemaphore);
     {
         const ScanRequest request = std::move(scan_->request);
-        
+        request.cache->takeInBatches();
         debugLog("%llu     Scan of %s ended", Id{request.fsEventId},
                  request.projectSearchFolderURL.c_str());
     }

@@ -14,7 +14,7 @@ struct ProjectFolderScan {
         : scanner(owner), request(std::move(what)) {}
 
     FSScanner& scanner;
-    ScanRequest request;  // given up by the last job
+    ScanRequest request;                       // given up by the last job
     std::atomic<int64_t> operations_left = 0;  // beyond the first: queued or running
     FolderHandle::Count openFolders = 0;
 };

@@ -13,6 +13,12 @@ ScanEnd scanProject(FSScanner& scanner, const Project& project, const ProjectSca
     timer.start("SCAN");
     const GlobalRules global = GlobalRules::fromSettings();
     with.cache->scanInProgress().set(true);
+    const uint64_t aborts = scanner.abortCount();
+    const auto wasAborted = [&] {
+        if (scanner.abortCount() == aborts) return false;
+        logInfo("Scan of project %s aborted", project.name.c_str());
+        return true;
+    };
     for (const auto& folder : folders) {
         if (with.abortScan && *with.abortScan) {
             scanner.abortScan();
@@ -31,12 +37,11 @@ ScanEnd scanProject(FSScanner& scanner, const Project& project, const ProjectSca
                                                   .ignored = with.ignored,
                                                   .projectFolderCountSemaphore = allFolders});
         timer.stop(measured);
-        if (scanner.isAborting()) {
-            logInfo("Scan of project %s aborted", project.name.c_str());
-            return ScanEnd::aborted;
-        }
+        if (wasAborted()) return ScanEnd::aborted;
     }
     allFolders->wait();
+    // The first job of the last folder is long over when somebody ends the others.
+    if (wasAborted()) return ScanEnd::aborted;
     if (with.refresh && scanner.searchModeActive()) with.refresh();
     with.cache->scanInProgress().set(false);
     timer.stop("SCAN");

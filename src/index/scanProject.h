@@ -15,6 +15,6 @@ struct ProjectScan {
 enum class ScanEnd {
     complete,
     stopped,  // abortScan was set between two folders: what had begun was ended too
-    aborted,  // somebody ended it in the middle: the Cache holds a part, and is to be thrown away
+    aborted,  // somebody ended it: the Cache holds a part, and is to be thrown away
 };
 ScanEnd scanProject(FSScanner& scanner, const Project& project, const ProjectScan& with);

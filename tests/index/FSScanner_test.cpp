@@ -168,10 +168,10 @@ TEST_F(FSScannerTest, AbortEndsTheScanAndWhatWaitsForIt) {
     std::thread scanning([&] {
         scanner.setSearchModeActive(true);
         Relaxed<int64_t> scanned = 0;
-        // The first refresh holds the scan until it is to be ended.
+        // Each refresh holds its job until the scan is to be ended.
         scan([&](ScanRequest& request) {
             request.performBlock = [&] {
-                if (started.exchange(true)) return;
+                started = true;
                 while (!scanner.isAborting()) std::this_thread::yield();
             };
             request.every = 1;
@@ -206,6 +206,23 @@ TEST_F(FSScannerTest, ProjectIsScannedByItsFoldersAndTheGlobalRules) {
     EXPECT_EQ(scanProject(scanner, project, {.cache = cache, .abortScan = &abort}),
               ScanEnd::stopped);
     EXPECT_EQ(scanProject(scanner, Project(), {.cache = cache}), ScanEnd::complete);
+}
+
+// Long after the first job of the last folder is over: what is there is a part all the same.
+TEST_F(FSScannerTest, ScanThatIsEndedNearItsEndIsNotComplete) {
+    folder.file("a/f");
+    const Project project(nlohmann::json{{"folders", {{{"path", folder.url().path()}}}}});
+    std::thread scanning, aborting;
+    cache->performBlockReadOnly([&](const ReadSection&) {  // no scan ends meanwhile
+        scanning = std::thread(
+            [&] { EXPECT_EQ(scanProject(scanner, project, {.cache = cache}), ScanEnd::aborted); });
+        while (!cache->scanInProgress().value()) std::this_thread::yield();
+        while (scanner.scanDirectoryQ().isIdle()) std::this_thread::yield();
+        aborting = std::thread([&] { scanner.abortScan(); });
+        while (!scanner.isAborting()) std::this_thread::yield();
+    });
+    scanning.join();
+    aborting.join();
 }
 
 TEST_F(FSScannerTest, SubdirectoriesAreListedByKind) {

@@ -216,11 +216,14 @@ TEST(SettingsFile, AnotherUsersFileIsReadAndLeftAlone) {
 
 TEST(SettingsFile, FollowsALinkToWhereTheFileIs) {
     Start start;
-    const FileURL shared = start.folder.file("shared.json");
+    const FileURL elsewhere = start.folder.file("shared");
+    mkdir(elsewhere.c_str(), 0755);
+    const FileURL shared = elsewhere.appending("s.json");
     setContent(shared, "{\"a\": 1}");
     ASSERT_EQ(symlink(shared.c_str(), start.url.c_str()), 0);
     start.readAndWrite("b");
     EXPECT_EQ(json::parse(contentOf(shared)), json({{"a", 1}, {"b", true}}));
     char target[8];
     EXPECT_GT(readlink(start.url.c_str(), target, sizeof target), 0) << "still a link";
+    EXPECT_EQ(modeOf(elsewhere), 0755u) << "that folder is not ours to close";
 }

@@ -59,7 +59,7 @@ TEST(SettingsGate, EachKeyHasItsTypeAndLimits) {
         {"history", "a", nullptr},
         {"projects", {{{"name", "x"}}, 7}, {{{"name", "x"}}}},
         {"currentProject", "uuid", "uuid"},
-        {"currentProject", {{"uuid", "/tmp"}}, {{"uuid", "/tmp"}}},
+        {"currentProject", {{"uuid", "/srv"}}, {{"uuid", "/srv"}}},
         {"currentProject", 3, nullptr},
         {"searchPanelWidth", 638, 638},
         {"searchPanelWidth", {{"800x600", 500}}, {{"800x600", 500}}},

@@ -26,7 +26,9 @@ KeyEvent translated(int key, Qt::KeyboardModifiers modifiers, uint32_t place = 0
 
 }  // namespace
 
-TEST(KeyTranslation, LettersCountByWhatTheKeyWritesAndDigitsByPlace) {
+class KeyTranslation : public QtTest {};
+
+TEST_F(KeyTranslation, LettersCountByWhatTheKeyWritesAndDigitsByPlace) {
     const auto azerty = layout({{{kQ, 0}, 'a'}, {{kA, 0}, 'q'}, {{kOne, 0}, '&'}});
     EXPECT_EQ(keyCodeOfCharacterKey(kQ, 0, azerty), kCodeA);
     EXPECT_EQ(keyCodeOfCharacterKey(kA, 0, azerty), kCodeQ);
@@ -35,14 +37,14 @@ TEST(KeyTranslation, LettersCountByWhatTheKeyWritesAndDigitsByPlace) {
               kCodeSemicolon);
 }
 
-TEST(KeyTranslation, AnotherScriptCountsByTheOtherGroupsAndThenByPlace) {
+TEST_F(KeyTranslation, AnotherScriptCountsByTheOtherGroupsAndThenByPlace) {
     const auto withDvorak = layout({{{kC, 0}, 'j'}, {{kC, 1}, kCyrillicEs}});
     EXPECT_EQ(keyCodeOfCharacterKey(kC, 1, withDvorak), 38u);
     EXPECT_EQ(keyCodeOfCharacterKey(kC, 1, layout({{{kC, 1}, kCyrillicEs}})), kCodeC);
     EXPECT_EQ(keyCodeOfCharacterKey(250, 0, layout({})), kNoKeyCode);
 }
 
-TEST(KeyTranslation, ModifiersHaveTheProgramsNames) {
+TEST_F(KeyTranslation, ModifiersHaveTheProgramsNames) {
     const auto flags = [](Qt::KeyboardModifiers modifiers) {
         return translated(Qt::Key_A, modifiers, kA, 'a').modifierFlags;
     };
@@ -54,7 +56,7 @@ TEST(KeyTranslation, ModifiersHaveTheProgramsNames) {
     EXPECT_EQ(flags(Qt::GroupSwitchModifier), 0u);  // AltGr is none
 }
 
-TEST(KeyTranslation, ArrowsAndEditingKeysCarryTheirBits) {
+TEST_F(KeyTranslation, ArrowsAndEditingKeysCarryTheirBits) {
     constexpr uint64_t kArrow = kModifierNumericPad | kModifierFunction;
     const struct {
         int key;
@@ -82,7 +84,7 @@ TEST(KeyTranslation, ArrowsAndEditingKeysCarryTheirBits) {
     }
 }
 
-TEST(KeyTranslation, TheEventsOwnSymbolServesWhereNobodyKnowsTheKeyMap) {
+TEST_F(KeyTranslation, TheEventsOwnSymbolServesWhereNobodyKnowsTheKeyMap) {
     EXPECT_EQ(translated(Qt::Key_A, {}, kQ, 'a', "a").keyCode, kCodeA);
     EXPECT_EQ(translated(Qt::Key_A, Qt::ShiftModifier, kQ, 'A', "A").keyCode, kCodeA);
     EXPECT_EQ(translated(0x042b, Qt::ControlModifier, kC, kCyrillicEs).keyCode, kCodeC);

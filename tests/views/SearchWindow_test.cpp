@@ -59,3 +59,24 @@ TEST_F(SearchWindowTest, ClosingIsForTheDelegateToDo) {
     EXPECT_EQ(listener.closes, 1);
     EXPECT_TRUE(window.isVisible());
 }
+
+TEST_F(SearchWindowTest, TheNativeWindowHasRoomForAFullListAndLetsClicksThroughIt) {
+    QRect clicks;
+    WindowSystem system;
+    system.isComposited = [] { return true; };
+    system.takeClicksIn = [&](uintptr_t, QRect part) { clicks = part; };
+    SearchWindow window(system);
+    const double top = window.screenFrame().height - 20;
+    window.setFrame({30, top - 64, 638, 64}, false);
+    window.show();
+    const QSize native = window.widget()->size();
+    EXPECT_EQ(clicks.size(), QSize(638, 64));
+    window.setFrame({30, top - 211, 638, 211}, false);
+    EXPECT_EQ(clicks.size(), QSize(638, 211));
+    EXPECT_EQ(window.widget()->size(), native);
+    EXPECT_TRUE(window.widget()->rect().contains(clicks));
+    // More than a full list: it has to grow.
+    window.setFrame({30, top - 700, 638, 700}, false);
+    EXPECT_GT(window.widget()->height(), 700);
+    EXPECT_EQ(window.frame(), (Rect{30, top - 700, 638, 700}));
+}

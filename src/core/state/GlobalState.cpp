@@ -37,10 +37,15 @@ void GlobalState::search(TRVMode& mode, ForceBlock force, const ModeHost::Search
             if (observer_.ended) observer_.ended(mode);
         });
         logIf(processFlags.debugSearch, Debug, "Search done");
-        if (force == ForceBlock::no && (mode.abortSearch() || !valid)) {
+        const bool unseen = mode.hasUnseenResult();
+        if (force == ForceBlock::no && (mode.abortSearch() || !(valid || unseen))) {
             logIf(processFlags.debugSearch, Debug, "Not performing block");
+            mode.setHasUnseenResult(valid || unseen);
             return;
         }
+        // What the table has not been told of may differ from it in any row.
+        mode.setHasUnseenResult(false);
+        if (unseen) rows = std::nullopt;
         logIf(processFlags.debugSearch, Debug, "Performing block");
         if (finalBlock) finalBlock(std::move(rows));
     });

@@ -75,6 +75,9 @@ class TRVMode {
     void setAbortSearch(bool abort) { abortSearch_ = abort; }
     /// The flag itself, for the workers of a search.
     const Relaxed<bool>& abortSearchFlag() const { return abortSearch_; }
+    /// The rows were replaced by a search that went stale before it could tell the table.
+    bool hasUnseenResult() const { return hasUnseenResult_; }
+    void setHasUnseenResult(bool unseen) { hasUnseenResult_ = unseen; }
     bool lastSearchWasSlow() const { return lastSearchWasSlow_; }
     void setLastSearchWasSlow(bool slow) { lastSearchWasSlow_ = slow; }
 
@@ -87,6 +90,7 @@ class TRVMode {
     const ModeIdentifier identifier_;
     ModeHost* host_ = nullptr;
     Relaxed<bool> abortSearch_ = false;
+    Relaxed<bool> hasUnseenResult_ = false;
     Relaxed<bool> lastSearchWasSlow_ = false;
     mutable std::mutex searchStringMutex_;
     std::u16string searchString_;

@@ -16,6 +16,6 @@ std::string LinuxFileTypes::iconNameForItem(const FileURL& url, uint8_t itemType
     // Bytes that are no text are replaced; what the rules look at, the extension, stays.
     const QString text = QString::fromUtf8(name.data(), qsizetype(name.size()));
     const QMimeType type = QMimeDatabase().mimeTypeForFile(text, QMimeDatabase::MatchExtension);
-    if (type.isDefault()) return "unknown";
+    if (!type.isValid() || type.isDefault()) return "unknown";
     return type.iconName().toStdString();
 }

@@ -151,7 +151,7 @@ void SettingsFile::judge(const FileContent& content) {
 bool SettingsFile::write(const json& object) {
     if (!writes_) return true;
     const std::string bytes = object.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
-    auto written = makePrivateFolder(url_.deletingLastPathComponent());
+    auto written = makePrivateFolder(folder_);
     if (written && bytes.size() > kMaxBytes)
         written = posixError("Failed to write '" + url_.path() + "'", EFBIG);
     if (written) written = replaceFile(url_, bytes, 0600 | rightsOfOthers_, backup());

@@ -20,7 +20,8 @@ class SettingsFile {
   public:
     static constexpr size_t kMaxBytes = 64u << 20;
 
-    explicit SettingsFile(FileURL url) : url_(std::move(url)) {}
+    explicit SettingsFile(FileURL url)
+        : folder_(url.deletingLastPathComponent()), url_(std::move(url)) {}
 
     /// What is stored, once, at the start: always an object.
     nlohmann::json read();
@@ -36,6 +37,7 @@ class SettingsFile {
     void judge(const FileContent& content);
     FileURL backup() const { return FileURL(url_.path() + ".bak"); }
 
+    const FileURL folder_;  // ours; url_ may come to lie elsewhere, behind a link
     FileURL url_;
     bool trusted_ = true;
     bool writes_ = true;

@@ -33,6 +33,14 @@ struct Desktop {
         setenv("NOTE", note.c_str(), 1);
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
     }
+    ~Desktop() {
+        for (const char* name : {"XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_HOME",
+                                 "XDG_CONFIG_DIRS", "NOTE", "QT_QPA_PLATFORM"})
+            unsetenv(name);
+    }
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
+
     FileURL script(const char* path, const std::string& text) const {
         const FileURL url = folder.file(path, text);
         chmod(url.c_str(), 0700);
