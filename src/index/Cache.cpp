@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "index/CacheMonitor.h"
+#include "index/trace.h"
 #include "util/FileIO.h"
 #include "util/World.h"
 #include "util/log.h"
@@ -24,7 +25,7 @@ Cache::Cache(IndexObserver& observer, const FileTypes& fileTypes)
 }
 
 Cache::~Cache() {
-    logIf(processFlags.debugCache, Info, "Deallocating cache %p", static_cast<void*>(this));
+    traceCache("Deallocating cache %p", static_cast<void*>(this));
     observer_.consolidateFilteredList();
     performBlockExclusive([&](const WriteSection&) {
         const fs_item_array_t& all = tree_.all();

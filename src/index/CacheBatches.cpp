@@ -3,15 +3,8 @@
 #include <utility>
 
 #include "index/Cache.h"
+#include "index/trace.h"
 #include "util/log.h"
-
-namespace {
-
-using Id = unsigned long long;
-
-#define debugLog(...) logIf(processFlags.debugCache, Info, __VA_ARGS__)
-
-}  // namespace
 
 void Cache::addBatch(ScanBatch batch) {
     if (batch.items.empty()) return;
@@ -55,28 +48,28 @@ bool Cache::attachAll(fs_item_t* folder, ScanBatch& batch) {
     if (!tree_.attachAll(folder, batch.children, batch.items, batch.nameMasks)) return false;
     if (processFlags.debugCache)
         for (const fs_item_t* item : batch.items)
-            debugLog("%llu     + Adding item to cache: %s", Id{batch.fsEventId},
-                     fs_item_url(item).c_str());
+            traceCache("%llu     + Adding item to cache: %s", EventId{batch.fsEventId},
+                       fs_item_url(item).c_str());
     return true;
 }
 
 void Cache::attachOneByOne(fs_item_t* folder, ScanBatch& batch) {
-    const Id id = batch.fsEventId;
+    const EventId id = batch.fsEventId;
     ItemPool::Lane& lane = tree_.pool().writer();
     hashmap_clear(lane, &batch.children);
     for (size_t i = 0; i < batch.items.size(); i++) {
         fs_item_t* item = batch.items[i];
         fs_item_t* present = hashmap_find(folder->dircontent, item->nameView());
         if (!present && tree_.attach(folder, item, batch.nameMasks[i])) {
-            debugLog("%llu     + Adding item to cache: %s", id, fs_item_url(item).c_str());
+            traceCache("%llu     + Adding item to cache: %s", id, fs_item_url(item).c_str());
             continue;
         }
         if (present && processFlags.processMetadata) {
             std::swap(present->metadata, item->metadata);
-            debugLog("%llu     + Returning cached item with updated metadata: %s", id,
-                     fs_item_url(present).c_str());
+            traceCache("%llu     + Returning cached item with updated metadata: %s", id,
+                       fs_item_url(present).c_str());
         } else if (present) {
-            debugLog("%llu     + Returning cached item: %s", id, fs_item_url(present).c_str());
+            traceCache("%llu     + Returning cached item: %s", id, fs_item_url(present).c_str());
         }
         drop(lane, item);
     }
@@ -91,8 +84,8 @@ void Cache::drop(ItemPool::Lane& lane, fs_item_t* item) {
 void Cache::discard(ItemPool::Lane& lane, ScanBatch& batch) {
     hashmap_clear(lane, &batch.children);
     for (fs_item_t* item : batch.items) {
-        debugLog("%llu     + Not adding path because scan was aborted: %s", Id{batch.fsEventId},
-                 batch.folder.appending(item->nameView()).c_str());
+        traceCache("%llu     + Not adding path because scan was aborted: %s",
+                   EventId{batch.fsEventId}, batch.folder.appending(item->nameView()).c_str());
         drop(lane, item);
     }
 }

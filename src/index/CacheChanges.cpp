@@ -4,13 +4,10 @@
 
 #include "index/Cache.h"
 #include "index/Metadata.h"
+#include "index/trace.h"
 #include "util/log.h"
 
 namespace {
-
-using Id = unsigned long long;
-
-#define debugLog(...) logIf(processFlags.debugCache, Info, __VA_ARGS__)
 
 constexpr uint8_t kRenamed = 4;
 
@@ -22,7 +19,8 @@ bool isAtOrBelow(const fs_item_t* item, const fs_item_t* folder) {
 }  // namespace
 
 void Cache::tellOfRemoval(const fs_item_t* item, uint64_t fsEventId) {
-    debugLog("%llu     - Removing item from cache: %s", Id{fsEventId}, fs_item_url(item).c_str());
+    traceCache("%llu     - Removing item from cache: %s", EventId{fsEventId},
+               fs_item_url(item).c_str());
     if (observer_.hasMarkedPaths()) observer_.updatePathCachesAfterRemovePath(fs_item_url(item));
     observer_.removeFilteredItem(item);
 }
@@ -76,7 +74,7 @@ void Cache::removePath(const WriteSection& section, const FileURL& url, uint64_t
 }
 
 void Cache::removeFromTree(const WriteSection& section, const FileURL& url, uint64_t fsEventId) {
-    debugLog("%llu     -> Removing path from cache: %s", Id{fsEventId}, url.c_str());
+    traceCache("%llu     -> Removing path from cache: %s", EventId{fsEventId}, url.c_str());
     fs_item_t* item = fsItemWithURL(section, url, Create::no);
     if (!item) return;
     tree_.removeFromMap(item);
@@ -92,24 +90,24 @@ MoveStatus Cache::movePath(const FileURL& from, const FileURL& to, const MovePat
 
 MoveStatus Cache::movePath(const WriteSection& section, const FileURL& from, const FileURL& to,
                            const MovePath& with) {
-    const Id id = with.forFsEventId;
-    debugLog("%llu     Moving %s (%llu) -> %s (%llu); Include in Recent Items: %d", id,
-             from.c_str(), Id{with.fromInode}, to.c_str(), Id{with.toInode},
-             with.includeInRecentItems);
+    const EventId id = with.forFsEventId;
+    traceCache("%llu     Moving %s (%llu) -> %s (%llu); Include in Recent Items: %d", id,
+               from.c_str(), EventId{with.fromInode}, to.c_str(), EventId{with.toInode},
+               with.includeInRecentItems);
     fs_item_t* parent = fsItemWithURL(section, to.deletingLastPathComponent(), Create::no);
     if (!parent) {
-        debugLog("%llu     Destination is out of scope. Removing source.", id);
+        traceCache("%llu     Destination is out of scope. Removing source.", id);
         removePath(section, from, with.forFsEventId);
         return MoveStatus::sourceRemoved;
     }
     fs_item_t* item = fsItemWithURL(section, from, Create::no);
     if (!item) {
-        debugLog("%llu     Source not found in cache. Aborting.", id);
+        traceCache("%llu     Source not found in cache. Aborting.", id);
         if (!existsFsItemWithPath(section, to)) {
-            debugLog("%llu     Move destination is not in cache either.", id);
+            traceCache("%llu     Move destination is not in cache either.", id);
             return MoveStatus::unknown;
         }
-        debugLog("%llu     Move destination is in cache already. Ignoring event.", id);
+        traceCache("%llu     Move destination is in cache already. Ignoring event.", id);
         return MoveStatus::destinationExists;
     }
     if (!relocate(section, item, parent, to, with.forFsEventId))
@@ -117,7 +115,7 @@ MoveStatus Cache::movePath(const WriteSection& section, const FileURL& from, con
     struct statx found;
     if (processFlags.processMetadata && with.forFsEventId == 0 && statItem(to.c_str(), found))
         setMetadata(item, metadataFromStatBuf(&found));
-    debugLog("%llu     New absolute path: %s", id, fs_item_url(item).c_str());
+    traceCache("%llu     New absolute path: %s", id, fs_item_url(item).c_str());
     noteEvent(with.forFsEventId);
     observer_.updatePathCachesAfterRename(from, to);
     // Kept: the records that the renaming would find have just been removed, so whatever was moved
@@ -130,7 +128,7 @@ MoveStatus Cache::movePath(const WriteSection& section, const FileURL& from, con
 
 bool Cache::relocate(const WriteSection& section, fs_item_t* item, fs_item_t* parent,
                      const FileURL& to, uint64_t fsEventId) {
-    const Id id = fsEventId;
+    const EventId id = fsEventId;
     const std::string_view name = to.lastPathComponent();
     if (!item->parent) {
         logError("Cannot move root item");
@@ -138,8 +136,9 @@ bool Cache::relocate(const WriteSection& section, fs_item_t* item, fs_item_t* pa
     }
     if (!checkName(name, to) || isAtOrBelow(parent, item)) return false;
     if (name != item->nameView())
-        debugLog("%llu     Item names differ. Assigning name of destination to name of source", id);
-    if (parent != item->parent) debugLog("%llu     Performing move.", id);
+        traceCache("%llu     Item names differ. Assigning name of destination to name of source",
+                   id);
+    if (parent != item->parent) traceCache("%llu     Performing move.", id);
     if (name == item->nameView() && parent == item->parent) return true;
     if (fs_item_t* replaced = hashmap_find(parent->dircontent, name)) {
         if (isAtOrBelow(item, replaced)) return false;  // it cannot make way for what it holds

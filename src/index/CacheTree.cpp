@@ -1,19 +1,16 @@
 // The operations of Cache that look items up and add them.
-#include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
 #include "index/Cache.h"
 #include "index/Metadata.h"
+#include "index/trace.h"
 #include "platform/FileTypes.h"
 #include "util/log.h"
 
 namespace {
-
-using Id = unsigned long long;
-
-#define debugLog(...) logIf(processFlags.debugCache, Info, __VA_ARGS__)
 
 /// Takes the next component off the path; false at its end.
 bool nextComponent(std::string_view& rest, std::string_view& component) {
@@ -82,8 +79,8 @@ fs_item_t* Cache::createPathComponent(fs_item_t* parent, const FileURL& path,
                                       const FileURL& whole) {
     struct statx found;
     if (!statItem(path.c_str(), found)) {
-        debugLog("Not creating item %s for %s: %s", path.c_str(), whole.c_str(),
-                 std::strerror(errno));
+        traceCache("Not creating item %s for %s: %s", path.c_str(), whole.c_str(),
+                   std::strerror(errno));
         return nullptr;
     }
     const bool isFolder = S_ISDIR(found.stx_mode), isLink = S_ISLNK(found.stx_mode);
@@ -100,8 +97,8 @@ fs_item_t* Cache::createPathComponent(fs_item_t* parent, const FileURL& path,
                     .inode = found.stx_ino,
                     .withMap = isFolder},
                    processFlags.processMetadata ? metadataFromStatBuf(&found) : nullptr);
-    debugLog("Created missing path component %s for %s; type: %d", path.c_str(), whole.c_str(),
-             type);
+    traceCache("Created missing path component %s for %s; type: %d", path.c_str(), whole.c_str(),
+               type);
     return item;
 }
 
@@ -111,15 +108,15 @@ AddPathResult Cache::addPath(const FileURL& url, AddPath with) {
         fs_item_t* parent = nullptr;
         if (current) parent = fsItemWithURL(section, url.deletingLastPathComponent(), Create::yes);
         if (parent) return addBelow(section, parent, url, std::move(with));
-        debugLog("%llu     + Not adding path because scan was aborted: %s", Id{with.fsEventId},
-                 url.c_str());
+        traceCache("%llu     + Not adding path because scan was aborted: %s",
+                   EventId{with.fsEventId}, url.c_str());
         return {nullptr, false};
     });
 }
 
 AddPathResult Cache::addBelow(const WriteSection& section, fs_item_t* parent, const FileURL& url,
                               AddPath with) {
-    const Id id = with.fsEventId;
+    const EventId id = with.fsEventId;
     const std::string_view name = url.lastPathComponent();
     const bool isRoot = name == "/";
     if (!isRoot && !checkName(name, url)) return {nullptr, false};
@@ -131,7 +128,7 @@ AddPathResult Cache::addBelow(const WriteSection& section, fs_item_t* parent, co
     fs_item_t* item = isRoot ? tree_.root() : hashmap_find(parent->dircontent, name);
     const bool exists = item != nullptr;
     if (!exists) {
-        debugLog("%llu     + Adding item to cache: %s", id, url.c_str());
+        traceCache("%llu     + Adding item to cache: %s", id, url.c_str());
         item = createItem(parent,
                           {.name = name,
                            .type = with.ofType,
@@ -141,10 +138,10 @@ AddPathResult Cache::addBelow(const WriteSection& section, fs_item_t* parent, co
         if (!item) return {nullptr, false};
         if (processFlags.dumpCache) dumpItem(section, nullptr, id);
     } else if (processFlags.processMetadata) {
-        debugLog("%llu     + Returning cached item with updated metadata: %s", id, url.c_str());
+        traceCache("%llu     + Returning cached item with updated metadata: %s", id, url.c_str());
         setMetadata(item, std::move(with.metadata));
     } else {
-        debugLog("%llu     + Returning cached item: %s", id, url.c_str());
+        traceCache("%llu     + Returning cached item: %s", id, url.c_str());
     }
     noteEvent(with.fsEventId);
     return {item, exists};

@@ -7,15 +7,12 @@
 #include <cstring>
 
 #include "index/exclusionStatus.h"
+#include "index/trace.h"
 #include "platform/FileTypes.h"
-#include "util/log.h"
 
 namespace {
 
-using Id = unsigned long long;
 constexpr int64_t kEntriesAtOnce = 8192;  // so that rows of a large directory appear early
-
-#define debugLog(...) logIf(processFlags.debugScan, Info, __VA_ARGS__)
 
 }  // namespace
 
@@ -57,7 +54,7 @@ void DirectoryListing::publish() {
         request_.cache->addBatch(std::move(batch_));
     }
     // Only now: what the jobs find is taken in after the items that they hang on.
-    scan_->scanner.scanDirectoryQ().addOperations(children_);
+    scan_->queue.addOperations(children_);
     children_.clear();
     count();
     beginBatch();
@@ -98,11 +95,11 @@ void DirectoryListing::takeEntry(const FolderReader::Entry& entry) {
     if (subject_) subject_->setName(entry.nameView());
     const bool scan = isToBeScanned(entry, kind);
     fs_item_t* item = nullptr;
-    if (isWanted(entry, kind.type())) {
+    if (isWanted(kind.type())) {
         item = batch_.add(*lane_, {.name = entry.nameView(),
                                    .type = kind.type(),
                                    .inode = entry.inode,
-                                   .withMap = kind.type() == ITEM_DIRECTORY});
+                                   .withMap = (kind.type() & ITEM_DIRECTORY) != 0});
         if (item && withMetadata_ && kind.hasStatus) {
             fs_item_metadata metadata;
             fillMetadata(metadata, status_);
@@ -122,8 +119,8 @@ DirectoryListing::Kind DirectoryListing::kindOf(const FolderReader::Entry& entry
             kind.isDirectory = S_ISDIR(status_.stx_mode);
             kind.isLink = kind.isLink || S_ISLNK(status_.stx_mode);
         } else {
-            debugLog("%llu     Failed to lstat '%s': %s", Id{request_.fsEventId},
-                     urlOf(entry).c_str(), std::strerror(errno));
+            traceScan("%llu     Failed to lstat '%s': %s", EventId{request_.fsEventId},
+                      urlOf(entry).c_str(), std::strerror(errno));
         }
     }
     if (kind.isLink) reportBrokenLink(entry);
@@ -138,8 +135,8 @@ void DirectoryListing::reportBrokenLink(const FolderReader::Entry& entry) const 
     struct stat target;
     if (processFlags.debugScan && fstatat(handle_->get(), entry.name, &target, 0) != 0 &&
         errno != ENOENT)
-        debugLog("%llu     Failed to stat '%s': %s", Id{request_.fsEventId}, urlOf(entry).c_str(),
-                 std::strerror(errno));
+        traceScan("%llu     Failed to stat '%s': %s", EventId{request_.fsEventId},
+                  urlOf(entry).c_str(), std::strerror(errno));
 }
 
 bool DirectoryListing::isToBeScanned(const FolderReader::Entry& entry, const Kind& kind) {
@@ -147,35 +144,35 @@ bool DirectoryListing::isToBeScanned(const FolderReader::Entry& entry, const Kin
     if (subject_ &&
         exclusionStatus(subject_->path(), subject_->lastPathComponentOffset(), ITEM_DIRECTORY,
                         request_.rules.foldersToSkip) == kStatusExcluded) {
-        debugLog(
+        traceScan(
             "%llu        Not adding path to list of folders to be scanned. Path has been "
             "excluded: %s",
-            Id{request_.fsEventId}, urlOf(entry).c_str());
+            EventId{request_.fsEventId}, urlOf(entry).c_str());
         return false;
     }
     return !directory_.maxDepth || *directory_.maxDepth >= 1;
 }
 
-bool DirectoryListing::isWanted(const FolderReader::Entry&, uint8_t type) {
+bool DirectoryListing::isWanted(uint8_t type) {
     exclusion_status_t status = kStatusNoRule;
     if (subject_)
         status = exclusionStatus(subject_->path(), subject_->lastPathComponentOffset(), type,
                                  request_.rules.rules);
     if (status == kStatusExcluded) {
-        debugLog("%llu        Item has been explicitly excluded.", Id{request_.fsEventId});
+        traceScan("%llu        Item has been explicitly excluded.", EventId{request_.fsEventId});
         ignored_++;
         return false;
     }
     if (status == kStatusIncluded || request_.rules.wantUnmatchedItems) return true;
-    debugLog(
+    traceScan(
         "%llu         Item not matched and unmatched items should be ignored. Ignoring event "
         "path.",
-        Id{request_.fsEventId});
+        EventId{request_.fsEventId});
     return false;
 }
 
 void DirectoryListing::addChild(const FolderReader::Entry& entry, fs_item_t* item) {
-    scan_->operations_left.fetch_add(1, std::memory_order_relaxed);
+    scan_->addJob();
     ScanDirectoryOperation::Directory child{
         .url = urlOf(entry), .item = item, .structureVersion = version_};
     if (directory_.maxDepth) child.maxDepth = *directory_.maxDepth - 1;

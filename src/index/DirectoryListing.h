@@ -27,7 +27,7 @@ class DirectoryListing {
     void takeEntry(const FolderReader::Entry& entry);
     Kind kindOf(const FolderReader::Entry& entry);
     void reportBrokenLink(const FolderReader::Entry& entry) const;
-    bool isWanted(const FolderReader::Entry& entry, uint8_t type);
+    bool isWanted(uint8_t type);
     bool isToBeScanned(const FolderReader::Entry& entry, const Kind& kind);
     void addChild(const FolderReader::Entry& entry, fs_item_t* item);
     void beginBatch();

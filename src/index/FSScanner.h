@@ -1,5 +1,7 @@
 #pragma once
 #include <functional>
+#include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -8,6 +10,8 @@
 #include "index/ReverseSemaphore.h"
 #include "index/globalRules.h"
 #include "util/queues/OperationQueue.h"
+
+class ProjectFolderScan;
 
 /// Called on a thread of scanDirectoryQ while entries are read, as often as asked for.
 using RefreshSearchModeBlock = std::function<void()>;
@@ -35,11 +39,14 @@ struct ScanRequest {
 class FSScanner {
   public:
     FSScanner();
+    ~FSScanner();
     static FSScanner& sharedInstance();
 
     /// Returns when the directory's own entries have been read; jobs for what lies below go on.
     void contentsOfDirectory(const FileURL& url, ScanRequest request);
-    /// Ends all jobs, and returns when they have ended. What they found so far stays.
+    /// Ends all jobs, and returns when they have ended. What they found so far stays. Jobs that
+    /// hang, on the disk of a server that is gone, are left behind after a quarter of a second:
+    /// nobody waits for them then, and new ones get another queue.
     void abortScan();
     bool isAborting() const { return isAborting_; }
     /// How often abortScan has been called: whoever compares it over a time misses none.
@@ -47,7 +54,7 @@ class FSScanner {
     /// Whether the refresh block has anybody to refresh for. Any thread.
     void setSearchModeActive(bool active) { searchModeActive_ = active; }
     bool searchModeActive() const { return searchModeActive_; }
-    OperationQueue& scanDirectoryQ() { return scanDirectoryQ_; }
+    OperationQueue& scanDirectoryQ();
 
     static metadata_ptr metadataFromStatBuf(const struct statx* buffer) {
         return ::metadataFromStatBuf(buffer);
@@ -69,6 +76,12 @@ class FSScanner {
     Relaxed<bool> isAborting_ = false;
     Relaxed<uint64_t> abortCount_ = 0;
     Relaxed<bool> searchModeActive_ = false;
-    // Newest first: depth first, so that few folders are open and few jobs wait.
-    OperationQueue scanDirectoryQ_;
+    std::shared_ptr<ProjectFolderScan> beginScan(ScanRequest request);
+    void leaveBehind(const OperationQueue& queue);
+    void forgetWhatHasEnded();
+
+    std::mutex mutex_;
+    std::vector<std::weak_ptr<ProjectFolderScan>> scans_;
+    std::unique_ptr<OperationQueue> scanDirectoryQ_;
+    std::vector<std::unique_ptr<OperationQueue>> leftBehind_;
 };

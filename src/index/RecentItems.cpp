@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <mutex>
 
+#include "index/trace.h"
 #include "util/World.h"
-#include "util/log.h"
 
 namespace {
 size_t limit(size_t count, int64_t maxCount) {
@@ -40,9 +40,8 @@ bool RecentItems::rename(const FileURL& from, const FileURL& to) {
         } else {
             continue;
         }
-        logIf(processFlags.debugCache, Info, "Rename Recent Item '%s' -> '%s'", from.c_str(),
-              to.c_str());
-        logIf(processFlags.debugCache, Info, "old: %s\nnew: %s", item.url.c_str(), renamed.c_str());
+        traceCache("Rename Recent Item '%s' -> '%s'", from.c_str(), to.c_str());
+        traceCache("old: %s\nnew: %s", item.url.c_str(), renamed.c_str());
         item.url = std::move(renamed);
     }
     return renamedItself;

@@ -8,11 +8,18 @@ namespace {
 
 /// A slash joins with nothing, so the parts of a path can be composed one by one.
 void appendText(std::u16string& text, std::string_view bytes) {
-    const bool ascii = std::all_of(bytes.begin(), bytes.end(), [](char c) { return c >= 0; });
-    if (ascii)
-        text.append(bytes.begin(), bytes.end());
-    else
-        text += ruleText(bytes);
+    const size_t before = text.size();
+    text.resize(before + bytes.size());
+    char16_t* to = text.data() + before;
+    unsigned all = 0;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        all |= byte;
+        *to++ = byte;
+    }
+    if (all < 0x80) return;
+    text.resize(before);
+    text += ruleText(bytes);
 }
 
 }  // namespace

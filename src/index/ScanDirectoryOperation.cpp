@@ -6,15 +6,7 @@
 #include <cstring>
 
 #include "index/DirectoryListing.h"
-#include "util/log.h"
-
-namespace {
-
-using Id = unsigned long long;
-
-#define debugLog(...) logIf(processFlags.debugScan, Info, __VA_ARGS__)
-
-}  // namespace
+#include "index/trace.h"
 
 ScanDirectoryOperation::ScanDirectoryOperation(std::shared_ptr<ProjectFolderScan> scan,
                                                Directory directory)
@@ -26,40 +18,23 @@ ScanDirectoryOperation::~ScanDirectoryOperation() {
     if (!completed_) complete();
 }
 
-std::future<void> ScanDirectoryOperation::ended() {
-    ended_ = std::make_unique<std::promise<void>>();
-    return ended_->get_future();
-}
-
 void ScanDirectoryOperation::complete() {
     completed_ = true;
-    if (scan_->operations_left.fetch_sub(1) == 0) endScan();
-    if (ended_) ended_->set_value();
-}
-
-/// Whoever waits for the scan may then drop the Cache, and it is not to end on a thread of ours.
-void ScanDirectoryOperation::endScan() {
-    const auto semaphore = std::move(scan_->request.projectFolderCountSemaphore);
-    {
-        const ScanRequest request = std::move(scan_->request);
-        request.cache->takeInBatches();
-        debugLog("%llu     Scan of %s ended", Id{request.fsEventId},
-                 request.projectSearchFolderURL.c_str());
-    }
-    if (semaphore) semaphore->signal();
+    if (directory_.isFirst) scan_->firstJobEnded();
+    scan_->jobEnded();
 }
 
 void ScanDirectoryOperation::main() {
-    const Id id = scan_->request.fsEventId;
+    const EventId id = scan_->request.fsEventId;
     if (isCancelled()) {
-        debugLog("%llu     Scan of %s aborted.", id, directory_.url.c_str());
+        traceScan("%llu     Scan of %s aborted.", id, directory_.url.c_str());
         return;
     }
     bool hasEntries = false;
     if (FileHandle handle = open())
         hasEntries = DirectoryListing(*this, scan_, directory_, std::move(handle)).run();
     else
-        debugLog("%llu Failed to open folder: %s", id, std::strerror(errno));
+        traceScan("%llu Failed to open folder: %s", id, std::strerror(errno));
     if (!hasEntries) addDirectoryItself();
 }
 

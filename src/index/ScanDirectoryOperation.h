@@ -1,23 +1,8 @@
 #pragma once
-#include <atomic>
-#include <future>
 #include <memory>
 #include <optional>
 
-#include "index/FSScanner.h"
-#include "index/FolderHandle.h"
-
-/// What all jobs for one project folder share.
-/// Owner:   the jobs, together. Threads: any.
-struct ProjectFolderScan {
-    ProjectFolderScan(FSScanner& owner, ScanRequest what)
-        : scanner(owner), request(std::move(what)) {}
-
-    FSScanner& scanner;
-    ScanRequest request;                       // given up by the last job
-    std::atomic<int64_t> operations_left = 0;  // beyond the first: queued or running
-    FolderHandle::Count openFolders = 0;
-};
+#include "index/ProjectFolderScan.h"
 
 /// The job that reads one directory, and makes one for each subfolder that is to be read too.
 /// Owner:   scanDirectoryQ. Threads: made on any, runs on the queue's.
@@ -37,17 +22,12 @@ class ScanDirectoryOperation : public Operation {
     ~ScanDirectoryOperation() override;
     void main() override;
 
-    /// Ready when the job has ended.
-    std::future<void> ended();
-
   private:
     void complete();
-    void endScan();
     FileHandle open();
     void addDirectoryItself();
 
     const std::shared_ptr<ProjectFolderScan> scan_;
     Directory directory_;
-    std::unique_ptr<std::promise<void>> ended_;
     bool completed_ = false;
 };

@@ -6,9 +6,9 @@
 
 #include "index/FSScanner.h"
 #include "index/FolderReader.h"
+#include "index/trace.h"
 #include "platform/FileTypes.h"
 #include "util/FileIO.h"
-#include "util/log.h"
 
 namespace {
 
@@ -20,8 +20,8 @@ Visible kindOf(const FolderReader::Entry& entry, int folder, const FileURL& path
     if (entry.type == DT_LNK || entry.type == DT_UNKNOWN) {
         struct stat target;
         if (fstatat(folder, entry.name, &target, 0) != 0) {
-            logIf(processFlags.debugScan, Info, "Failed to stat '%s': %s",
-                  path.appending(entry.nameView()).c_str(), std::strerror(errno));
+            traceScan("Failed to stat '%s': %s", path.appending(entry.nameView()).c_str(),
+                      std::strerror(errno));
             return kNeither;
         }
         isFolder = S_ISDIR(target.st_mode);

@@ -2,34 +2,32 @@
 
 #include <algorithm>
 
-#include "util/Unicode.h"
+#include "searchmodes/AsciiText.h"
+#include "searchmodes/WideText.h"
+#include "searchmodes/precomposedText.h"
 
-FolderText::FolderText(const FuzzySearch& fuzzy) {
-    for (const RankTerm& term : fuzzy.terms())
+FolderText::FolderText(const FuzzySearch& fuzzy, std::span<const NameMask> masks) : masks_(masks) {
+    for (const RankTerm& term : fuzzy.terms()) {
+        if (!term.isPlain()) continue;  // then no positions are asked for
         for (const char16_t unit : term.lower()) {
-            if (unit >= 128 || std::find(units_.begin(), units_.end(), unit) != units_.end())
-                continue;
-            slots_[unit] = static_cast<uint8_t>(units_.size());
+            if (std::find(units_.begin(), units_.end(), unit) != units_.end()) continue;
+            if (unit < 128) slots_[unit] = static_cast<uint16_t>(units_.size());
             units_.push_back(unit);
         }
+    }
     equal_.resize(units_.size());
 }
 
-void FolderText::enter(const fs_item_t* folder) {
-    if (entered_ && folder == folder_) return;
+void FolderText::change(const fs_item_t* folder) {
     entered_ = true;
     folder_ = folder;
-    hasMask_ = hasBytes_ = hasText_ = hasBits_ = false;
+    hasBytes_ = hasText_ = hasBits_ = hasWordStarts_ = false;
     depth_ = 0;
-    for (const fs_item_t* item = folder; item; item = item->parent) depth_++;
-}
-
-NameMask FolderText::mask() {
-    if (!hasMask_) {
-        hasMask_ = true;
-        mask_ = presenceOfName(bytes());
+    mask_ = 0;
+    for (const fs_item_t* item = folder; item; item = item->parent) {
+        depth_++;
+        mask_ |= item->index < masks_.size() ? masks_[item->index] : ~NameMask{0};
     }
-    return mask_;
 }
 
 const std::string& FolderText::bytes() {
@@ -49,28 +47,46 @@ const std::string& FolderText::bytes() {
 const std::optional<std::u16string>& FolderText::text() {
     if (!hasText_) {
         hasText_ = true;
-        text_ = toUtf16(bytes());
-        if (text_) text_ = nfc(*text_);
+        text_.emplace();
+        if (!appendPrecomposed(bytes(), *text_)) text_.reset();
     }
     return text_;
 }
 
-const UnitBits256& FolderText::equal(char16_t unit) {
-    prepareBits();
-    return equal_[slots_[unit]];
+std::optional<unsigned> FolderText::length() {
+    size_t length = bytes().size();
+    if (!isAscii()) {
+        if (!text()) return std::nullopt;
+        length = text()->size();
+    }
+    return length <= kMaxUnits ? std::optional(static_cast<unsigned>(length)) : std::nullopt;
 }
 
-const UnitBits256& FolderText::wordStarts() {
-    prepareBits();
-    return wordStarts_;
+size_t FolderText::slotOf(char16_t unit) const {
+    const auto at = std::find(units_.begin(), units_.end(), unit);
+    return static_cast<size_t>(at - units_.begin());
+}
+
+/// Calls f with the text in the form in which positions are found.
+template <class F>
+void FolderText::withPositions(F&& f) {
+    if (isAscii()) {
+        const size_t length = bytes().size();
+        bytes_.reserve(length + kReadableBehind);  // wide loads read on
+        f(AsciiText<UnitBits256>(bytes_.data(), static_cast<unsigned>(length)));
+    } else {
+        f(WideText<UnitBits256>(*text()));
+    }
 }
 
 void FolderText::prepareBits() {
-    if (hasBits_) return;
     hasBits_ = true;
-    const size_t length = bytes().size();
-    bytes_.reserve(length + kReadableBehind);  // wide loads read on
-    const AsciiText<UnitBits256> text(bytes_.data(), static_cast<unsigned>(length));
-    for (size_t i = 0; i < units_.size(); i++) equal_[i] = text.equal(units_[i]);
-    wordStarts_ = text.wordStarts();
+    withPositions([this](const auto& text) {
+        for (size_t i = 0; i < units_.size(); i++) equal_[i] = text.equal(units_[i]);
+    });
+}
+
+void FolderText::prepareWordStarts() {
+    hasWordStarts_ = true;
+    withPositions([this](const auto& text) { wordStarts_ = text.wordStarts(); });
 }

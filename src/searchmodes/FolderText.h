@@ -1,7 +1,7 @@
 #pragma once
 #include <optional>
+#include <span>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "index/NameMask.h"
@@ -14,47 +14,65 @@
 /// Owner:   RankWorker. Threads: one, in a read section.
 class FolderText {
   public:
-    /// terms outlive it.
-    explicit FolderText(const FuzzySearch& fuzzy);
+    /// fuzzy and the masks of all items' names outlive it.
+    FolderText(const FuzzySearch& fuzzy, std::span<const NameMask> masks);
 
     /// The folder of the next items; null for the root's own.
-    void enter(const fs_item_t* folder);
+    void enter(const fs_item_t* folder) {
+        if (folder != folder_ || !entered_) change(folder);
+    }
     /// Ancestors of an item in it.
     uint16_t depth() const { return depth_; }
     /// Letters of the folder's path.
-    NameMask mask();
-    bool isAscii() { return (mask() & kNotAscii) == 0; }
+    NameMask mask() const { return mask_; }
+    bool isAscii() const { return (mask_ & kNotAscii) == 0; }
     /// The path and the slash behind it.
     const std::string& bytes();
     /// The same precomposed; nothing where it is not valid UTF-8.
     const std::optional<std::u16string>& text();
-    /// Positions of a term's unit in an ASCII path of at most kMaxUnits.
-    const UnitBits256& equal(char16_t unit);
-    const UnitBits256& wordStarts();
+    /// How long the text is in units, as far as positions are to be had for it.
     static constexpr size_t kMaxUnits = 192;
+    std::optional<unsigned> length();
+    /// Positions of a term's unit, and of word starts.
+    const UnitBits256& equal(char16_t unit) {
+        if (!hasBits_) prepareBits();
+        return unit < 128 ? equal_[slots_[unit]] : equal_[slotOf(unit)];
+    }
+    const UnitBits256& wordStarts() {
+        if (!hasWordStarts_) prepareWordStarts();
+        return wordStarts_;
+    }
 
   private:
+    void change(const fs_item_t* folder);
+    size_t slotOf(char16_t unit) const;
     void prepareBits();
+    void prepareWordStarts();
+    template <class F>
+    void withPositions(F&& f);
 
+    const std::span<const NameMask> masks_;
     const fs_item_t* folder_ = nullptr;
-    bool entered_ = false, hasMask_ = false, hasBytes_ = false, hasText_ = false, hasBits_ = false;
+    bool entered_ = false;
+    bool hasBytes_ = false, hasText_ = false, hasBits_ = false, hasWordStarts_ = false;
     uint16_t depth_ = 0;
     NameMask mask_ = 0;
     std::string bytes_;
     std::optional<std::u16string> text_;
-    uint8_t slots_[128] = {};  // of each unit of the terms in equal_
-    std::vector<char16_t> units_;
+    uint16_t slots_[128] = {};     // of ASCII units in the next two
+    std::vector<char16_t> units_;  // of the terms, each once
     std::vector<UnitBits256> equal_;
     UnitBits256 wordStarts_;
 };
 
-/// An ASCII path: the folder's part known already, the name's looked up.
-template <class Bits>
+/// A path whose folder's part is known already; the name's is looked up. Name: AsciiText or
+/// WideText.
+template <class Bits, class Name>
 class PathText {
   public:
     using BitsType = Bits;
-    PathText(FolderText& folder, const AsciiText<uint64_t>& name)
-        : folder_(folder), name_(name), nameBegin_(static_cast<unsigned>(folder.bytes().size())) {}
+    PathText(FolderText& folder, unsigned folderLength, const Name& name)
+        : folder_(folder), name_(name), nameBegin_(folderLength) {}
     unsigned length() const { return nameBegin_ + name_.length(); }
     Bits equal(char16_t unit) const {
         return cut(folder_.equal(unit)) | Bits(name_.equal(unit)) << nameBegin_;
@@ -73,6 +91,6 @@ class PathText {
             return bits;
     }
     FolderText& folder_;
-    const AsciiText<uint64_t>& name_;
+    const Name& name_;
     const unsigned nameBegin_;
 };

@@ -11,6 +11,7 @@
 #include "util/Relaxed.h"
 
 class FileURL;
+struct RankedItem;
 struct fs_item_metadata;
 
 /// The engines beside the fuzzy one, and the live path filter, as ranking needs them. Each worker
@@ -29,6 +30,10 @@ class MetadataEngine {
     virtual ~MetadataEngine() = default;
     virtual size_t numberOfSearchTerms() const = 0;
     virtual bool match(const fs_item_metadata* metadata, IndexSet& matchingCriterions) = 0;
+    /// Whether the queries ask for an order of the rows, and that order: -1, a comes first; 1, b
+    /// does; 0, it does not tell. Threads: also several at once.
+    virtual bool hasSortOrder() const { return false; }
+    virtual int compare(const RankedItem&, const RankedItem&) const { return 0; }
 };
 
 class ItemPathFilter {

@@ -3,21 +3,16 @@
 #include <unicode/uchar.h>
 #include <unicode/utf16.h>
 
-#include <algorithm>
+#include <optional>
 
 #include "searchmodes/StringRanker.h"
+#include "searchmodes/WideText.h"
 #include "searchmodes/wordStarts.h"
 #include "util/Unicode.h"
 
 namespace {
 
 constexpr char16_t kLongS = 0x17F;  // folds to ASCII, but is no capital of it
-
-constexpr auto kInverse = [] {
-    std::array<double, RankTerm::kMaxCandidate + 1> inverse{};
-    for (size_t i = 1; i < inverse.size(); i++) inverse[i] = 1.0 / static_cast<double>(i);
-    return inverse;
-}();
 
 template <class Text>
 std::optional<double> rankWith(const RankTerm& term, const Text& text, IndexSet& indexes) {
@@ -40,15 +35,14 @@ RankTerm::RankTerm(std::u16string text) : cased_(std::move(text)), lower_(lowerC
     bool longS = false;
     for (size_t i = 0; i < length; i++) {
         const char16_t unit = lower_[i];
-        if (cased_[i] >= 128 || unit >= 128) ascii_ = false;
         if (U16_IS_SURROGATE(unit)) plain_ = false;
         longS |= cased_[i] == kLongS;
         need_ |= unit < 128 ? presenceOf(unit) : kNotAscii;
-        if (i < kMaxUnits && isUpperCaseFilterUnit(cased_[i])) upper_ |= uint64_t{1} << i;
+        if (i < kMaxUnits && isUpperCaseUnit(cased_[i])) upper_ |= uint64_t{1} << i;
     }
     // Of the same length, a name in ASCII equals a term with a long s where it has an s.
     if (longS) need_ = 0;
-    if (length > kMaxUnits || length == 0) ascii_ = plain_ = false;
+    if (length > kMaxUnits || length == 0) plain_ = false;
     if (!plain_) need_ = 0;
     usesWordStarts_ = upper_ != 0 || length == 2 || length == 3;
     const auto l = static_cast<double>(length);
@@ -70,16 +64,4 @@ double RankTerm::rank(std::u16string_view candidate, IndexSet* indexes) const {
     }
     return StringRanker::rankString(
         candidate, {.usingFilter = cased_, .usingLcFilter = lower_, .unifyCase = true}, indexes);
-}
-
-double RankTerm::roughScore(unsigned candidateLength, const RankCounts& counts) const {
-    const auto l = static_cast<double>(length());
-    const auto w = static_cast<double>(counts.wordHits);
-    const double inverse = kInverse[candidateLength];
-    const double a = counts.wordHits == length()
-                         ? d_ - 1
-                         : d_ - ((l - w) + static_cast<double>(counts.runs) * l);
-    const double start = static_cast<double>(candidateLength - counts.firstStart) * inverse * 0.5;
-    const double words = counts.wordHits ? w / static_cast<double>(counts.wordStarts) * 0.25 : 0;
-    return (a + start + words + l * inverse * 0.125) * inverseD_;
 }

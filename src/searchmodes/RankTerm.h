@@ -1,12 +1,12 @@
 #pragma once
+#include <algorithm>
 #include <array>
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include "index/NameMask.h"
-#include "searchmodes/CandidateText.h"
 #include "searchmodes/IndexSet.h"
+#include "searchmodes/UnitBits.h"
 #include "searchmodes/rankScore.h"
 
 /// One term of a search, prepared for being ranked against millions of texts. Gives what
@@ -16,7 +16,7 @@
 class RankTerm {
   public:
     static constexpr size_t kMaxUnits = 60;  // longer terms go the long way
-    static constexpr size_t kMaxCandidate = 255;
+    static constexpr size_t kMaxCandidate = kInverses.size() - 1;
 
     /// text: precomposed, in the case in which it was typed.
     explicit RankTerm(std::u16string text);
@@ -26,8 +26,7 @@ class RankTerm {
     size_t length() const { return cased_.size(); }
     /// Bits that the mask of a candidate must have.
     NameMask need() const { return need_; }
-    /// Whether positions can be had for ASCII candidates, and for others.
-    bool isAscii() const { return ascii_; }
+    /// Whether it can be ranked by positions.
     bool isPlain() const { return plain_; }
     /// Whether the choice of runs looks at word starts.
     bool usesWordStarts() const { return usesWordStarts_; }
@@ -55,7 +54,6 @@ class RankTerm {
 
     const std::u16string cased_, lower_;
     NameMask need_ = 0;
-    bool ascii_ = true;
     bool plain_ = true;
     bool usesWordStarts_ = false;
     uint64_t upper_ = 0;  // bit i: unit i was typed in upper case
@@ -87,8 +85,8 @@ bool RankTerm::chooseRuns(std::array<Bits, kMaxUnits>& rows, Bits wordStarts, Ra
         chosen = Bits(1) << first;
         return true;
     }
-    std::array<unsigned, kMaxUnits> lower;
-    for (size_t i = 0; i < length; i++) lower[i] = ub::lowest(rows[i]);
+    std::array<unsigned, 3> lower;
+    for (size_t i = 0; i < length && length < 4; i++) lower[i] = ub::lowest(rows[i]);
     unsigned end = ub::highest(rows[length - 1]) + 1;
     for (size_t i = length - 1; i-- > 0;) {  // cut each row behind what the next one can use
         rows[i] &= ub::below<Bits>(end - 1);
@@ -140,4 +138,16 @@ bool RankTerm::chooseRuns(std::array<Bits, kMaxUnits>& rows, Bits wordStarts, Ra
         }
     }
     return true;
+}
+
+inline double RankTerm::roughScore(unsigned candidateLength, const RankCounts& counts) const {
+    const auto l = static_cast<double>(length());
+    const auto w = static_cast<double>(counts.wordHits);
+    const double inverse = kInverses[candidateLength];
+    const double a = counts.wordHits == length()
+                         ? d_ - 1
+                         : d_ - ((l - w) + static_cast<double>(counts.runs) * l);
+    const double start = static_cast<double>(candidateLength - counts.firstStart) * inverse * 0.5;
+    const double words = counts.wordHits ? w / static_cast<double>(counts.wordStarts) * 0.25 : 0;
+    return (a + start + words + l * inverse * 0.125) * inverseD_;
 }

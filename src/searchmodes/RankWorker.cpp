@@ -2,7 +2,9 @@
 
 #include <array>
 
-#include "util/Unicode.h"
+#include "searchmodes/AsciiText.h"
+#include "searchmodes/WideText.h"
+#include "searchmodes/itemComparators.h"
 
 namespace {
 
@@ -10,11 +12,11 @@ constexpr double kDepthPenalty = -0.03;
 constexpr double kBaseDepthPenalty = -0.05;
 constexpr double kBaseLengthPenalty = -0.01;
 constexpr double kRoughSlack = 1e-9;  // more than a rough score can be off
-constexpr size_t kBlock = 1024;       // items between two looks at the abort flag
+constexpr size_t kBlock = 1024;
 constexpr size_t kPrefetchRecords = 16, kPrefetchNames = 8;
 constexpr size_t kMaxTermsByPositions = 8;
 
-/// What an item gets whose text nobody looked at, or was only refused by none.
+/// What an item gets whose text had no say, or could only be refused.
 double baseScore(const fs_item_t& item, uint16_t depth) {
     return depth * kBaseDepthPenalty + 1.0 + item.name_length * kBaseLengthPenalty;
 }
@@ -22,6 +24,19 @@ double baseScore(const fs_item_t& item, uint16_t depth) {
 /// Units that removing diacritics takes out of ASCII text.
 bool hasAsciiDiacritic(std::string_view name) {
     return name.find_first_of("^`") != std::string_view::npos;
+}
+
+bool isTypeShown(unsigned type, const RankRequest& request) {
+    switch (type) {
+        case ITEM_BUNDLE:
+            return request.bundlesAsFiles ? request.showFiles : request.showDirectories;
+        case ITEM_DIRECTORY:
+            return request.showDirectories;
+        case ITEM_FILE:
+            return request.showFiles;
+        default:
+            return true;  // links are always shown
+    }
 }
 
 }  // namespace
@@ -35,8 +50,13 @@ RankWorker::RankWorker(const RankRequest& request, std::span<fs_item_t* const> i
       regex_(request.makeRegexEngine ? request.makeRegexEngine(request.searchString) : nullptr),
       metadata_(request.makeMetadataEngine ? request.makeMetadataEngine(request.searchString)
                                            : nullptr),
-      folder_(fuzzy_),
-      best_(request.limit) {
+      hasFilters_(request.extensionFilter || (request.processMetadata && metadata_) ||
+                  (request.pathFilter && request.pathFilter->hasRules())),
+      folder_(fuzzy_, masks),
+      text_(request),
+      best_(request.limit, order()) {
+    for (unsigned type = 0; type < isShown_.size(); type++)
+        isShown_[type] = isTypeShown(type, request);
     const bool hasRegex = regex_ && regex_->numberOfSearchTerms() > 0;
     const bool hasMetadata = metadata_ && metadata_->numberOfSearchTerms() > 0;
     textTerms_ = fuzzy_.numberOfSearchTerms() > 0 || hasRegex;
@@ -47,57 +67,41 @@ RankWorker::RankWorker(const RankRequest& request, std::span<fs_item_t* const> i
         need_ |= term.need();
         shortest_ = std::min(shortest_, term.length());
         longest_ = std::max(longest_, term.length());
-        ascii_ = ascii_ && term.isAscii();
         plain_ = plain_ && term.isPlain();
     }
 }
 
-void RankWorker::rank(IndexRange range) {
+bool RankWorker::rank(IndexRange range) {
     std::array<uint32_t, kBlock> open;
     const uint64_t end = range.location + range.length;
     // A name of other letters may hold any of ASCII's once its diacritics are gone; and for whole
     // paths the folders' letters count too.
     const NameMask always = request_.ignoreDiacritics ? kNotAscii : 0;
     const NameMask need = request_.filenameOnly ? need_ : 0;
-    for (uint64_t at = range.location; at < end && !request_.isAborted();) {
-        const uint64_t blockBegin = at, blockEnd = std::min(end, at + kBlock);
+    for (uint64_t at = range.location; at < end; at += kBlock) {
+        const NameMask* masks = &masks_[at];
+        fs_item_t* const* items = &items_[at];
+        const auto length = static_cast<uint32_t>(std::min<uint64_t>(kBlock, end - at));
         size_t count = 0;
-        for (; at < blockEnd; at++) {  // without a branch an item
-            open[count] = static_cast<uint32_t>(at - blockBegin);
-            count += (need & ~masks_[at]) == 0 || (masks_[at] & always);
+        for (uint32_t i = 0; i < length; i++) {  // without a branch an item
+            open[count] = i;
+            count += (need & ~masks[i]) == 0 || (masks[i] & always);
         }
         for (size_t i = 0; i < count; i++) {
-            if (i + kPrefetchRecords < count)
-                __builtin_prefetch(items_[blockBegin + open[i + kPrefetchRecords]]);
+            if (request_.isAborted()) return false;
+            if (i + kPrefetchRecords < count) __builtin_prefetch(items[open[i + kPrefetchRecords]]);
             if (i + kPrefetchNames < count)
-                __builtin_prefetch(items_[blockBegin + open[i + kPrefetchNames]]->name);
-            judge(*items_[blockBegin + open[i]]);
+                __builtin_prefetch(items[open[i + kPrefetchNames]]->name);
+            judge(*items[open[i]], masks[open[i]]);
         }
     }
+    return best_.sort([this] { return request_.isAborted(); });
 }
 
 bool RankWorker::passesFilters(const fs_item_t& item) {
-    switch (item.type) {
-        case ITEM_BUNDLE:
-            if (request_.bundlesAsFiles ? !request_.showFiles : !request_.showDirectories)
-                return false;
-            break;
-        case ITEM_DIRECTORY:
-            if (!request_.showDirectories) return false;
-            break;
-        case ITEM_FILE:
-            if (!request_.showFiles) return false;
-            break;
-        default:
-            break;  // links are always shown
-    }
-    if (request_.extensionFilter) {
-        const std::string_view name = item.nameView();
-        const size_t dot = name.rfind('.');
-        const bool has = dot != std::string_view::npos && dot != 0 && dot + 1 < name.size();
-        if (!request_.extensionFilter->contains(std::string(has ? name.substr(dot + 1) : "")))
-            return false;
-    }
+    if (request_.extensionFilter &&
+        !request_.extensionFilter->contains(std::string(extensionOfName(item.nameView()))))
+        return false;
     if (request_.processMetadata && metadata_) {
         criterions_.clear();
         if (!metadata_->match(item.metadata, criterions_)) return false;
@@ -106,8 +110,8 @@ bool RankWorker::passesFilters(const fs_item_t& item) {
            !request_.pathFilter->isPathExcluded(fs_item_url(&item));
 }
 
-void RankWorker::judge(const fs_item_t& item) {
-    if (!passesFilters(item)) return;
+void RankWorker::judge(const fs_item_t& item, NameMask mask) {
+    if (!isShown_[item.type] || (hasFilters_ && !passesFilters(item))) return;
     folder_.enter(item.parent);
     const uint16_t depth = folder_.depth();
     // What the terms must reach here; what rounding can do is below the slack.
@@ -117,58 +121,68 @@ void RankWorker::judge(const fs_item_t& item) {
         scratch_.clear();
         verdict = judgeThoroughly(item, scratch_);
     } else {
-        verdict = request_.filenameOnly ? judgeName(item, bar) : judgePath(item, bar);
+        verdict = request_.filenameOnly ? judgeName(item, mask, bar) : judgePath(item, mask, bar);
     }
     if (!verdict.matches) return;
     total_++;
-    if (!verdict.hopeless) best_.add({&item, verdict.score + depth * kDepthPenalty, depth});
+    if (verdict.hopeless) return;
+    uint64_t criterions = 0;
+    for (const uint64_t criterion : criterions_.items()) criterions |= criterion;
+    best_.add({.item = &item,
+               .score = verdict.score + depth * kDepthPenalty,
+               .depth = depth,
+               .criterions = static_cast<uint16_t>(criterions)});
 }
 
-bool RankWorker::isAsciiName(const fs_item_t& item) const {
-    if (masks_[item.index] & kNotAscii) return false;
+bool RankWorker::isAsciiName(const fs_item_t& item, NameMask mask) const {
+    if (mask & kNotAscii) return false;
     return !request_.ignoreDiacritics || !hasAsciiDiacritic(item.nameView());
 }
 
-RankWorker::Verdict RankWorker::judgeName(const fs_item_t& item, double bar) {
+RankWorker::Verdict RankWorker::judgeName(const fs_item_t& item, NameMask mask, double bar) {
     const unsigned length = item.name_length;
-    if (isAsciiName(item)) {
-        if (length < shortest_) return {};
-        if (ascii_ && length > longest_ && length <= RankTerm::kMaxCandidate) {
-            if (length <= 64) {
-                const AsciiText<uint64_t> text(item.name, length);
-                return judgeText(text, bar);
-            }
-            const AsciiText<UnitBits256> text(item.name, length);
-            return judgeText(text, bar);
-        }
-    } else if (plain_) {
-        if (!textOf(item, text_)) return {};
-        if (text_.size() > longest_ && text_.size() <= 64) {
-            const WideText<uint64_t> text(text_);
-            return judgeText(text, bar);
-        }
+    if (!isAsciiName(item, mask)) return judgeWideText(item, bar);
+    if (length < shortest_) return {};
+    if (plain_ && length > longest_ && length <= RankTerm::kMaxCandidate) {
+        if (length <= 64) return judgeText(AsciiText<uint64_t>(item.name, length), bar);
+        return judgeText(AsciiText<UnitBits256>(item.name, length), bar);
     }
     scratch_.clear();
     return judgeThoroughly(item, scratch_);
 }
 
-RankWorker::Verdict RankWorker::judgePath(const fs_item_t& item, double bar) {
-    const bool ascii = isAsciiName(item) && folder_.isAscii() && !request_.ignoreDiacritics;
-    if (!request_.ignoreDiacritics && (need_ & ~(folder_.mask() | masks_[item.index]))) return {};
-    const size_t length = folder_.bytes().size() + item.name_length;
-    if (ascii && ascii_ && item.name_length <= 64 &&
-        folder_.bytes().size() <= FolderText::kMaxUnits && length > longest_ &&
-        length <= RankTerm::kMaxCandidate) {
-        const AsciiText<uint64_t> name(item.name, item.name_length);
-        if (length <= 64) return judgeText(PathText<uint64_t>(folder_, name), bar);
-        if (length <= 128) return judgeText(PathText<UnitBits128>(folder_, name), bar);
-        return judgeText(PathText<UnitBits256>(folder_, name), bar);
-    }
+RankWorker::Verdict RankWorker::judgePath(const fs_item_t& item, NameMask mask, double bar) {
+    if (request_.ignoreDiacritics) return judgeWideText(item, bar);
+    if (need_ & ~(folder_.mask() | mask)) return {};
+    if (plain_ && item.name_length <= 64)
+        if (const auto folderLength = folder_.length()) {
+            if (!(mask & kNotAscii))
+                return judgePathText(item, *folderLength,
+                                     AsciiText<uint64_t>(item.name, item.name_length), bar);
+            if (!text_.setName(item)) return {};
+            return judgePathText(item, *folderLength, WideText<uint64_t>(text_.text()), bar);
+        }
+    return judgeWideText(item, bar);
+}
+
+template <class Name>
+RankWorker::Verdict RankWorker::judgePathText(const fs_item_t& item, unsigned folderLength,
+                                              const Name& name, double bar) {
+    const size_t length = folderLength + name.length();
+    if (length <= longest_ || length > RankTerm::kMaxCandidate) return judgeWideText(item, bar);
+    if (length <= 64) return judgeText(PathText<uint64_t, Name>(folder_, folderLength, name), bar);
+    if (length <= 128)
+        return judgeText(PathText<UnitBits128, Name>(folder_, folderLength, name), bar);
+    return judgeText(PathText<UnitBits256, Name>(folder_, folderLength, name), bar);
+}
+
+RankWorker::Verdict RankWorker::judgeWideText(const fs_item_t& item, double bar) {
     if (plain_) {
-        if (!textOf(item, text_)) return {};
-        if (text_.size() > longest_ && text_.size() <= RankTerm::kMaxCandidate) {
-            const WideText<UnitBits256> text(text_);
-            return judgeText(text, bar);
+        if (!text_.set(item, folder_)) return {};
+        const std::u16string& text = text_.text();
+        if (text.size() > longest_ && text.size() <= RankTerm::kMaxCandidate) {
+            if (text.size() <= 64) return judgeText(WideText<uint64_t>(text), bar);
+            return judgeText(WideText<UnitBits256>(text), bar);
         }
     }
     scratch_.clear();
@@ -209,27 +223,6 @@ RankWorker::Verdict RankWorker::judgeText(const Text& text, double bar) const {
     return {.matches = score > 0, .score = score};
 }
 
-bool RankWorker::textOf(const fs_item_t& item, std::u16string& text) {
-    const bool ascii = !(masks_[item.index] & kNotAscii);
-    std::optional<std::u16string> name;
-    if (ascii) {
-        const std::string_view bytes = item.nameView();
-        name.emplace(bytes.begin(), bytes.end());
-    } else {
-        name = toUtf16(item.nameView());
-        if (!name) return false;
-        name = nfc(*name);
-    }
-    if (request_.filenameOnly) {
-        text = std::move(*name);
-    } else {
-        if (!folder_.text()) return false;
-        text = *folder_.text() + *name;
-    }
-    if (request_.ignoreDiacritics) text = stringByRemovingDiacritics(text);
-    return !text.empty();
-}
-
 bool RankWorker::baseScoreCounts(double score) const {
     if (metadata_ && metadata_->numberOfSearchTerms() > 0 && score == 0.0) return true;
     return fuzzy_.numberOfSearchTerms() == 0 && regex_ && regex_->didExcludingSearchOnly();
@@ -238,9 +231,9 @@ bool RankWorker::baseScoreCounts(double score) const {
 RankWorker::Verdict RankWorker::judgeThoroughly(const fs_item_t& item, IndexSet& indexes) {
     double score = 0;
     if (textTerms_) {
-        if (!textOf(item, text_)) return {};
-        if (regex_ && !regex_->match(text_, indexes, score)) return {};
-        if (!fuzzy_.match(text_, indexes, score)) return {};
+        if (!text_.set(item, folder_)) return {};
+        if (regex_ && !regex_->match(text_.text(), indexes, score)) return {};
+        if (!fuzzy_.match(text_.text(), indexes, score)) return {};
     }
     if (baseScoreCounts(score)) score = baseScore(item, folder_.depth());
     return {.matches = score > 0, .score = score};

@@ -31,60 +31,57 @@ class Scratch {
     std::unique_ptr<T[]> many_;
 };
 
+/// Cheap reasons why a candidate cannot match, before any cell is looked at. candidate: as it is
+/// compared, with a NUL behind it.
+bool isRejected(const char16_t* candidate, size_t length, std::u16string_view filter) {
+    const bool oddFirst = U16_IS_SURROGATE(filter.front());
+    const bool oddLast = U16_IS_SURROGATE(filter.back());
+    const char16_t* found = u_strchr(candidate, filter.front());
+    size_t first = found ? static_cast<size_t>(found - candidate) : 0;
+    size_t last = 0;
+    bool lastFound = false;
+    if (oddLast) {
+        const char16_t unit = filter.back();
+        const char16_t* at = u_strFindLast(candidate, -1, &unit, 1);
+        lastFound = at != nullptr;
+        if (at) last = static_cast<size_t>(at - candidate);
+    } else {
+        for (size_t i = length; i-- > 0 && !lastFound;)
+            if (candidate[i] == filter.back()) {
+                lastFound = true;
+                last = i;
+            }
+    }
+    // ICU does not find half of a pair, so a surrogate alone is no reason to refuse.
+    if (!found) {
+        if (!oddFirst) return true;
+        first = 0;
+        if (!lastFound) last = length - 1;
+    } else if (!lastFound) {
+        if (!oddLast) return true;
+        last = length - 1;
+    } else if (last + 1 < first + filter.size()) {
+        return true;
+    }
+    size_t next = 1;
+    for (size_t p = first + 1; p <= last && next < filter.size(); p++)
+        if (candidate[p] == filter[next]) next++;
+    return next != filter.size();
+}
+
 class Ranking {
   public:
-    Ranking(std::u16string_view candidate, const RankFilter& filter)
+    /// compared: the candidate as it is compared.
+    Ranking(std::u16string_view candidate, const char16_t* compared, const RankFilter& filter)
         : candidate_(candidate),
+          lc_(compared),
           filter_(filter),
           n_(candidate.size()),
           l_(filter.usingFilter.size()),
           lower_(l_),
           upper_(l_),
           cells_((l_ + 1) * n_ + 1),
-          starts_(n_),
-          lc_(n_ + 1) {
-        for (size_t i = 0; i < n_; i++)
-            lc_[i] =
-                filter.unifyCase ? static_cast<char16_t>(u_tolower(candidate[i])) : candidate[i];
-    }
-
-    /// Cheap reasons why it cannot match, before any cell is looked at.
-    bool isRejected() {
-        const std::u16string_view filter = filter_.usingLcFilter;
-        const bool oddFirst = U16_IS_SURROGATE(filter.front());
-        const bool oddLast = U16_IS_SURROGATE(filter.back());
-        const char16_t* found = u_strchr(lc_.data(), filter.front());
-        size_t first = found ? static_cast<size_t>(found - lc_.data()) : 0;
-        size_t last = 0;
-        bool lastFound = false;
-        if (oddLast) {
-            const char16_t unit = filter.back();
-            const char16_t* at = u_strFindLast(lc_.data(), -1, &unit, 1);
-            lastFound = at != nullptr;
-            if (at) last = static_cast<size_t>(at - lc_.data());
-        } else {
-            for (size_t i = n_; i-- > 0 && !lastFound;)
-                if (lc_[i] == filter.back()) {
-                    lastFound = true;
-                    last = i;
-                }
-        }
-        // ICU does not find half of a pair, so a surrogate alone is no reason to refuse.
-        if (!found) {
-            if (!oddFirst) return true;
-            first = 0;
-            if (!lastFound) last = n_ - 1;
-        } else if (!lastFound) {
-            if (!oddLast) return true;
-            last = n_ - 1;
-        } else if (last + 1 < first + l_) {
-            return true;
-        }
-        size_t next = 1;
-        for (size_t p = first + 1; p <= last && next < l_; p++)
-            if (lc_[p] == filter[next]) next++;
-        return next != l_;
-    }
+          starts_(n_) {}
 
     double score(IndexSet* indexes) {
         counts_.wordStarts = markWordStarts(candidate_, starts_.data());
@@ -157,7 +154,7 @@ class Ranking {
             bool used = false;
             for (uint64_t k = p; k < p + length && !used; k++) used = chosen.contains(k);
             if (used) continue;
-            if (starts_[p] && isUpperCaseFilterUnit(filter_.usingFilter[i])) {
+            if (starts_[p] && isUpperCaseUnit(filter_.usingFilter[i])) {
                 for (uint64_t k = p; k < p + length; k++) counts_.wordHits += starts_[k];
                 return {p, length, true};
             }
@@ -197,12 +194,12 @@ class Ranking {
     }
 
     const std::u16string_view candidate_;
+    const char16_t* const lc_;
     const RankFilter& filter_;
     const size_t n_, l_;
     Scratch<uint64_t, 64> lower_, upper_;
     Scratch<uint64_t, 2048> cells_;
     Scratch<uint8_t, 512> starts_;
-    Scratch<char16_t, 512> lc_;
     RankCounts counts_{};
 };
 
@@ -221,6 +218,10 @@ double StringRanker::rankString(std::u16string_view candidate, const RankFilter&
         if (indexesOfMatchedCharacters) indexesOfMatchedCharacters->addRange(0, length);
         return 1;
     }
-    Ranking ranking(candidate, filter);
-    return ranking.isRejected() ? -1 : ranking.score(indexesOfMatchedCharacters);
+    Scratch<char16_t, 512> compared(candidate.size() + 1);
+    for (size_t i = 0; i < candidate.size(); i++)
+        compared[i] =
+            filter.unifyCase ? static_cast<char16_t>(u_tolower(candidate[i])) : candidate[i];
+    if (isRejected(compared.data(), candidate.size(), filter.usingLcFilter)) return -1;
+    return Ranking(candidate, compared.data(), filter).score(indexesOfMatchedCharacters);
 }

@@ -84,20 +84,16 @@ inline unsigned count(const UnitBits256& bits) {
            count(bits.words[3]);
 }
 
-inline bool test(uint64_t bits, unsigned n) {
-    return (bits >> n & 1) != 0;
-}
-inline bool test(UnitBits128 bits, unsigned n) {
+template <class Bits>
+bool test(Bits bits, unsigned n) {
     return (bits >> n & 1) != 0;
 }
 inline bool test(const UnitBits256& bits, unsigned n) {
     return (bits.words[n / 64] >> n % 64 & 1) != 0;
 }
 
-inline void clearLowest(uint64_t& bits) {
-    bits &= bits - 1;
-}
-inline void clearLowest(UnitBits128& bits) {
+template <class Bits>
+void clearLowest(Bits& bits) {
     bits &= bits - 1;
 }
 inline void clearLowest(UnitBits256& bits) {
@@ -109,10 +105,8 @@ inline void clearLowest(UnitBits256& bits) {
 }
 
 /// All bits above the lowest that is set, of which there is one.
-inline uint64_t aboveLowest(uint64_t bits) {
-    return ~(bits ^ (bits - 1));
-}
-inline UnitBits128 aboveLowest(UnitBits128 bits) {
+template <class Bits>
+Bits aboveLowest(Bits bits) {
     return ~(bits ^ (bits - 1));
 }
 inline UnitBits256 aboveLowest(const UnitBits256& bits) {

@@ -60,36 +60,39 @@ void listAncestors(const fs_item_t* item, std::vector<const fs_item_t*>& out) {
     for (; item && item->parent; item = item->parent) out.push_back(item);
 }
 
-std::optional<std::string_view> extensionOf(std::string_view name) {
-    const size_t dot = name.rfind('.');
-    if (dot == std::string_view::npos || dot == 0 || dot + 1 == name.size()) return std::nullopt;
-    return name.substr(dot + 1);
-}
-
 }  // namespace
 
-int fs_item_path_compare(const fs_item_t* a, const fs_item_t* b) {
-    if (a == b) return 0;
+int comparePathsOfItems(const fs_item_t* a, const fs_item_t* b) {
     thread_local std::vector<const fs_item_t*> first, second;
     listAncestors(a, first);
     listAncestors(b, second);
     size_t i = first.size(), j = second.size();
-    for (;;) {
-        if (i == 0) return -1;
-        if (j == 0) return 1;
-        const fs_item_t *x = first[--i], *y = second[--j];
+    for (; i > 0 && j > 0; i--, j--) {
+        const fs_item_t *x = first[i - 1], *y = second[j - 1];
         if (x == y) continue;
         if (const int order = compareNames(x->nameView(), y->nameView())) return order;
     }
+    return (i > 0) - (j > 0);
+}
+
+int fs_item_path_compare(const fs_item_t* a, const fs_item_t* b) {
+    if (a == b) return 0;
+    const int order = comparePathsOfItems(a, b);
+    return order ? order : -1;
 }
 
 int lastPathComponentComperator(const fs_item_t* a, const fs_item_t* b) {
     return compareNames(a->nameView(), b->nameView());
 }
 
+std::string_view extensionOfName(std::string_view name) {
+    const size_t dot = name.rfind('.');
+    return dot == std::string_view::npos || dot == 0 ? std::string_view() : name.substr(dot + 1);
+}
+
 int filenameExtensionComperator(const fs_item_t* a, const fs_item_t* b) {
-    const auto x = extensionOf(a->nameView()), y = extensionOf(b->nameView());
-    if (!x) return -1;
-    if (!y) return 1;
-    return compareNames(*x, *y);
+    const auto x = extensionOfName(a->nameView()), y = extensionOfName(b->nameView());
+    if (x.empty()) return -1;
+    if (y.empty()) return 1;
+    return compareNames(x, y);
 }

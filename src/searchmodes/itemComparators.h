@@ -1,4 +1,5 @@
 #pragma once
+#include <string_view>
 
 struct fs_item_t;
 
@@ -9,6 +10,10 @@ struct fs_item_t;
 /// Component by component from the root down. An ancestor comes before what is below it.
 /// Kept: two different items whose paths differ in case alone each come before the other.
 int fs_item_path_compare(const fs_item_t* a, const fs_item_t* b);
+/// The same, but 0 for these.
+int comparePathsOfItems(const fs_item_t* a, const fs_item_t* b);
 int lastPathComponentComperator(const fs_item_t* a, const fs_item_t* b);
 /// By what stands behind the last dot; an item without an extension comes first.
 int filenameExtensionComperator(const fs_item_t* a, const fs_item_t* b);
+/// Without the dot; empty where there is none, as in ".profile" and "name.".
+std::string_view extensionOfName(std::string_view name);

@@ -1,4 +1,6 @@
 #pragma once
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 /// What the choice of runs found out about a match. Not initialised: made for each candidate.
@@ -24,3 +26,10 @@ inline double rankScore(uint64_t filterLength, uint64_t candidateLength, const R
     if (counts.wordStarts) s = (w / t) / (d * 4) + s;
     return (l / n) / (d * 8) + s;
 }
+
+/// For rough scores: 1 / n.
+inline constexpr auto kInverses = [] {
+    std::array<double, 256> inverses{};
+    for (size_t i = 1; i < inverses.size(); i++) inverses[i] = 1.0 / static_cast<double>(i);
+    return inverses;
+}();

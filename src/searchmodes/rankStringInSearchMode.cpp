@@ -1,6 +1,7 @@
 #include "searchmodes/rankStringInSearchMode.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "searchmodes/RankWorker.h"
 #include "util/log.h"
@@ -12,18 +13,35 @@ constexpr uint64_t kFewestItemsAWorker = 5000;
 
 using Workers = std::vector<std::unique_ptr<RankWorker>>;
 
-match_array_t makeRows(Workers& workers, const RankRequest& request) {
-    std::vector<std::pair<RankedItem, RankWorker*>> all;
-    for (auto& worker : workers)
-        for (const RankedItem& item : worker->best()) all.emplace_back(item, worker.get());
-    const auto before = [](const auto& a, const auto& b) { return ranksBefore(a.first, b.first); };
-    const size_t kept = std::min<uint64_t>(request.limit, all.size());
-    std::partial_sort(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(kept), all.end(),
-                      before);
+/// Merges what the workers kept, which each has in the order of the rows. Nothing: aborted.
+std::optional<match_array_t> makeRows(Workers& workers, const RankRequest& request) {
+    struct Cursor {
+        RankWorker* worker;
+        size_t next = 0;
+        const RankedItem& item() const { return worker->best()[next]; }
+    };
+    std::vector<Cursor> cursors;
+    size_t kept = 0;
+    for (const auto& worker : workers) {
+        if (!worker->best().empty()) cursors.push_back({worker.get()});
+        kept += worker->best().size();
+    }
+    kept = std::min<uint64_t>(request.limit, kept);
+    const RowOrder order = workers.front()->order();
+    const auto later = [&](const Cursor& a, const Cursor& b) { return order(b.item(), a.item()); };
+    std::make_heap(cursors.begin(), cursors.end(), later);
     match_array_t rows;
     rows.reserve(kept);
-    for (size_t i = 0; i < kept && !request.isAborted(); i++)
-        rows.push_back(all[i].second->makeMatch(all[i].first));
+    while (rows.size() < kept) {
+        if (request.isAborted()) return std::nullopt;
+        std::pop_heap(cursors.begin(), cursors.end(), later);
+        Cursor& first = cursors.back();
+        rows.push_back(first.worker->makeMatch(first.item()));
+        if (++first.next < first.worker->best().size())
+            std::push_heap(cursors.begin(), cursors.end(), later);
+        else
+            cursors.pop_back();
+    }
     return rows;
 }
 
@@ -52,26 +70,30 @@ std::optional<match_array_t> rankStringInSearchMode(const ReadSection& section, 
           static_cast<unsigned long long>(items.size()), static_cast<int>(ranges.size()),
           static_cast<unsigned long long>(ranges.front().length));
     Workers workers(ranges.size());
-    OperationQueue queue("searchWorkerQ", static_cast<unsigned>(ranges.size()),
-                         Qos::userInteractive);
-    for (size_t k = 0; k < ranges.size() && !request.isAborted(); k++)
-        queue.addBlock([&, k] {
-            logIf(processFlags.debugSearch, Debug, "%d: Processing records %llu - %llu from %llu",
-                  static_cast<int>(k), static_cast<unsigned long long>(ranges[k].location),
-                  static_cast<unsigned long long>(ranges[k].location + ranges[k].length),
-                  static_cast<unsigned long long>(items.size()));
-            workers[k] = std::make_unique<RankWorker>(request, items, masks);
-            workers[k]->rank(ranges[k]);
-        });
-    queue.waitUntilAllOperationsAreFinished();
-    if (request.isAborted()) {
+    std::atomic<size_t> finished = 0;
+    {
+        OperationQueue queue("searchWorkerQ", static_cast<unsigned>(ranges.size()),
+                             Qos::userInteractive);
+        for (size_t k = 0; k < ranges.size() && !request.isAborted(); k++)
+            queue.addBlock([&, k] {
+                logIf(processFlags.debugSearch, Debug,
+                      "%d: Processing records %llu - %llu from %llu", static_cast<int>(k),
+                      static_cast<unsigned long long>(ranges[k].location),
+                      static_cast<unsigned long long>(ranges[k].location + ranges[k].length),
+                      static_cast<unsigned long long>(items.size()));
+                workers[k] = std::make_unique<RankWorker>(request, items, masks);
+                if (workers[k]->rank(ranges[k])) finished++;
+            });
+        queue.waitUntilAllOperationsAreFinished();
+    }
+    std::optional<match_array_t> rows;
+    if (finished == ranges.size() && !request.isAborted()) rows = makeRows(workers, request);
+    if (!rows) {
         logIf(processFlags.debugSearch, Debug, "Search aborted");
         return std::nullopt;
     }
     for (const auto& worker : workers) totalMatches += static_cast<int64_t>(worker->total());
-    match_array_t rows = makeRows(workers, request);
-    if (request.isAborted()) return std::nullopt;
     logIf(processFlags.debugSearch, Debug, "Found %lu matching items",
-          static_cast<unsigned long>(rows.size()));
+          static_cast<unsigned long>(rows->size()));
     return rows;
 }

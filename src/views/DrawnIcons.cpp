@@ -3,7 +3,6 @@
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
-#include <array>
 
 namespace {
 
@@ -93,7 +92,7 @@ struct Kind {
 };
 
 // The names follow the freedesktop icon naming rules: a media type with dashes, or a generic name.
-constexpr std::array kKinds = {
+constexpr Kind kKinds[] = {
     Kind{"image-", landscape, 158, 165},
     Kind{"audio-", note, 292, 120},
     Kind{"video-", film, 268, 130},

@@ -208,6 +208,36 @@ TEST_F(FSScannerTest, ProjectIsScannedByItsFoldersAndTheGlobalRules) {
     EXPECT_EQ(scanProject(scanner, Project(), {.cache = cache}), ScanEnd::complete);
 }
 
+TEST_F(FSScannerTest, JobThatHangsIsLeftBehind) {
+    folder.file("f");
+    std::atomic<bool> hanging = false, answers = false;
+    Relaxed<int64_t> scanned = 0;
+    scanner.setSearchModeActive(true);
+    const LogOf log;
+    std::thread scanning([&] {
+        scan([&](ScanRequest& request) {
+            request.performBlock = [&] {
+                hanging = true;
+                while (!answers) std::this_thread::yield();
+            };
+            request.every = 1;
+            request.scanned = &scanned;
+        });
+    });
+    while (!hanging) std::this_thread::yield();
+    const OperationQueue* queue = &scanner.scanDirectoryQ();
+    scanner.abortScan();
+    scanning.join();
+    EXPECT_NE(&scanner.scanDirectoryQ(), queue);
+    EXPECT_TRUE(log.holds("are left behind"));
+    cache->removePath(FileURL("/"), 0);
+    scan();
+    EXPECT_TRUE(has("f"));
+    answers = true;
+    while (!queue->isIdle()) std::this_thread::yield();
+    scan();  // forgets the queue
+}
+
 // Long after the first job of the last folder is over: what is there is a part all the same.
 TEST_F(FSScannerTest, ScanThatIsEndedNearItsEndIsNotComplete) {
     folder.file("a/f");

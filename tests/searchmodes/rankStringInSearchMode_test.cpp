@@ -87,6 +87,17 @@ TEST_F(Ranking, GivesWhatThePlainestWayGives) {
                 }
 }
 
+TEST_F(Ranking, DoesNotDependOnTheNumberOfWorkers) {
+    addRandomItems(21000);
+    for (const unsigned threads : {1u, 2u, 3u, 4u})
+        for (const bool filenameOnly : {true, false}) {
+            RankRequest request{.searchString = u"bm"};
+            request.filenameOnly = filenameOnly;
+            request.numberOfThreads = threads;
+            EXPECT_EQ(compare(request), "") << threads << " workers";
+        }
+}
+
 TEST_F(Ranking, ShowsTheKindsThatAreWanted) {
     cache_.add("/x", ITEM_DIRECTORY);
     cache_.add("/x/xfile.c", ITEM_FILE);
@@ -178,6 +189,32 @@ TEST_F(Ranking, AnAbortedSearchHasNoResult) {
     RankRequest request{.searchString = u"a"};
     request.abortSearch = &abort;
     EXPECT_FALSE(rank(request).rows.has_value());
+}
+
+TEST_F(Ranking, AnAbortEndsAtTheNextItem) {
+    addRandomItems(100);
+    struct Aborting : RegexEngine {
+        Aborting(Relaxed<bool>& flag, int& count) : abort(flag), matched(count) {}
+        size_t numberOfSearchTerms() const override { return 1; }
+        bool didExcludingSearchOnly() const override { return true; }
+        bool match(std::u16string_view, IndexSet&, double&) override {
+            abort = ++matched == 50;
+            return true;
+        }
+        Relaxed<bool>& abort;
+        int& matched;
+    };
+    Relaxed<bool> abort = false;
+    int matched = 0;
+    RankRequest request{.searchString = u"-x"};
+    request.abortSearch = &abort;
+    request.makeRegexEngine = [&](std::u16string_view) {
+        return std::make_unique<Aborting>(abort, matched);
+    };
+    const Found found = rank(request);
+    EXPECT_FALSE(found.rows.has_value());
+    EXPECT_EQ(found.total, 0);
+    EXPECT_EQ(matched, 50);
 }
 
 TEST(workerRanges, LeaveEachWorkerFiveThousandItems) {
