@@ -73,13 +73,13 @@ class FSScanner {
                                                          Relaxed<bool>& abort);
 
   private:
-    Relaxed<bool> isAborting_ = false;
-    Relaxed<uint64_t> abortCount_ = 0;
-    Relaxed<bool> searchModeActive_ = false;
     std::shared_ptr<ProjectFolderScan> beginScan(ScanRequest request);
     void leaveBehind(const OperationQueue& queue);
     void forgetWhatHasEnded();
 
+    Relaxed<bool> isAborting_ = false;
+    Relaxed<uint64_t> abortCount_ = 0;
+    Relaxed<bool> searchModeActive_ = false;
     std::mutex mutex_;
     std::vector<std::weak_ptr<ProjectFolderScan>> scans_;
     std::unique_ptr<OperationQueue> scanDirectoryQ_;

@@ -44,7 +44,7 @@ bool equalName(const char* key, std::string_view name) {
 }
 
 size_t bucketBytes(uint64_t capacity) {
-    return capacity * sizeof(HashMapEntry*);
+    return capacity * sizeof(void*);
 }
 
 HashMapEntry** newBuckets(ItemPool::Lane& lane, uint64_t capacity) {

@@ -6,8 +6,8 @@ class WriteSection;
 struct fs_item_t;
 
 /// What a Cache must tell those above it, from inside its exclusive sections, and the one thing it
-/// asks of them. Implemented by Search mode and Marked Items mode together; tests and the console
-/// have their own.
+/// asks of them, outside of sections. Implemented by Search mode and Marked Items mode together;
+/// tests and the console have their own.
 class IndexObserver {
   public:
     virtual ~IndexObserver() = default;

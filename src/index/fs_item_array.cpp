@@ -8,7 +8,7 @@ namespace {
 constexpr uint64_t kFirstCapacity = 1024;
 
 bool resize(fs_item_array_t& array, uint64_t capacity) {
-    void* items = std::realloc(array.items, capacity * sizeof(fs_item_t*));
+    void* items = std::realloc(array.items, capacity * sizeof(void*));
     if (!items) return false;
     array.items = static_cast<fs_item_t**>(items);
     array.capacity = capacity;

@@ -1,11 +1,13 @@
 #include "index/FSScanner.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 
 #include <thread>
 
 #include "datatypes/Project.h"
 #include "index/IndexTestSupport.h"
+#include "index/RuleSubject.h"
 #include "index/scanProject.h"
 
 namespace {
@@ -162,6 +164,31 @@ TEST_F(FSScannerTest, PathsLongerThanAPathMayBeAreReached) {
     EXPECT_NE(find(url.appending("end")), nullptr);
 }
 
+TEST_F(FSScannerTest, FewFoldersAreOpenHoweverManyWait) {
+    std::string path;
+    for (int depth = 0; depth < 400; depth++) {
+        path += "d/";
+        folder.folder(path + "waits");
+    }
+    folder.file(path + "end");
+    Relaxed<int64_t> scanned = 0, mostOpen = 0;
+    scanner.setSearchModeActive(true);
+    scan([&](ScanRequest& request) {
+        request.performBlock = [&] {
+            int64_t open = 0;
+            DIR* handles = opendir("/proc/self/fd");
+            while (readdir(handles)) open++;
+            closedir(handles);
+            if (open > mostOpen) mostOpen = open;
+        };
+        request.every = 1;
+        request.scanned = &scanned;
+    });
+    EXPECT_NE(find(folder.at(path + "end")), nullptr);
+    EXPECT_GT(mostOpen, 100);
+    EXPECT_LT(mostOpen, 300);
+}
+
 TEST_F(FSScannerTest, AbortEndsTheScanAndWhatWaitsForIt) {
     for (int i = 0; i < 300; i++) folder.file(std::to_string(i) + "/a/b/f");
     std::atomic<bool> started = false;
@@ -253,6 +280,19 @@ TEST_F(FSScannerTest, ScanThatIsEndedNearItsEndIsNotComplete) {
     });
     scanning.join();
     aborting.join();
+}
+
+TEST(RuleSubject, BeginsWithASlashAlsoInTheRoot) {
+    RuleSubject inRoot("/", "/"), below("/", "/usr"), own("/a/b", "/a/b");
+    inRoot.setName("bin");
+    EXPECT_EQ(inRoot.path(), u"/bin");
+    below.setName("e\u0301");
+    EXPECT_EQ(below.path(), u"/usr/\u00E9");
+    EXPECT_EQ(below.lastPathComponentOffset(), 5u);
+    below.setName("b\xFF");
+    EXPECT_EQ(below.path(), u"/usr/b\uFFFD");
+    own.setName("c");
+    EXPECT_EQ(own.path(), u"/c");
 }
 
 TEST_F(FSScannerTest, SubdirectoriesAreListedByKind) {

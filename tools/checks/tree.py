@@ -1,5 +1,6 @@
 """The project's files, as the checks see them."""
 import os
+import shutil
 import subprocess
 from typing import NamedTuple
 
@@ -22,12 +23,12 @@ class Tree:
         self._texts = {}
 
     def _listed(self):
-        git = ["git", "-C", self.top]
-        found = subprocess.run([*git, "rev-parse", "--show-prefix"], capture_output=True, text=True)
-        if found.returncode == 0 and found.stdout.strip() == "":
-            command = [*git, "ls-files", "-z", "--cached", "--others", "--exclude-standard"]
-            listed = subprocess.run(command, capture_output=True, check=True).stdout
-            return set(os.fsdecode(listed).split("\0")) - {""}
+        command = ["git", "-C", self.top, "ls-files", "-z", "--cached", "--others",
+                   "--exclude-standard"]
+        if os.path.exists(self.path(".git")) and shutil.which("git"):
+            listed = subprocess.run(command, capture_output=True)
+            if listed.returncode == 0:
+                return set(os.fsdecode(listed.stdout).split("\0")) - {""}
         return self._walked()
 
     def _walked(self):
