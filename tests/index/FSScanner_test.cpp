@@ -190,7 +190,7 @@ TEST_F(FSScannerTest, FewFoldersAreOpenHoweverManyWait) {
 }
 
 TEST_F(FSScannerTest, AbortEndsTheScanAndWhatWaitsForIt) {
-    for (int i = 0; i < 300; i++) folder.file(std::to_string(i) + "/a/b/f");
+    for (int i = 0; i < 100; i++) folder.file(std::to_string(i) + "/a/b/f");
     std::atomic<bool> started = false;
     std::thread scanning([&] {
         scanner.setSearchModeActive(true);
@@ -204,7 +204,7 @@ TEST_F(FSScannerTest, AbortEndsTheScanAndWhatWaitsForIt) {
             request.every = 1;
             request.scanned = &scanned;
         });
-        EXPECT_LT(scanned, 1200);
+        EXPECT_LT(scanned, 400);
     });
     while (!started) std::this_thread::yield();
     scanner.abortScan();
