@@ -69,6 +69,10 @@ build() {
         elif [ ! -e "$folder/build.ninja" ] || [ CMakePresets.json -nt "$folder/build.ninja" ]; then
             quietly cmake --preset "$preset"
         fi
-        if [ -t 2 ]; then ninja -C "$folder" "$@" >&2; else ninja --quiet -C "$folder" "$@" >&2; fi
+        if [ -t 2 ]; then
+            ninja -C "$folder" "$@" >&2
+        else
+            ninja --quiet -C "$folder" "$@" 2>&1 | sed -u '/^ninja: no work to do\.$/d' >&2
+        fi
     ) 9>"$folder/.lock"
 }
