@@ -2,6 +2,7 @@
 option(BUILD_TESTING "Build the tests" ON)
 option(TROVAST_BENCH "Build the benchmarks" OFF)
 option(TROVAST_FUZZ "Build the fuzz targets; needs clang" OFF)
+# Measured: 2 % off a key stroke, nothing off a scan, a minute more for every link. So: off.
 option(TROVAST_LTO "Optimize across files when linking" OFF)
 set(TROVAST_SANITIZE "" CACHE STRING "Value of -fsanitize=, or nothing")
 
