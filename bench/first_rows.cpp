@@ -5,20 +5,11 @@
 #include <cstdio>
 #include <thread>
 
-#include "core/app/AppDelegate.h"
-#include "platform/FileTypes.h"
-#include "support/FakeScreen.h"
+#include "AppSession.h"
 #include "support/TemporaryFolder.h"
 #include "util/Unicode.h"
-#include "util/World.h"
-#include "util/log.h"
 
 namespace {
-
-struct PlainTypes : FileTypes {
-    bool isFilePackageAtPath(const FileURL&) const override { return false; }
-    std::string iconNameForItem(const FileURL&, uint8_t) const override { return {}; }
-};
 
 double now() {
     return std::chrono::duration<double, std::milli>(
@@ -31,32 +22,27 @@ double now() {
 int main(int argc, char** argv) {
     if (argc < 2) return 2;
     const TemporaryFolder outside;
-    const Folders folders{.home = FileURL(argv[1]),
-                          .configuration = outside.at("config"),
-                          .state = outside.at("state")};
-    World world;
-    openSettingsAndLog(folders);
-    FakeWindow window;
-    FakeField field;
-    FakeTable table;
-    FakeInfoBar infoBar;
-    RecordingApplications applications;
-    RecordingFrontmost frontmost;
-    const PlainTypes types;
-    AppDelegate app({window, field, table, infoBar}, {applications, types, &frontmost}, folders);
     const double start = now();
-    app.launch();
-    app.showMainWindow();
+    AppSession session({.home = outside.url(),
+                        .settings = {{"currentProject",
+                                      {{"uuid", argv[1]},
+                                       {"name", argv[1]},
+                                       {"enabled", true},
+                                       {"matchFilenameOnly", true},
+                                       {"folders", {{{"path", argv[1]}}}}}}},
+                        .followsDisk = false});
+    session.app().window().showMainWindow();
     const double launched = now();
-    field.type(toUtf16Lenient(argc > 2 ? argv[2] : "main"));
+    SimulatedScreen& screen = session.screen();
+    screen.field.type(toUtf16Lenient(argc > 2 ? argv[2] : "main"));
     double read = 0, shown = 0;
     bool scanRan = false;
     while (shown == 0 && now() - start < 30000) {
-        world.mainQueue().runPending();
+        session.world().mainQueue().runPending();
         if (read == 0 && TRVSearchMode::sharedInstance().scannedCount() >= 5000) read = now();
-        if (table.data->numberOfRows() > 0) {
-            scanRan = infoBar.busy;
-            table.data->row(0);
+        if (screen.table.numberOfRows() > 0) {
+            scanRan = screen.infoBar.scanning;
+            (void)screen.table.row(0);
             shown = now();
         }
         std::this_thread::sleep_for(std::chrono::microseconds(200));
@@ -64,6 +50,5 @@ int main(int argc, char** argv) {
     if (read == 0) read = shown;  // rows came before so many were read
     std::printf("launch_ms=%.1f first_5000_ms=%.1f rows_after_ms=%.1f scan_ran=%d\n",
                 launched - start, read - start, shown - read, scanRan);
-    logging::close();
     return 0;
 }

@@ -1,11 +1,14 @@
 #include "core/CoreModeHost.h"
 
+#include "core/HidingGuard.h"
+#include "core/ModeSwitcher.h"
+#include "core/ProjectSwitcher.h"
 #include "core/ResultTableController.h"
 #include "core/ScanRefresh.h"
+#include "core/SearchFieldController.h"
+#include "core/UserMessages.h"
 #include "core/state/GlobalState.h"
-
-CoreModeHost::CoreModeHost(const Views& views, UserMessages& messages)
-    : views_(views), messages_(messages) {}
+#include "util/log.h"
 
 TRVMode* CoreModeHost::currentMode() const {
     return GlobalState::sharedInstance().currentMode();
@@ -16,31 +19,80 @@ void CoreModeHost::searchInBackgroundForceBlockExecution(ForceBlock force, Searc
 }
 
 void CoreModeHost::reloadInBackgroundAnimated(bool animated) {
+    logIf(processFlags.debugSearch, Debug, "Search triggered (reloadInBackground)");
     searchInBackgroundForceBlockExecution(ForceBlock::no, [this, animated](ChangedRows rows) {
         MainQueue::async([this, animated, rows = std::move(rows)] {
-            tableController_->applyDiffableDataSourceSnapshotAnimated(animated, rows);
-            tableController_->adjustWindowHeight();
             // The mode that is on screen now, which need not be the one that was searched.
-            if (TRVMode* mode = currentMode()) mode->resultSetReloaded();
+            TRVMode* mode = currentMode();
+            if (!mode) return;
+            mode->updateNumberOfAdditionalRows();
+            applyDiffableDataSourceSnapshotAnimated(animated, rows);
+            adjustWindowHeight();
+            mode->resultSetReloaded();
         });
     });
+}
+
+void CoreModeHost::activateMode(TRVMode& mode) {
+    parts_->modeSwitcher.activateMode(mode);
+}
+
+size_t CoreModeHost::numberOfRows() const {
+    return parts_->table.numberOfRows();
+}
+
+size_t CoreModeHost::maxNumberOfRows() const {
+    return static_cast<size_t>(GlobalState::sharedInstance().maxNumberOfRows());
+}
+
+void CoreModeHost::applyDiffableDataSourceSnapshotAnimated(bool animated,
+                                                           const ChangedRows& forRows) {
+    parts_->table.applyDiffableDataSourceSnapshotAnimated(animated, forRows);
+}
+
+void CoreModeHost::adjustWindowHeight() {
+    parts_->table.adjustWindowHeight();
 }
 
 void CoreModeHost::updateTextsOfCurrentMode() {
     TRVMode* mode = currentMode();
     if (!mode) return;
     views_.field.setPlaceholder(mode->searchFieldPlaceholderText());
-    messages_.setRestingText(mode->infoString(), mode->infoTooltip());
+    parts_->messages.setRestingText(mode->infoString(), mode->infoTooltip());
+}
+
+void CoreModeHost::updateSearchFieldWithEmptySearchString() {
+    parts_->field.updateSearchFieldWithEmptySearchString();
+}
+
+void CoreModeHost::startSearchAnimation() {
+    views_.infoBar.setSearching(true);
+}
+
+void CoreModeHost::stopSearchAnimation() {
+    views_.infoBar.setSearching(false);
 }
 
 void CoreModeHost::startScanAnimation() {
-    views_.infoBar.setBusy(true);
-    scanRefresh_->start();
+    views_.infoBar.setScanning(true);
+    parts_->scanRefresh.start();
     updateTextsOfCurrentMode();
 }
 
 void CoreModeHost::stopScanAnimation() {
-    views_.infoBar.setBusy(false);
-    scanRefresh_->stop();
+    views_.infoBar.setScanning(false);
+    parts_->scanRefresh.stop();
     updateTextsOfCurrentMode();
+}
+
+size_t CoreModeHost::askPreventingHiding(const Alert& alert) {
+    size_t button = 0;
+    parts_->guard.performBlockPreventingHiding(
+        [&] { button = views_.alerts.runModal(alert).button; });
+    parts_->field.focusOnSearchField();
+    return button;
+}
+
+void CoreModeHost::makeCurrentProject(std::shared_ptr<const Project> project) {
+    parts_->projectSwitcher.makeCurrentProject(std::move(project));
 }

@@ -1,14 +1,21 @@
 #pragma once
-#include "core/UserMessages.h"
 #include "modes/framework/ModeHost.h"
+#include "platform/Appearance.h"
+#include "screen/Alerts.h"
+#include "screen/InfoBarView.h"
 #include "screen/ResultTableView.h"
 #include "screen/SearchFieldView.h"
 #include "screen/WindowView.h"
 
+class HidingGuard;
+class ModeSwitcher;
+class ProjectSwitcher;
 class ResultTableController;
 class ScanRefresh;
+class SearchFieldController;
+class UserMessages;
 
-/// What the modes ask of the application, answered by the window, the table and GlobalState.
+/// What the modes ask of the application, answered by its parts.
 /// Owner:   AppDelegate.
 class CoreModeHost : public ModeHost {
   public:
@@ -17,26 +24,46 @@ class CoreModeHost : public ModeHost {
         SearchFieldView& field;
         ResultTableView& table;
         InfoBarView& infoBar;
+        Alerts& alerts;
     };
-    CoreModeHost(const Views& views, UserMessages& messages);
-    /// The table's controller needs the host's views first. scanRefresh runs while a scan does.
-    void join(ResultTableController& controller, ScanRefresh& scanRefresh) {
-        tableController_ = &controller;
-        scanRefresh_ = &scanRefresh;
-    }
+    /// The parts that need the host themselves.
+    struct Parts {
+        UserMessages& messages;
+        ResultTableController& table;
+        SearchFieldController& field;
+        ScanRefresh& scanRefresh;
+        HidingGuard& guard;
+        ModeSwitcher& modeSwitcher;
+        ProjectSwitcher& projectSwitcher;
+    };
+    CoreModeHost(const Views& views, const Appearance& appearance)
+        : views_(views), appearance_(appearance) {}
+    void join(const Parts& parts) { parts_.emplace(parts); }
 
     TRVMode* currentMode() const override;
+    bool isMainWindowVisible() const override { return views_.window.isVisible(); }
+    bool isDark() const override { return appearance_.isDark(); }
     void searchInBackgroundForceBlockExecution(ForceBlock force, SearchBlock block) override;
     void reloadInBackgroundAnimated(bool animated) override;
-    bool isMainWindowVisible() const override { return views_.window.isVisible(); }
+    void activateMode(TRVMode& mode) override;
     ResultTableView& resultTable() override { return views_.table; }
+    size_t numberOfRows() const override;
+    size_t maxNumberOfRows() const override;
+    void applyDiffableDataSourceSnapshotAnimated(bool animated,
+                                                 const ChangedRows& forRows) override;
+    void adjustWindowHeight() override;
     void updateTextsOfCurrentMode() override;
+    void updateSearchFieldWithEmptySearchString() override;
+    void startSearchAnimation();
+    void stopSearchAnimation() override;
     void startScanAnimation() override;
     void stopScanAnimation() override;
+    void setActionModeForAnimation(bool) override {}
+    size_t askPreventingHiding(const Alert& alert) override;
+    void makeCurrentProject(std::shared_ptr<const Project> project) override;
 
   private:
     const Views views_;
-    UserMessages& messages_;
-    ResultTableController* tableController_ = nullptr;
-    ScanRefresh* scanRefresh_ = nullptr;
+    const Appearance& appearance_;
+    std::optional<Parts> parts_;
 };

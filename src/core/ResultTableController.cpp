@@ -8,14 +8,23 @@
 #include "util/log.h"
 
 namespace {
+
 constexpr size_t kFetchedRows = 32;  // a screenful and some
+
+std::string listOf(const std::vector<size_t>& rows) {
+    std::string text;
+    for (const size_t row : rows) text += (text.empty() ? "" : ", ") + std::to_string(row);
+    return text;
 }
 
-ResultTableController::ResultTableController(ResultTableView& table, WindowView& window)
-    : table_(table), window_(window) {}
+}  // namespace
+
+ResultTableController::ResultTableController(ResultTableView& table, WindowView& window,
+                                             ModeHost& host)
+    : table_(table), window_(window), host_(host) {}
 
 size_t ResultTableController::numberOfRows() const {
-    TRVMode* mode = GlobalState::sharedInstance().currentMode();
+    TRVMode* mode = host_.currentMode();
     if (!mode) return 0;
     // An empty field shows an empty table, whatever the last result was.
     if (mode->identifier() == kSearchMode && mode->searchString().empty()) return 0;
@@ -24,7 +33,7 @@ size_t ResultTableController::numberOfRows() const {
 
 RowContent ResultTableController::row(size_t row) const {
     if (row < firstContent_ || row >= firstContent_ + contents_.size()) {
-        TRVMode* mode = GlobalState::sharedInstance().currentMode();
+        TRVMode* mode = host_.currentMode();
         if (!mode) return {};
         firstContent_ = row > kFetchedRows / 4 ? row - kFetchedRows / 4 : 0;
         contents_ = mode->rowContents(firstContent_, kFetchedRows);
@@ -33,16 +42,28 @@ RowContent ResultTableController::row(size_t row) const {
     return contents_[row - firstContent_];
 }
 
-void ResultTableController::applyDiffableDataSourceSnapshotAnimated(bool, const ChangedRows& rows) {
+double ResultTableController::heightOfRow() const {
+    TRVMode* mode = host_.currentMode();
+    if (!processFlags.processMetadata || !mode) return WindowGeometry::kRowHeight;
+    return WindowGeometry::kRowHeight +
+           WindowGeometry::kLineHeight * static_cast<double>(mode->numberOfAdditionalRows());
+}
+
+void ResultTableController::applyDiffableDataSourceSnapshotAnimated(bool,
+                                                                    const ChangedRows& forRows) {
+    resultTableViewReloadDataInProgress_ = true;
     contents_.clear();
-    if (rows) {
-        logIf(processFlags.debugSearch, Debug, "Reloading changed rows of result table");
-        table_.reloadRows(*rows);
+    table_.setRowHeight(heightOfRow());
+    if (forRows) {
+        logIf(processFlags.debugSearch, Debug, "Reloading changed rows %s of result table",
+              listOf(*forRows).c_str());
+        table_.reloadRows(*forRows);
     } else {
         logIf(processFlags.debugSearch, Debug, "Performing complete reload of result table");
         table_.reloadData();
     }
-    if (reloaded_) reloaded_();
+    resultTableViewReloadDataInProgress_ = false;
+    if (reloaded_) reloaded_(forRows);
 }
 
 void ResultTableController::adjustWindowHeight() {
@@ -50,13 +71,38 @@ void ResultTableController::adjustWindowHeight() {
     GlobalState& state = GlobalState::sharedInstance();
     const bool maximized = state.maximized().value();
     const auto rows = static_cast<long>(numberOfRows());
-    const double rowHeight = rows < 1 ? 0 : WindowGeometry::kRowHeight;
-    const Rect screen = window_.screenFrame();
+    const double rowHeight = rows < 1 ? 0 : heightOfRow();
     const long limit = WindowGeometry::rowLimit(maximized, window_.visibleScreenFrame(), rowHeight);
     state.setMaxNumberOfRows(limit);
+    resultTableViewResizeInProgress_ = true;
     table_.setHasVerticalScroller(rows > limit);
-    Rect frame = window_.frame();
-    if (maximized) frame.y = screen.y + screen.height - frame.height;
-    const double height = WindowGeometry::heightForRows(std::min(rows, limit), rowHeight);
-    window_.setFrame(WindowGeometry::withHeight(frame, height), true);
+    MainQueue::async([this, rows, limit, rowHeight, maximized] {
+        Rect frame = window_.frame();
+        if (maximized) {
+            const Rect screen = window_.screenFrame();
+            frame.y = screen.y + screen.height - frame.height;
+        }
+        const double height = WindowGeometry::heightForRows(std::min(rows, limit), rowHeight);
+        window_.setFrame(WindowGeometry::withHeight(frame, height), true,
+                         [this] { resultTableViewResizeInProgress_ = false; });
+        if (TRVMode* mode = host_.currentMode()) mode->windowHeightUpdated();
+    });
+}
+
+void ResultTableController::tableViewSelectionDidChange() {
+    TRVMode* mode = host_.currentMode();
+    if (!mode || mode->restoreSelectionInProgress() || resultTableViewReloadDataInProgress_) return;
+    std::vector<size_t> previous{0};
+    if (const auto& old = mode->selection())
+        previous = {old->selectedRowIndexes.begin(), old->selectedRowIndexes.end()};
+    mode->saveSelection();
+    if (auto& saved = mode->selection()) saved->pathSelection.reset();
+    mode->selectionDidChangeFrom(previous, table_.selectedRows());
+    host_.updateTextsOfCurrentMode();
+}
+
+void ResultTableController::clipViewBoundsDidChange() {
+    if (resultTableViewResizeInProgress_) return;
+    TRVMode* mode = host_.currentMode();
+    if (mode && mode->selection()) mode->selection()->clipOrigin = table_.clipOrigin();
 }

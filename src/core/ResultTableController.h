@@ -1,32 +1,43 @@
 #pragma once
+#include <functional>
 #include <vector>
 
-#include "modes/framework/TRVMode.h"
+#include "modes/framework/ModeHost.h"
 #include "screen/ResultTableView.h"
 #include "screen/WindowView.h"
 
-/// The rows of the current mode in the result table, and the height of the window that follows from
-/// their number.
+/// The rows of the current mode in the result table, what the user selects there, and the height
+/// of the window that follows from the number of rows.
 /// Owner:   AppDelegate. Threads: main.
 class ResultTableController : public ResultTableData {
   public:
-    ResultTableController(ResultTableView& table, WindowView& window);
+    ResultTableController(ResultTableView& table, WindowView& window, ModeHost& host);
 
     // ResultTableData
     size_t numberOfRows() const override;
     RowContent row(size_t row) const override;
 
+    double heightOfRow() const;
     /// Draws the rows again that changed, or all.
-    void applyDiffableDataSourceSnapshotAnimated(bool animated, const ChangedRows& rows);
+    void applyDiffableDataSourceSnapshotAnimated(bool animated, const ChangedRows& forRows);
     /// As high as the rows need, the top edge where it was.
     void adjustWindowHeight();
+    /// By the user's or the program's doing: the mode's selection follows.
+    void tableViewSelectionDidChange();
+    /// The mode's scroll position follows.
+    void clipViewBoundsDidChange();
     /// Called after each reload; for whoever watches what is shown.
-    void setReloadedBlock(std::function<void()> block) { reloaded_ = std::move(block); }
+    void setReloadedBlock(std::function<void(const ChangedRows&)> block) {
+        reloaded_ = std::move(block);
+    }
 
   private:
     ResultTableView& table_;
     WindowView& window_;
-    std::function<void()> reloaded_;
+    ModeHost& host_;
+    std::function<void(const ChangedRows&)> reloaded_;
+    bool resultTableViewReloadDataInProgress_ = false;
+    bool resultTableViewResizeInProgress_ = false;
     // The rows that were asked for last: the table asks row by row, a mode answers a screenful in
     // one section.
     mutable std::vector<RowContent> contents_;

@@ -1,51 +1,96 @@
 #include "core/SearchFieldController.h"
 
 #include "core/ResultTableController.h"
+#include "screen/InfoBarView.h"
 #include "util/Unicode.h"
+#include "util/log.h"
 #include "util/queues/MainQueue.h"
 
-SearchFieldController::SearchFieldController(SearchFieldView& field, ModeHost& host,
-                                             ResultTableController& table)
-    : field_(field), host_(host), table_(table) {}
+SearchFieldController::SearchFieldController(SearchFieldView& field, InfoBarView& infoBar,
+                                             ModeHost& host, ResultTableController& table)
+    : field_(field), infoBar_(infoBar), host_(host), table_(table) {}
+
+void SearchFieldController::selectionChanged(TextRange selection) {
+    if (cursorUpdatePauses_ > 0) return;
+    const TRVMode* mode = host_.currentMode();
+    std::u16string text = field_.text();
+    const bool textChanged = mode == previousMode_ && text != previousSearchString_;
+    previousMode_ = mode;
+    previousSearchString_ = std::move(text);
+    searchFieldCursorDidChange(selection, textChanged);
+}
+
+void SearchFieldController::searchFieldCursorDidChange(TextRange, bool textChanged) {
+    if (textChanged) searchStringDidChange();
+}
 
 void SearchFieldController::searchStringDidChange() {
     TRVMode* mode = host_.currentMode();
-    if (!mode || pauseCursorUpdateNotifications_) return;
-    const std::u16string text = field_.text();
-    mode->setSearchString(nfc(text));
-    if (isBlank(text)) {
-        mode->searchStringBecameEmpty();
-        host_.updateTextsOfCurrentMode();
+    if (!mode) return;
+    const uint64_t additionalRows = mode->numberOfAdditionalRows();
+    {
+        const CursorUpdatePause pause(*this);
+        const std::u16string text = field_.text();
+        if (isBlank(text)) showEmptyState(*mode);
+        if (!text.empty()) updateSearchFieldWithSearchString(nfc(text));
+        mode->updateNumberOfAdditionalRows();
     }
+    logIf(processFlags.debugSelection, Debug,
+          "%p Setting selection to nil; Search string did change", static_cast<void*>(mode));
     mode->forgetSelection();
-    host_.searchInBackgroundForceBlockExecution(ForceBlock::no, [this, mode](ChangedRows rows) {
-        MainQueue::async([this, mode, rows = std::move(rows)] {
-            table_.applyDiffableDataSourceSnapshotAnimated(false, rows);
-            table_.adjustWindowHeight();
-            mode->resultSetReloaded();
+    host_.searchInBackgroundForceBlockExecution(
+        ForceBlock::no, [this, mode, additionalRows](ChangedRows rows) {
+            MainQueue::async([this, mode, additionalRows, rows = std::move(rows)]() mutable {
+                // Other row heights: all rows are drawn anew.
+                if (mode->numberOfAdditionalRows() != additionalRows) rows.reset();
+                table_.applyDiffableDataSourceSnapshotAnimated(false, rows);
+                table_.adjustWindowHeight();
+                mode->resultSetReloaded();
+            });
         });
+}
+
+void SearchFieldController::showEmptyState(TRVMode& mode) {
+    mode.visibleAttributes().clear();
+    mode.setNumberOfAdditionalRows(0);
+    mode.setSearchString({});
+    MainQueue::async([this, &mode] {
+        host_.stopSearchAnimation();
+        host_.updateTextsOfCurrentMode();
+        // Meanwhile there may be a text again.
+        if (isBlank(mode.searchString())) mode.searchStringBecameEmpty();
     });
 }
 
 void SearchFieldController::updateSearchString(const std::u16string& string) {
-    pauseCursorUpdateNotifications_ = true;
-    field_.setText(string);
+    if (!MainQueue::isMainThread()) logError("Must be called from main thread!");
+    const CursorUpdatePause pause(*this);
+    if (field_.text() != string) field_.setText(string);
     if (TRVMode* mode = host_.currentMode()) mode->setSearchString(string);
-    pauseCursorUpdateNotifications_ = false;
+    previousSearchString_ = string;
+    previousMode_ = host_.currentMode();
+}
+
+void SearchFieldController::updateSearchFieldWithSearchString(const std::u16string& string) {
+    updateSearchString(string);
 }
 
 void SearchFieldController::updateSearchFieldWithEmptySearchString() {
     updateSearchString({});
+    TRVMode* mode = host_.currentMode();
+    if (!mode) return;
+    mode->visibleAttributes().clear();
+    mode->setNumberOfAdditionalRows(0);
 }
 
 void SearchFieldController::clear() {
-    TRVMode* mode = host_.currentMode();
     updateSearchFieldWithEmptySearchString();
-    if (!mode) return;
-    mode->forgetSelection();
-    mode->searchStringBecameEmpty();
-    host_.updateTextsOfCurrentMode();
-    host_.reloadInBackgroundAnimated(false);
+    searchStringDidChange();
+}
+
+void SearchFieldController::selectText() {
+    const CursorUpdatePause pause(*this);
+    field_.selectAll();
 }
 
 bool SearchFieldController::isSearchFieldEmpty() const {
@@ -59,4 +104,12 @@ void SearchFieldController::focusOnSearchField() {
 void SearchFieldController::updatePlaceholder() {
     if (TRVMode* mode = host_.currentMode())
         field_.setPlaceholder(mode->searchFieldPlaceholderText());
+}
+
+void SearchFieldController::showMarqueeInfoField(const std::string& text) {
+    infoBar_.setMarquee(text);
+}
+
+void SearchFieldController::hideMarqueeInfoField() {
+    infoBar_.setMarquee(std::nullopt);
 }

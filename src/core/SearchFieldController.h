@@ -1,10 +1,12 @@
 #pragma once
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "modes/framework/ModeHost.h"
 #include "screen/SearchFieldView.h"
 
+class InfoBarView;
 class ResultTableController;
 
 /// The text of the search field: what the user types goes to the current mode and starts a search;
@@ -12,22 +14,53 @@ class ResultTableController;
 /// Owner:   AppDelegate. Threads: main.
 class SearchFieldController {
   public:
-    SearchFieldController(SearchFieldView& field, ModeHost& host, ResultTableController& table);
+    SearchFieldController(SearchFieldView& field, InfoBarView& infoBar, ModeHost& host,
+                          ResultTableController& table);
 
-    /// The user changed the text.
+    /// The editor's text or cursor has changed, by whomever.
+    void selectionChanged(TextRange selection);
     void searchStringDidChange();
     /// Shows a text without searching for it.
     void updateSearchString(const std::u16string& string);
+    void updateSearchFieldWithSearchString(const std::u16string& string);
     void updateSearchFieldWithEmptySearchString();
     /// The first Escape: an empty field and an empty list.
     void clear();
+    void selectText();
+
     bool isSearchFieldEmpty() const;
     void focusOnSearchField();
     void updatePlaceholder();
+    void enableSearchField() { field_.setEnabled(true); }
+    void disableSeachField() { field_.setEnabled(false); }
+    bool isSearchFieldEnabled() const { return field_.isEnabled(); }
+    void showMarqueeInfoField(const std::string& text);
+    void hideMarqueeInfoField();
+
+    /// For as long as it lives, changes of text and cursor are the program's own.
+    class CursorUpdatePause {
+      public:
+        explicit CursorUpdatePause(SearchFieldController& controller) : controller_(controller) {
+            controller_.cursorUpdatePauses_++;
+        }
+        ~CursorUpdatePause() { controller_.cursorUpdatePauses_--; }
+        CursorUpdatePause(const CursorUpdatePause&) = delete;
+        CursorUpdatePause& operator=(const CursorUpdatePause&) = delete;
+
+      private:
+        SearchFieldController& controller_;
+    };
 
   private:
+    void searchFieldCursorDidChange(TextRange selection, bool searchStringDidChange);
+    void showEmptyState(TRVMode& mode);
+
     SearchFieldView& field_;
+    InfoBarView& infoBar_;
     ModeHost& host_;
     ResultTableController& table_;
-    bool pauseCursorUpdateNotifications_ = false;  // while the program itself writes to the field
+    int cursorUpdatePauses_ = 0;
+    // As the last change left them.
+    std::u16string previousSearchString_;
+    const TRVMode* previousMode_ = nullptr;
 };

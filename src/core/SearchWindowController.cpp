@@ -1,43 +1,105 @@
 #include "core/SearchWindowController.h"
 
+#include "core/FrontmostApplication.h"
+#include "core/HidingGuard.h"
 #include "core/SearchFieldController.h"
-#include "core/WindowGeometry.h"
-#include "platform/Frontmost.h"
+#include "core/state/GlobalState.h"
+#include "platform/Updater.h"
+#include "util/World.h"
+#include "util/settings/OVUserDefaults.h"
 
-SearchWindowController::SearchWindowController(WindowView& window, SearchFieldController& field,
-                                               Frontmost* frontmost)
-    : window_(window), field_(field), frontmost_(frontmost) {
-    window_.setDelegate(this);
+namespace {
+
+bool hidesOnDeFocus() {
+    return OVUserDefaults::sharedInstance().boolForKey("hideSearchFieldOnDeFocus");
 }
 
-void SearchWindowController::showMainWindow() {
-    if (!placed_) {
-        placed_ = true;
-        const Rect place =
-            WindowGeometry::defaultFrame(window_.screenFrame(), WindowGeometry::kDefaultWidth,
-                                         WindowGeometry::heightForRows(0, 0));
-        window_.setFrame(WindowGeometry::onScreen(place, window_.visibleScreenFrame()), false);
-    }
-    window_.show();
-    field_.focusOnSearchField();
-    field_.updatePlaceholder();
+}  // namespace
+
+SearchWindowController::SearchWindowController(const Parts& parts)
+    : parts_(parts), place_(parts.window) {
+    parts_.window.setDelegate(this);
+    parts_.application.setDelegate(this);
 }
 
-void SearchWindowController::hideMainWindow() {
-    if (!window_.isVisible()) return;
-    window_.hide();
-    if (frontmost_) frontmost_->activatePrevious();
+SearchWindowController::~SearchWindowController() {
+    parts_.window.setDelegate(nullptr);
+    parts_.application.setDelegate(nullptr);
 }
 
 void SearchWindowController::toggleMainWindow() {
-    if (window_.isVisible() && window_.isActive()) {
+    const bool visible = parts_.window.isVisible(), active = parts_.application.isActive();
+    if (visible && active) {
         hideMainWindow();
         return;
     }
-    if (!window_.isVisible() && frontmost_) frontmost_->save();
+    if (!visible && !active) parts_.frontmost.saveFrontmostApplicationInformation();
     showMainWindow();
 }
 
+void SearchWindowController::showMainWindow() {
+    if (parts_.updater.sessionInProgress()) {
+        parts_.application.activateIgnoringOtherApps();
+        return;
+    }
+    auto& settings = OVUserDefaults::sharedInstance();
+    settings.setInteger(settings.integerForKey("numberOfInvocations") + 1, "numberOfInvocations");
+    const bool wasVisible = parts_.window.isVisible();
+    parts_.window.show();
+    parts_.application.activateIgnoringOtherApps();
+    parts_.field.focusOnSearchField();
+    parts_.field.updatePlaceholder();
+    if (!wasVisible) visibilityChanged_.emit(true);
+    if (TRVMode* mode = GlobalState::sharedInstance().currentMode()) mode->searchWindowDidOpen();
+}
+
+void SearchWindowController::closeWindowAndHideApplication(Hide hide) {
+    closeWindowAndHideApplication(hide, parts_.frontmost.frontmostApplicationBundleId());
+}
+
+void SearchWindowController::closeWindowAndHideApplication(
+    Hide hide, const std::optional<std::string>& frontmostApplicationBundleId) {
+    if (parts_.guard.authorizationInProgress()) return;
+    const bool wasVisible = parts_.window.isVisible();
+    parts_.window.hide();
+    if (wasVisible) visibilityChanged_.emit(false);
+    if (hide == Hide::no) return;
+    parts_.application.hide();
+    if (frontmostApplicationBundleId && hidesOnDeFocus())
+        parts_.frontmost.activateRunningApplicationWithBundleIdentifier(
+            *frontmostApplicationBundleId);
+}
+
 void SearchWindowController::windowDidBecomeKey() {
-    field_.focusOnSearchField();
+    parts_.field.focusOnSearchField();
+    becameFirstResponder_ = World::current().clock().time();
+}
+
+void SearchWindowController::windowDidMove() {
+    if (parts_.window.isVisible()) place_.persistWindowPosition();
+}
+
+void SearchWindowController::windowDidResize() {
+    if (parts_.window.isVisible()) place_.persistWindowPosition();
+}
+
+void SearchWindowController::windowWillClose() {
+    closeWindowAndHideApplication(Hide::yes);
+}
+
+void SearchWindowController::applicationWillResignActive() {
+    if (hidesOnDeFocus() && parts_.window.isVisible()) closeWindowAndHideApplication(Hide::no);
+}
+
+void SearchWindowController::applicationDidHide() {
+    if (!parts_.guard.isHidingPrevented()) return;
+    const bool wasVisible = parts_.window.isVisible();
+    parts_.window.show();
+    if (!wasVisible) visibilityChanged_.emit(true);
+    parts_.field.focusOnSearchField();
+    parts_.application.unhide();
+}
+
+void SearchWindowController::applicationDidChangeScreenParameters() {
+    place_.restoreWindowPosition();
 }

@@ -1,30 +1,66 @@
 #pragma once
-#include "screen/WindowView.h"
+#include <ctime>
+#include <optional>
+#include <string>
 
-class Frontmost;
+#include "core/WindowPlace.h"
+#include "platform/OwnApplication.h"
+#include "screen/WindowView.h"
+#include "util/Observable.h"
+
+class FrontmostApplication;
+class HidingGuard;
 class SearchFieldController;
+class Updater;
 
 /// How the one window comes and goes. The search text stays: opening again shows what closing left.
 /// Owner:   AppDelegate. Threads: main.
-class SearchWindowController : public WindowViewDelegate {
+class SearchWindowController : public WindowViewDelegate, public OwnApplicationDelegate {
   public:
-    /// frontmost may be null where the desktop cannot tell who is in front.
-    SearchWindowController(WindowView& window, SearchFieldController& field, Frontmost* frontmost);
+    struct Parts {
+        WindowView& window;
+        OwnApplication& application;
+        SearchFieldController& field;
+        FrontmostApplication& frontmost;
+        HidingGuard& guard;
+        const Updater& updater;
+    };
+    explicit SearchWindowController(const Parts& parts);
+    ~SearchWindowController() override;
 
     void showMainWindow();
-    void hideMainWindow();
-    /// The hot key, a second start, the status item: shows, brings to the front, or hides.
+    void hideMainWindow() { closeWindowAndHideApplication(Hide::yes); }
+    /// The hot key, the status item, a second start: shows, brings to the front, or hides.
     void toggleMainWindow();
-    bool isMainWindowVisible() const { return window_.isVisible(); }
+    enum class Hide { no, yes };
+    /// Gives the keyboard back to the application that had it.
+    void closeWindowAndHideApplication(Hide hide);
+    /// The same to another application, or to none.
+    void closeWindowAndHideApplication(
+        Hide hide, const std::optional<std::string>& frontmostApplicationBundleId);
+    bool isMainWindowVisible() const { return parts_.window.isVisible(); }
+    /// Tells each time the window comes or goes.
+    Signal<bool>& visibilityChanged() { return visibilityChanged_; }
+
+    void restoreWindowPosition() { place_.restoreWindowPosition(); }
+    void persistWindowPosition() { place_.persistWindowPosition(); }
+    /// When the window last got the keyboard.
+    std::time_t becameFirstResponder() const { return becameFirstResponder_; }
 
     // WindowViewDelegate
     void windowDidBecomeKey() override;
-    void windowDidResignKey() override {}
-    void windowWillClose() override { hideMainWindow(); }
+    void windowDidMove() override;
+    void windowDidResize() override;
+    void windowWillClose() override;
+
+    // OwnApplicationDelegate
+    void applicationWillResignActive() override;
+    void applicationDidHide() override;
+    void applicationDidChangeScreenParameters() override;
 
   private:
-    WindowView& window_;
-    SearchFieldController& field_;
-    Frontmost* frontmost_;
-    bool placed_ = false;
+    const Parts parts_;
+    WindowPlace place_;
+    std::time_t becameFirstResponder_ = 0;
+    Signal<bool> visibilityChanged_;
 };

@@ -6,7 +6,10 @@ using namespace std::chrono_literals;
 
 void UserMessages::error(const std::string& text) {
     logWarning("Error shown: %s", text.c_str());
-    MainQueue::async([this, text] { show(text, true, 2500ms); });
+    MainQueue::async([this, text] {
+        beep_();
+        show(text, true, 2500ms);
+    });
 }
 
 void UserMessages::info(const std::string& text) {

@@ -1,4 +1,5 @@
 #pragma once
+#include <functional>
 #include <string>
 
 #include "screen/InfoBarView.h"
@@ -9,7 +10,9 @@
 /// Owner:   AppDelegate. Threads: error and info from any, the rest main.
 class UserMessages {
   public:
-    explicit UserMessages(InfoBarView& bar) : bar_(bar) {}
+    /// beep is called with each error; main thread.
+    UserMessages(InfoBarView& bar, std::function<void()> beep)
+        : bar_(bar), beep_(std::move(beep)) {}
 
     void error(const std::string& text);
     void info(const std::string& text);
@@ -20,6 +23,7 @@ class UserMessages {
     void show(const std::string& text, bool isError, Clock::Duration duration);
 
     InfoBarView& bar_;
+    const std::function<void()> beep_;
     std::string restingText_, restingToolTip_;
     OneShotTimer timer_;
 };

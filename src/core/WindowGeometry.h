@@ -6,7 +6,8 @@
 namespace WindowGeometry {
 
 constexpr double kDefaultWidth = 638;
-constexpr double kRowHeight = 47;  // name and path
+constexpr double kRowHeight = 47;   // name and path
+constexpr double kLineHeight = 20;  // each line of metadata
 constexpr double kRowSpacing = 2;
 constexpr double kFieldAndInfoBar = 63;
 constexpr long kMaxRows = 10;  // unless maximised

@@ -13,38 +13,79 @@ std::shared_ptr<Cache> ProjectCaches::currentCache() const {
 std::shared_ptr<Cache> ProjectCaches::cacheForProject(const Project& project) const {
     std::shared_lock lock(cachesAccessLock_);
     const auto found = caches_.find(project.uuid);
-    return found == caches_.end() ? nullptr : found->second;
+    return found == caches_.end() ? nullptr : found->second.cache;
 }
 
 bool ProjectCaches::setCurrentCacheByProject(const Project& project) {
     std::lock_guard lock(cachesAccessLock_);
-    auto& cache = caches_[project.uuid];
+    auto& cache = caches_[project.uuid].cache;
     const bool existed = cache != nullptr;
     if (!existed) cache = std::make_shared<Cache>(observer_, fileTypes_);
-    logInfo("%s cache: Project: %s; Cache %p", existed ? "Re-using" : "Creating new",
-            project.name.c_str(), static_cast<void*>(cache.get()));
+    logInfo("%s cache: Project: %s; Search mode %p; Cache %p",
+            existed ? "Re-using" : "Creating new", project.name.c_str(),
+            static_cast<void*>(&observer_), static_cast<void*>(cache.get()));
     currentCache_ = cache;
     return existed;
 }
 
-void ProjectCaches::removeCacheForProject(const Project& project) {
-    std::shared_ptr<Cache> dropped;
+bool ProjectCaches::removeCacheForProject(const Project& project) {
+    std::vector<std::shared_ptr<Cache>> dropped;
+    bool wasCurrent = false;
     {
         std::lock_guard lock(cachesAccessLock_);
         const auto found = caches_.find(project.uuid);
-        if (found == caches_.end()) return;
-        logInfo("Deleting cache: Project: %s; Cache %p", project.name.c_str(),
-                static_cast<void*>(found->second.get()));
-        dropped = std::move(found->second);
-        caches_.erase(found);
-        if (currentCache_ == dropped) currentCache_ = nullptr;
+        if (found == caches_.end()) return false;
+        logInfo("Deleting cache: Project: %s; Search mode %p; Cache %p", project.name.c_str(),
+                static_cast<void*>(&observer_), static_cast<void*>(found->second.cache.get()));
+        wasCurrent = take(found, dropped);
     }
-    dropQueue_.async([dropped = std::move(dropped)]() mutable { dropped.reset(); });
+    drop(std::move(dropped));
+    return wasCurrent;
+}
+
+bool ProjectCaches::removeVirtualProjectsBut(const std::string& path) {
+    std::vector<std::shared_ptr<Cache>> dropped;
+    bool wasCurrent = false;
+    {
+        std::lock_guard lock(cachesAccessLock_);
+        for (auto each = caches_.begin(); each != caches_.end();) {
+            const auto entry = each++;
+            if (entry->first.starts_with('/') && entry->first != path)
+                wasCurrent |= take(entry, dropped);
+        }
+    }
+    drop(std::move(dropped));
+    return wasCurrent;
+}
+
+bool ProjectCaches::take(Entries::iterator entry, std::vector<std::shared_ptr<Cache>>& dropped) {
+    const bool isCurrent = entry->second.cache == currentCache_;
+    if (isCurrent) currentCache_ = nullptr;
+    dropped.push_back(std::move(entry->second.cache));
+    caches_.erase(entry);
+    return isCurrent;
+}
+
+void ProjectCaches::drop(std::vector<std::shared_ptr<Cache>> dropped) {
+    if (dropped.empty()) return;
+    dropQueue_.async([dropped = std::move(dropped)]() mutable { dropped.clear(); });
+}
+
+void ProjectCaches::noteLeftAt(const Project& project, uint64_t eventId) {
+    std::lock_guard lock(cachesAccessLock_);
+    const auto found = caches_.find(project.uuid);
+    if (found != caches_.end()) found->second.leftAt = eventId;
+}
+
+std::optional<uint64_t> ProjectCaches::leftAt(const Project& project) const {
+    std::shared_lock lock(cachesAccessLock_);
+    const auto found = caches_.find(project.uuid);
+    return found == caches_.end() ? std::nullopt : found->second.leftAt;
 }
 
 void ProjectCaches::removeAll() {
     // Dropped outside the lock: a Cache that goes may still ask which one is current.
-    std::unordered_map<std::string, std::shared_ptr<Cache>> dropped;
+    Entries dropped;
     std::shared_ptr<Cache> current;
     std::lock_guard lock(cachesAccessLock_);
     dropped.swap(caches_);

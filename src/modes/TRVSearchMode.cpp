@@ -4,11 +4,10 @@
 #include <thread>
 
 #include "core/state/GlobalState.h"
-#include "index/scanProject.h"
 #include "modes/framework/ModeHost.h"
+#include "modes/framework/Notifications.h"
 #include "modes/rowText.h"
 #include "platform/FileTypes.h"
-#include "screen/ResultTableView.h"
 #include "searchmodes/rankStringInSearchMode.h"
 #include "searchmodes/rowComparison.h"
 #include "util/Unicode.h"
@@ -25,13 +24,21 @@ unsigned rankingThreads() {
 
 }  // namespace
 
-TRVSearchMode::TRVSearchMode(const FileTypes& fileTypes)
-    : TRVMode(kSearchMode),
+TRVSearchMode::TRVSearchMode(const FileTypes& fileTypes, FileEvents& fileEvents)
+    : TRVModeSupportingPath(kSearchMode),
       fileTypes_(fileTypes),
+      fileEvents_(fileEvents),
       caches_(*this, fileTypes),
-      numberOfThreads_(rankingThreads()) {}
+      streams_(fileEvents, [this](FileEventBatch batch) { processBatch(std::move(batch)); }),
+      numberOfThreads_(rankingThreads()) {
+    projectSubscription_ = currentProject_.observe(
+        [this](const auto&, const auto& project) { currentProjectDidChange(project); });
+    scanParameterSubscription_ = Notifications::sharedInstance().scanParameterModified.observe(
+        [this](const auto& project) { scanParameterModified(project); });
+}
 
 TRVSearchMode::~TRVSearchMode() {
+    streams_.end();
     // The rows before the items that they are of; and these while they can still be reported.
     deleteFilteredItems();
     caches_.removeAll();
@@ -43,7 +50,7 @@ TRVSearchMode& TRVSearchMode::sharedInstance() {
 
 // ---- Searching
 
-RankRequest TRVSearchMode::makeRequest(const std::u16string& string) const {
+RankRequest TRVSearchMode::makeRequest(const std::u16string& string) {
     const OVUserDefaults& settings = OVUserDefaults::sharedInstance();
     RankRequest request;
     if (const auto project = currentProject()) {
@@ -56,12 +63,18 @@ RankRequest TRVSearchMode::makeRequest(const std::u16string& string) const {
     request.bundlesAsFiles = settings.boolForKey("treatBundlesAsFiles");
     request.processMetadata = processFlags.processMetadata;
     request.numberOfThreads = numberOfThreads_;
-    request.limit = resultLimit(settings.integerForKey("maxResultsetSize"));
+    request.limit = ignoreMaximumResultSetSize_.exchange(false)
+                        ? kNoResultLimit
+                        : resultLimit(settings.integerForKey("maxResultsetSize"));
     request.abortSearch = &abortSearchFlag();
     return request;
 }
 
 void TRVSearchMode::searchForString(const std::u16string& string, const SearchFinalBlock& block) {
+    if (renameState() != 0) {
+        block(false, std::nullopt);
+        return;
+    }
     const std::shared_ptr<Cache> cache = caches_.currentCache();
     if (!cache || isBlank(string)) {
         deleteFilteredItems();
@@ -207,78 +220,13 @@ std::optional<FileURL> TRVSearchMode::urlOfFilteredItemAtIndex(size_t row) {
     return url;
 }
 
-// ---- The selection
-
-void TRVSearchMode::saveSelection() {
-    if (restoreSelectionInProgress_) return;
-    const std::vector<size_t> rows = host().resultTable().selectedRows();
-    selection_ = {};
-    if (rows.empty()) return;
-    selection_.mostRecentlySelectedRow = rows.front();
+std::optional<size_t> TRVSearchMode::rowIndexOfFilteredItemByURL(const FileURL& url) {
+    std::optional<size_t> found;
     readFilteredItems([&](const match_array_t& matches) {
-        for (const size_t row : rows)
-            if (row < matches.size() && matches[row])
-                selection_.inodes.push_back(matches[row]->item->inode);
+        for (size_t row = 0; row < matches.size() && !found; row++)
+            if (matches[row] && matches[row]->item->nameView() == url.lastPathComponent() &&
+                fs_item_url(matches[row]->item) == url)
+                found = row;
     });
-}
-
-void TRVSearchMode::resultSetReloaded() {
-    ResultTableView& table = host().resultTable();
-    std::vector<size_t> rows;
-    size_t count = 0;
-    readFilteredItems([&](const match_array_t& matches) {
-        count = matches.size();
-        const auto& inodes = selection_.inodes;
-        for (size_t row = 0; row < count && rows.size() < inodes.size(); row++)
-            if (matches[row] && matches[row]->item->inode != 0 &&
-                std::find(inodes.begin(), inodes.end(), matches[row]->item->inode) != inodes.end())
-                rows.push_back(row);
-    });
-    if (count == 0 || searchString().empty()) return;
-    if (rows.empty()) rows.push_back(std::min(selection_.mostRecentlySelectedRow, count - 1));
-    restoreSelectionInProgress_ = true;
-    for (size_t i = 0; i < rows.size(); i++) table.selectRow(rows[i], i > 0);
-    table.scrollRowToVisible(rows.front());
-    restoreSelectionInProgress_ = false;
-}
-
-// ---- Texts
-
-std::string TRVSearchMode::searchFieldPlaceholderText() {
-    const auto project = currentProject();
-    if (!project) {
-        if (projects_.empty()) return "No project configured";
-        return hasEnabledProjects() ? "No project selected" : "All projects disabled";
-    }
-    if (project->folders().empty()) return "No folders configured for current project";
-    const std::string name(FileURL(project->name).lastPathComponent());
-    return "Search " + displayText(name) + (project->isVirtualProject() && name != "/" ? "/" : "");
-}
-
-std::string TRVSearchMode::infoString() {
-    const auto project = currentProject();
-    if (!project) return "No active project";
-    std::string count;
-    missingFolders_.clear();
-    const auto cache = caches_.currentCache();
-    if (cache && !searchString().empty()) {
-        cache->performBlockReadOnly([&](const ReadSection& section) {
-            for (const auto& folder : project->sorderFoldersAsc())
-                if (!cache->existsFsItemWithPath(section, folder->url))
-                    missingFolders_.push_back(folder->url);
-        });
-        count = " [" + std::to_string(visibleMatches_) + "/" + std::to_string(totalMatches_) +
-                (missingFolders_.empty() ? "]" : "*]");
-    }
-    const bool scanning = scanInProgress_;
-    return std::string(scanning ? "Indexing" : "Search") +
-           (project->isVirtualProject() ? " directory " : " project ") +
-           displayText(project->name) + (scanning ? "… " : "") + count;
-}
-
-std::string TRVSearchMode::infoTooltip() {
-    if (missingFolders_.empty()) return {};
-    std::string text = "Missing from cache:";
-    for (const FileURL& folder : missingFolders_) text += "\n  • " + displayText(folder.path());
-    return text;
+    return found;
 }

@@ -10,7 +10,8 @@
 #include "index/FSScanner.h"
 #include "index/IndexObserver.h"
 #include "modes/ProjectCaches.h"
-#include "modes/framework/TRVMode.h"
+#include "modes/ProjectEventStreams.h"
+#include "modes/framework/TRVModeSupportingPath.h"
 #include "searchmodes/RankRequest.h"
 #include "searchmodes/match_t.h"
 #include "util/Observable.h"
@@ -18,36 +19,71 @@
 #include "util/queues/OperationQueue.h"
 
 class FileTypes;
+class RepeatingTimer;
 
 /// The main mode: searches the in-memory index of the current project. It owns the projects, one
-/// Cache a project, the scan, and the rows of the last result.
+/// Cache a project, the scan, the streams of file-system events, and the rows of the last result.
 /// Owner:   World. Threads: see each operation. Rows are looked at in a read section of the Cache
-/// and,
-///          inside it, one of the filtered items.
-class TRVSearchMode : public TRVMode, public IndexObserver {
+///          and, inside it, one of the filtered items.
+class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
   public:
-    explicit TRVSearchMode(const FileTypes& fileTypes);
+    TRVSearchMode(const FileTypes& fileTypes, FileEvents& fileEvents);
     ~TRVSearchMode() override;
     static TRVSearchMode& sharedInstance();
 
-    // Projects.
+    // Projects (TRVSearchModeProjects.cpp).
     /// Main thread: from the settings.
     void loadProjects();
     /// Main thread: makes the stored current project current, if it is enabled.
     void initSelectedProject();
+    /// Main thread.
     std::shared_ptr<const Project> projectByUuid(const std::string& uuid) const;
-    std::shared_ptr<const Project> currentProject() const;
     bool hasProjects() const { return !projects_.empty(); }
     bool hasEnabledProjects() const;
-    /// Main thread: the search text goes, and the project's index is brought up.
+    std::shared_ptr<const Project> currentProject() const { return currentProject_.value(); }
+    /// Main thread: the search text goes, and the project's index is brought up. Null: no project.
     void setCurrentProject(std::shared_ptr<const Project> project);
+    Observable<std::shared_ptr<const Project>>& observableCurrentProject() {
+        return currentProject_;
+    }
+    /// A project of no name for one folder (that of a file), made current; false if the path cannot
+    /// be read. Not on the main thread.
+    bool createVirtualProjectFromPath(const FileURL& path);
+    /// The virtual project around the current one; false if the current one is none, or the root.
+    bool browseToParentOfVirtualProject();
+
+    // Index (TRVSearchModeIndex.cpp).
+    bool setCurrentCacheByProject(const Project& project);
+    void removeCacheForProject(const Project& project);
+    std::shared_ptr<Cache> sharedCurrentCache() const { return caches_.currentCache(); }
+    std::shared_ptr<Cache> cacheForProject(const Project& project) const {
+        return caches_.cacheForProject(project);
+    }
     /// Scans the project unless its Cache was kept; a scan that runs is ended first. Any thread but
     /// the scan's own.
     void triggerScanProject(std::shared_ptr<const Project> project);
+    /// What the index of a project was made by has changed; null: of all projects. Main thread.
+    void scanParameterModified(const std::shared_ptr<const Project>& project);
+    /// Ends a running scan and searches.
+    void abortScan();
+    /// The same, and waits for their end. Any thread but theirs.
+    void abortScanAndWait();
+    /// Watches the project's folders: from where its Cache stands, else from the id. True: its
+    /// Cache did not tell, so it has to be scanned. Main thread.
+    bool addFSObserversForProject(const Project& project, uint64_t maybeUsingFsEventStreamEventId);
+    void removeFSObserversForProject(const Project* project);
+    OperationQueue& fsEventQ() { return fsEventQ_; }
+
+    // The visible list follows the index (TRVSearchModeIndex.cpp). Main thread.
+    void autoUpdateResult();
+    void triggerAutoUpdateTimer();
+    /// Nobody looks: nothing needs to be looked after.
+    void setWindowVisible(bool visible);
     /// Searches again if somebody sees the list. Any thread.
     void triggerRefresh();
-    /// Ends a running scan and searches; before the application goes.
-    void abortScan();
+
+    /// Shows all matches for once, or the limited list again. Main thread.
+    void toggleIgnoreMaximumResultSetSize();
 
     // TRVMode
     std::string searchFieldPlaceholderText() override;
@@ -55,19 +91,26 @@ class TRVSearchMode : public TRVMode, public IndexObserver {
     std::string infoTooltip() override;
     void searchForString(const std::u16string& string, const SearchFinalBlock& block) override;
     void searchStringBecameEmpty() override { deleteFilteredItems(); }
-    void forgetSelection() override { selection_ = {}; }
+    void activate() override;
+    void resign() override;
     void saveSelection() override;
+    void restoreSelection() override;
     void resultSetReloaded() override;
+    void markPathForFutureSelection(const FileURL& url) override;
+    bool handleEvent(const KeyEvent& event) override;
+    void themeChanged() override;
     uint64_t filteredCount() override { return filteredCount_; }
     std::vector<RowContent> rowContents(size_t first, size_t count) override;
 
     /// The path of a row, nothing past the end. Outside sections, any thread.
-    std::optional<FileURL> urlOfFilteredItemAtIndex(size_t row);
+    std::optional<FileURL> urlOfFilteredItemAtIndex(size_t row) override;
+    std::optional<size_t> rowIndexOfFilteredItemByURL(const FileURL& url) override;
     /// No rows, whatever was shown. Outside sections.
     void deleteFilteredItems();
     /// Entries that the running scan has read. Any thread.
     int64_t scannedCount() const { return scanned_; }
-    bool isScanning() const { return scanInProgress_; }
+    bool isScanning() const;
+    int64_t totalMatches() const { return totalMatches_; }
 
     // IndexObserver; inside an exclusive section of the Cache, but for the first.
     Cache* currentCache() override { return caches_.currentCache().get(); }
@@ -82,27 +125,35 @@ class TRVSearchMode : public TRVMode, public IndexObserver {
         bool valid = false;
         ChangedRows rows = std::nullopt;
     };
-    RankRequest makeRequest(const std::u16string& string) const;
+    RankRequest makeRequest(const std::u16string& string);
     Outcome search(const ReadSection& section, const std::shared_ptr<Cache>& cache,
                    const std::u16string& string, const RankRequest& request);
     void createFilteredItemsFromList(match_array_t list, const std::shared_ptr<Cache>& cache);
     void renewMatchIndicators(match_array_t list);
     /// Inside a read section of the Cache and one of the rows, if there are rows.
     void readFilteredItems(FunctionRef<void(const match_array_t&)> block);
+    void currentProjectDidChange(const std::shared_ptr<const Project>& project);
+    void observeCurrentCache();
+    void leaveCache();
     void startScan(const std::shared_ptr<const Project>& project);
     void scan(const std::shared_ptr<const Project>& project);
-    void setScanInProgress(bool inProgress);
+    void scanEnded(const Project& project, uint64_t eventIdAtStart);
+    void resumeFSObservers(const std::shared_ptr<const Project>& project);
+    void processBatch(FileEventBatch batch);
+    bool somebodySeesTheList() const;
 
     const FileTypes& fileTypes_;
+    FileEvents& fileEvents_;
     ProjectCaches caches_;
-    std::vector<std::shared_ptr<const Project>> projects_;
-    mutable std::mutex projectMutex_;
-    std::shared_ptr<const Project> currentProject_;
+    ProjectEventStreams streams_;                           // main thread
+    std::vector<std::shared_ptr<const Project>> projects_;  // main thread
+    Observable<std::shared_ptr<const Project>> currentProject_;
     const unsigned numberOfThreads_;
 
     Relaxed<int64_t> scanned_ = 0, ignored_ = 0;
     Relaxed<bool> abortScan_ = false;
-    Relaxed<bool> scanInProgress_ = false;
+    Relaxed<bool> ignoreMaximumResultSetSize_ = false;
+    std::unique_ptr<RepeatingTimer> fsEventUpdateTimer_;  // main thread; while the window is seen
 
     // The rows: in filteredItemsAccessQueue_.
     match_array_t filtered_;
@@ -113,15 +164,13 @@ class TRVSearchMode : public TRVMode, public IndexObserver {
     // Of the last search.
     std::u16string lastSearchString_;  // searchQ
     Relaxed<int64_t> totalMatches_ = 0, visibleMatches_ = 0;
-    struct SavedSelection {
-        std::vector<uint64_t> inodes = {};
-        size_t mostRecentlySelectedRow = 0;
-    };
-    SavedSelection selection_;  // main thread
-    bool restoreSelectionInProgress_ = false;
     std::vector<FileURL> missingFolders_;  // main thread: project folders that the index lacks
 
     // Last: their blocks use all of the above.
     SerialQueue scanQ_{"scanQ", Qos::userInitiated};
+    OperationQueue fsEventQ_{"fsEventQ", 1, Qos::background};
     SerialQueue scanLaunchQ_{"scanLaunchQ", Qos::background};
+    std::mutex scanInProgressMutex_;
+    Subscription scanInProgress_;
+    Subscription projectSubscription_, scanParameterSubscription_;
 };

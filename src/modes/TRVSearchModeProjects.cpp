@@ -1,13 +1,18 @@
+#include <sys/stat.h>
+
 #include <nlohmann/json.hpp>
 
-#include "core/state/GlobalState.h"
-#include "index/scanProject.h"
 #include "modes/TRVSearchMode.h"
 #include "modes/framework/ModeHost.h"
+#include "util/Unicode.h"
 #include "util/log.h"
 #include "util/settings/OVUserDefaults.h"
 
-// The projects of Search mode, which of them is current, and the scan that it needs.
+// The projects of Search mode, and which of them is current.
+
+namespace {
+constexpr uint8_t kFilesAndFolders = 3;
+}
 
 void TRVSearchMode::loadProjects() {
     projects_.clear();
@@ -33,11 +38,6 @@ std::shared_ptr<const Project> TRVSearchMode::projectByUuid(const std::string& u
     return nullptr;
 }
 
-std::shared_ptr<const Project> TRVSearchMode::currentProject() const {
-    std::lock_guard lock(projectMutex_);
-    return currentProject_;
-}
-
 bool TRVSearchMode::hasEnabledProjects() const {
     for (const auto& project : projects_)
         if (project->enabled) return true;
@@ -45,78 +45,50 @@ bool TRVSearchMode::hasEnabledProjects() const {
 }
 
 void TRVSearchMode::setCurrentProject(std::shared_ptr<const Project> project) {
-    {
-        std::lock_guard lock(projectMutex_);
-        currentProject_ = project;
+    currentProject_.set(std::move(project));
+}
+
+void TRVSearchMode::currentProjectDidChange(const std::shared_ptr<const Project>& project) {
+    host().updateSearchFieldWithEmptySearchString();
+    if (isActive()) {  // the rows of the project that was left go at once
+        host().applyDiffableDataSourceSnapshotAnimated(false, std::nullopt);
+        host().adjustWindowHeight();
     }
     host().updateTextsOfCurrentMode();
-    triggerScanProject(std::move(project));
+    switchModeQueue().async([this, project] { triggerScanProject(project); });
 }
 
-void TRVSearchMode::abortScan() {
-    abortScan_ = true;
-    setAbortSearch(true);
-    FSScanner::sharedInstance().abortScan();
+bool TRVSearchMode::createVirtualProjectFromPath(const FileURL& path) {
+    struct stat info;
+    if (lstat(path.c_str(), &info) != 0) return false;
+    if (S_ISLNK(info.st_mode) && stat(path.c_str(), &info) != 0) return false;
+    const FileURL url = S_ISDIR(info.st_mode) ? path : path.deletingLastPathComponent();
+
+    if (caches_.removeVirtualProjectsBut(pathToText(url.path()))) leaveCache();
+    auto project = std::make_shared<Project>();
+    project->enabled = true;
+    project->name = project->uuid = pathToText(url.path());
+    if (const auto cache = caches_.cacheForProject(*project))
+        project->lastEventStreamEventId = cache->nextFsEventId() - 1;
+    auto folder = std::make_shared<ProjectFolder>();
+    folder->url = url;
+    folder->includeContentsInRecentItems = true;
+    project->addFolder(std::move(folder));
+    project->matchFilenameOnly = true;
+    project->visibleItemType = kFilesAndFolders;
+    host().makeCurrentProject(std::move(project));
+    return true;
 }
 
-void TRVSearchMode::triggerScanProject(std::shared_ptr<const Project> project) {
-    abortScan();
-    scanLaunchQ_.async([this, project = std::move(project)] {
-        scanQ_.waitUntilAllOperationsAreFinished();
-        GlobalState::sharedInstance().waitForSearches();
-        abortScan_ = false;
-        if (project && !project->uuid.empty()) startScan(project);
-    });
-}
-
-void TRVSearchMode::startScan(const std::shared_ptr<const Project>& project) {
-    if (caches_.setCurrentCacheByProject(*project)) {
+bool TRVSearchMode::browseToParentOfVirtualProject() {
+    const auto project = currentProject();
+    if (!project || !project->isVirtualProject()) return false;
+    const FileURL url(textToPath(project->uuid));
+    if (url.pathComponents().empty()) return false;  // the root has no parent
+    switchModeQueue().async([this, parent = url.deletingLastPathComponent()] {
+        createVirtualProjectFromPath(parent);
         host().reloadInBackgroundAnimated(false);
-        return;
-    }
-    if (project->folders().empty()) {
-        logInfo("No folders defined for project.");
-        return;
-    }
-    scanQ_.async([this, project] { scan(project); });
-}
-
-void TRVSearchMode::scan(const std::shared_ptr<const Project>& project) {
-    const auto cache = caches_.cacheForProject(*project);
-    if (!cache) return;
-    scanned_ = 0;
-    ignored_ = 0;
-    setScanInProgress(true);
-    const ScanEnd end = scanProject(FSScanner::sharedInstance(), *project,
-                                    {.cache = cache,
-                                     .refresh = [this] { triggerRefresh(); },
-                                     .scanned = &scanned_,
-                                     .ignored = &ignored_,
-                                     .abortScan = &abortScan_});
-    setScanInProgress(false);
-    // A scan that was ended in the middle leaves an index with holes, which nobody may see again.
-    if (end != ScanEnd::complete || abortScan_) {
-        caches_.removeCacheForProject(*project);
-        deleteFilteredItems();
-        return;
-    }
-    logInfo("Done. Scanned %ld files, found %llu files.", static_cast<long>(scanned_),
-            static_cast<unsigned long long>(cache->count()));
-}
-
-void TRVSearchMode::setScanInProgress(bool inProgress) {
-    scanInProgress_ = inProgress;
-    MainQueue::async([this, inProgress] {
-        if (inProgress)
-            host().startScanAnimation();
-        else
-            host().stopScanAnimation();
+        MainQueue::async([this] { host().updateTextsOfCurrentMode(); });
     });
-}
-
-void TRVSearchMode::triggerRefresh() {
-    MainQueue::async([this] {
-        if (isActive() && host().isMainWindowVisible() && !searchString().empty())
-            host().reloadInBackgroundAnimated(false);
-    });
+    return true;
 }

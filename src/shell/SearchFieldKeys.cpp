@@ -18,6 +18,12 @@ constexpr uint64_t kArrowFlags = kModifierNumericPad | kModifierFunction;
 bool SearchFieldKeys::handleSearchFieldKeyDownEvent(const KeyEvent& event) {
     const uint64_t flags = event.modifierFlags & ~kBelowModifiers;
     if (handleNavigationKeysWithEvent(event, flags)) return true;
+    TRVMode* mode = parts_.host.currentMode();
+    if (mode && mode->handleEvent(event)) return true;
+    if (event.keyCode == kKeyS && flags == kModifierCommand && parts_.searchMode.isActive()) {
+        parts_.searchMode.toggleIgnoreMaximumResultSetSize();
+        return true;
+    }
     if (event.keyCode == kKeyEscape && flags == 0) {
         escape();
         return true;

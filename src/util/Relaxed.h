@@ -18,6 +18,8 @@ class Relaxed {
     /// Adds and answers the new value.
     T add(T amount) { return value_.fetch_add(amount, std::memory_order_relaxed) + amount; }
 
+    T exchange(T value) { return value_.exchange(value, std::memory_order_relaxed); }
+
   private:
     std::atomic<T> value_;
 };

@@ -14,12 +14,14 @@ What is expected is a part of the reply: of an object the keys that are given, o
 element. "$length" beside an object's keys, or alone for a list or text, is the number of its elements.
 Numbers with a decimal point are compared to 1e-10, all else exactly.
 """
+import contextlib
 import json
 import os
 import shutil
 import subprocess
 import sys
 import tempfile
+import time
 
 
 def difference(expected, actual, where="reply"):
@@ -99,11 +101,21 @@ class Console:
         return self.process.wait(timeout=60)
 
 
+@contextlib.contextmanager
+def temporary_folder():
+    """Of digits alone: a scenario that searches for letters must not find it."""
+    folder = os.path.join(os.path.realpath(tempfile.gettempdir()), f"{os.getpid()}{time.time_ns()}")
+    os.mkdir(folder)
+    try:
+        yield folder
+    finally:
+        shutil.rmtree(folder, ignore_errors=True)
+
+
 def run(program, file):
     """The number of expectations that were not met."""
     failed = 0
-    with tempfile.TemporaryDirectory() as temporary, open(file, encoding="utf-8") as lines:
-        folder = os.path.realpath(temporary)
+    with temporary_folder() as folder, open(file, encoding="utf-8") as lines:
         console = Console(program, folder)
         for number, text in enumerate(lines, 1):
             if not text.strip():

@@ -23,6 +23,11 @@ Op nameNext, selectionRename, textFiletypes, textPermissions, textSize;
 Op settingsDefaults;
 // cacheOps.cpp
 Op cacheAdd, cacheMove, cacheNew, cacheRefreshNow, cacheRefreshed, cacheRemove, cacheScan;
+// appOps.cpp
+Op appAnswer, appClick, appClock, appCursor, appHotkey, appKey, appMove, appQuit, appScreen,
+    appSetting, appSettle, appStart, appToggle, appType;
+// appReports.cpp
+Op appAlerts, appDesktop, appDump, appLog, appRowsChanged, appState;
 // cacheQueries.cpp
 Op cacheCheck, cacheDump, cacheFacts, cacheRecent, cacheSearch;
 }  // namespace ops

@@ -59,7 +59,8 @@ json cacheNew(const Fields& request, Session& session) {
     if (request.find("recentItemsMaxCount"))
         settings["recentItemsMaxCount"] = request.integer<int64_t>("recentItemsMaxCount");
     const json project = storedObject(request, "project");
-    session.cache.reset();  // there is one World at a time
+    session.app.reset();  // there is one World at a time
+    session.cache.reset();
     session.cache = std::make_unique<CacheSession>(settings, project);
     return {};
 }

@@ -1,80 +1,105 @@
 #include "core/app/AppDelegate.h"
 
-#include <cstdlib>
-
 #include "core/state/GlobalState.h"
-#include "shell/registry/PreferencesController.h"
+#include "platform/StatusBar.h"
 #include "util/World.h"
-#include "util/log.h"
 #include "util/settings/OVUserDefaults.h"
-#include "util/settings/SettingsFile.h"
 
-void openSettingsAndLog(const Folders& folders) {
-    logging::open({.folder = folders.state.path(), .systemLog = true, .standardError = true});
-    auto& settings = World::current().provide<OVUserDefaults>(
-        std::make_unique<SettingsFile>(folders.configuration.appending("settings.json")));
-    PreferencesController::setupUserDefaults(settings,
-                                             {.home = folders.home, .onlyExistingFolders = true});
+namespace {
+constexpr auto kCrashTriggerFile = "/tmp/do-crash-trv";
 }
 
-AppDelegate::AppDelegate(const CoreModeHost::Views& views, const DesktopPorts& desktop,
-                         const Folders&)
-    : views_(views),
+AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
+    : screen_(screen),
+      desktop_(desktop),
       flags_(OVUserDefaults::sharedInstance()),
-      searchMode_(World::current().provide<TRVSearchMode>(desktop.fileTypes)),
-      messages_(views.infoBar),
-      host_(views, messages_),
-      table_(views.table, views.window),
-      field_(views.field, host_, table_),
-      window_(views.window, field_, desktop.frontmost),
+      searchMode_(World::current().provide<TRVSearchMode>(desktop.fileTypes, desktop.fileEvents)),
+      messages_(screen.views.infoBar, [this] { desktop_.application.beep(); }),
+      host_(screen.views, desktop.appearance),
+      table_(screen.views.table, screen.views.window, host_),
+      field_(screen.views.field, screen.views.infoBar, host_, table_),
+      frontmost_(desktop.frontmost),
+      guard_([this] { field_.focusOnSearchField(); }),
+      window_({.window = screen.views.window,
+               .application = desktop.application,
+               .field = field_,
+               .frontmost = frontmost_,
+               .guard = guard_,
+               .updater = desktop.updater}),
+      modeSwitcher_({.host = host_,
+                     .window = screen.views.window,
+                     .table = screen.views.table,
+                     .infoBar = screen.views.infoBar,
+                     .field = field_,
+                     .application = desktop.application}),
+      projectSwitcher_(searchMode_, host_),
       scanRefresh_(host_, [this] { return static_cast<uint64_t>(searchMode_.scannedCount()); }),
       opener_(desktop.applications, [this](const std::string& text) { messages_.error(text); }),
       keys_({.host = host_,
              .searchMode = searchMode_,
-             .table = views.table,
+             .table = screen.views.table,
              .field = field_,
              .window = window_,
              .opener = opener_,
-             .messages = messages_}) {}
+             .messages = messages_}),
+      hotKey_(desktop.hotKeys, messages_, [this] { window_.toggleMainWindow(); }),
+      statusItem_(desktop.statusBar, {.toggleMainWindow = [this] { window_.toggleMainWindow(); },
+                                      .openQuickStart = [this] { quickStart_.openQuickStart(); },
+                                      .terminate = [this] { desktop_.application.terminate(); }}),
+      quickStart_({.view = screen.quickStart,
+                   .hotKey = hotKey_,
+                   .currentCache = [this] { return searchMode_.sharedCurrentCache(); },
+                   .search = [this](const std::u16string& query) { search(query); }}),
+      fullDiskAccess_(desktop.diskAccess, screen.diskAccess),
+      quitByHold_(screen.keyEvents, screen.quitProgress,
+                  [this] { desktop_.application.terminate(); }),
+      observers_({.host = host_,
+                  .searchMode = searchMode_,
+                  .projects = projectSwitcher_,
+                  .window = window_,
+                  .statusItem = statusItem_,
+                  .hotKey = hotKey_}),
+      crashTrigger_(FileURL(kCrashTriggerFile)) {
+    joinParts();
+}
 
 AppDelegate::~AppDelegate() {
     searchMode_.abortScan();
     World::current().mainQueue().close();
     World::current().work().drainAll();
-    views_.field.setDelegate(nullptr);
-    views_.table.setDelegate(nullptr);
-    views_.table.setData(nullptr);
-    views_.window.setDelegate(nullptr);
+    screen_.views.field.setDelegate(nullptr);
+    screen_.views.table.setDelegate(nullptr);
+    screen_.views.table.setData(nullptr);
+    desktop_.hotKeys.unregisterShortcut();
+    desktop_.statusBar.removeStatusItem();
 }
 
-void AppDelegate::launch() {
-    logInfo("Started %s %s", "Trovast", TROVAST_VERSION);
-    joinViews();
-    watchRows();
-    searchMode_.loadProjects();
-    makeSearchModeCurrent();
-    searchMode_.initSelectedProject();
-}
-
-void AppDelegate::joinViews() {
-    host_.join(table_, scanRefresh_);
+void AppDelegate::joinParts() {
+    host_.join({.messages = messages_,
+                .table = table_,
+                .field = field_,
+                .scanRefresh = scanRefresh_,
+                .guard = guard_,
+                .modeSwitcher = modeSwitcher_,
+                .projectSwitcher = projectSwitcher_});
     searchMode_.setHost(&host_);
-    views_.field.setDelegate(this);
-    views_.table.setDelegate(this);
-    views_.table.setData(&table_);
+    screen_.views.field.setDelegate(this);
+    screen_.views.table.setDelegate(this);
+    screen_.views.table.setData(&table_);
     GlobalState::sharedInstance().setSearchObserver(
-        {.started = [] {}, .ended = [this](TRVMode&) { host_.updateTextsOfCurrentMode(); }});
+        {.started = [this] { host_.startSearchAnimation(); },
+         .ended =
+             [this](TRVMode&) {
+                 host_.stopSearchAnimation();
+                 host_.updateTextsOfCurrentMode();
+             }});
+    visibility_ = window_.visibilityChanged().observe(
+        [this](bool visible) { searchMode_.setWindowVisible(visible); });
 }
 
-void AppDelegate::makeSearchModeCurrent() {
-    GlobalState::sharedInstance().setCurrentMode(&searchMode_);
-    FSScanner::sharedInstance().setSearchModeActive(true);
-    host_.updateTextsOfCurrentMode();
-}
-
-void AppDelegate::watchRows() {
-    const char* path = std::getenv("TROVAST_ROWS_TO");
-    if (!path || !*path) return;
-    rowsFile_ = std::make_unique<RowsFile>(path);
-    table_.setReloadedBlock([this] { rowsFile_->write(table_); });
+void AppDelegate::search(const std::u16string& query) {
+    if (!searchMode_.isActive()) modeSwitcher_.switchToMode(searchMode_);
+    field_.updateSearchString(query);
+    field_.searchStringDidChange();
+    if (!window_.isMainWindowVisible()) window_.toggleMainWindow();
 }

@@ -1,27 +1,56 @@
 #pragma once
 #include <memory>
+#include <optional>
 
+#include "actions/ActionStore.h"
 #include "core/CoreModeHost.h"
+#include "core/FrontmostApplication.h"
+#include "core/GlobalHotKey.h"
+#include "core/HidingGuard.h"
 #include "core/ItemOpener.h"
+#include "core/ModeSwitcher.h"
+#include "core/ProjectSwitcher.h"
+#include "core/QuickStart.h"
 #include "core/ResultTableController.h"
 #include "core/RowsFile.h"
 #include "core/ScanRefresh.h"
 #include "core/SearchFieldController.h"
 #include "core/SearchWindowController.h"
+#include "core/StatusItem.h"
 #include "core/UserMessages.h"
+#include "core/app/CrashTrigger.h"
+#include "core/app/QuitByHold.h"
+#include "core/app/SettingsObservers.h"
+#include "fulldiskaccess/FullDiskAccess.h"
 #include "modes/TRVSearchMode.h"
 #include "shell/SearchFieldKeys.h"
 #include "util/settings/ProcessFlagsMirror.h"
 
 class Applications;
+class FileEvents;
 class FileTypes;
-class Frontmost;
 
 /// The desktop, as far as the program asks it for something. All outlive the AppDelegate.
 struct DesktopPorts {
+    OwnApplication& application;
     Applications& applications;
     const FileTypes& fileTypes;
-    Frontmost* frontmost;  // null where the desktop cannot tell who is in front
+    FileEvents& fileEvents;
+    Frontmost& frontmost;
+    HotKeys& hotKeys;
+    StatusBar& statusBar;
+    Appearance& appearance;
+    Updater& updater;
+    DiskAccess& diskAccess;
+};
+
+/// The program's own windows.
+struct Screen {
+    CoreModeHost::Views views;
+    KeyEvents& keyEvents;
+    QuitProgressView& quitProgress;
+    QuickStartView& quickStart;
+    DiskAccessView& diskAccess;
 };
 
 /// Where the user's things are.
@@ -36,39 +65,77 @@ struct Folders {
 /// Owner:   main, the console or a test, inside a World. Threads: main.
 class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDelegate {
   public:
-    AppDelegate(const CoreModeHost::Views& views, const DesktopPorts& desktop,
-                const Folders& folders);
+    AppDelegate(const Screen& screen, const DesktopPorts& desktop);
     ~AppDelegate();
 
-    /// The launch, step by step. The window can be shown when it returns; a scan goes on behind.
-    void launch();
-    void showMainWindow() { window_.showMainWindow(); }
-    void toggleMainWindow() { window_.toggleMainWindow(); }
+    /// The launch, step by step. A scan goes on behind; the gate may put off stage two.
+    void applicationDidFinishLaunching();
+    /// Stage two is through.
+    bool isLaunched() const { return isLaunched_; }
+
+    SearchWindowController& window() { return window_; }
+    ResultTableController& table() { return table_; }
+    SearchFieldController& field() { return field_; }
+    ModeSwitcher& modeSwitcher() { return modeSwitcher_; }
+    ProjectSwitcher& projectSwitcher() { return projectSwitcher_; }
+    TRVSearchMode& searchMode() { return searchMode_; }
+    HidingGuard& hidingGuard() { return guard_; }
 
   private:
-    void joinViews();
+    // Stage one.
+    void joinParts();
+    void setUpWindow();
+    void resetWindowIfAsked();
+    void keepOneWayIn();
+    void passGate();
+    // Stage two.
+    void applicationDidFinishLaunching2();
+    void setUpEntryPoints();
+    void hideOrOpenQuickStart();
     void makeSearchModeCurrent();
+    void watchTheme();
     void watchRows();
 
-    void searchFieldTextDidChange() override { field_.searchStringDidChange(); }
+    void search(const std::u16string& query);
+
+    void searchFieldSelectionDidChange(TextRange selection) override {
+        field_.selectionChanged(selection);
+    }
     bool searchFieldKeyDown(const KeyEvent& event) override {
         return keys_.handleSearchFieldKeyDownEvent(event);
     }
-    void tableViewSelectionDidChange() override { searchMode_.saveSelection(); }
+    void tableViewSelectionDidChange() override { table_.tableViewSelectionDidChange(); }
+    void clipViewBoundsDidChange() override { table_.clipViewBoundsDidChange(); }
     void rowDoubleClicked(size_t) override { keys_.openSelection(); }
 
-    const CoreModeHost::Views views_;
-    const ProcessFlagsMirror flags_;  // settings that hot paths look at
-    TRVSearchMode& searchMode_;       // the one mode
-    UserMessages messages_;           // texts in the info bar
-    CoreModeHost host_;               // what the modes ask of us
-    ResultTableController table_;     // rows and window height
-    SearchFieldController field_;     // the text and its searches
-    SearchWindowController window_;   // showing and hiding
-    ScanRefresh scanRefresh_;         // the list while a scan runs
-    ItemOpener opener_;               // Return
-    SearchFieldKeys keys_;            // what keys do
+    const Screen screen_;
+    const DesktopPorts desktop_;
+    const ProcessFlagsMirror flags_;   // settings that hot paths look at
+    TRVSearchMode& searchMode_;        // the first mode
+    UserMessages messages_;            // texts in the info bar
+    CoreModeHost host_;                // what the modes ask of us
+    ResultTableController table_;      // rows and window height
+    SearchFieldController field_;      // the text and its searches
+    FrontmostApplication frontmost_;   // who had the keyboard
+    HidingGuard guard_;                // what keeps the window from going
+    SearchWindowController window_;    // showing and hiding
+    ModeSwitcher modeSwitcher_;        // which mode is in it
+    ProjectSwitcher projectSwitcher_;  // which project is searched
+    ScanRefresh scanRefresh_;          // the list while a scan runs
+    ItemOpener opener_;                // Return
+    SearchFieldKeys keys_;             // what keys do
+    ActionStore actions_;              // the user's own actions
+    GlobalHotKey hotKey_;              // brings the window up
+    StatusItem statusItem_;            // does so too
+    QuickStart quickStart_;            // the page of the first run
+    FullDiskAccess fullDiskAccess_;    // the gate at launch
+    QuitByHold quitByHold_;            // the quit key
+    SettingsObservers observers_;      // what a change of settings sets off
+    CrashTrigger crashTrigger_;        // for trying crash reports
     std::unique_ptr<RowsFile> rowsFile_;
+    OneShotTimer quickStartTimer_;
+    bool isLaunched_ = false;
+    Subscription theme_, visibility_;
 };
 
 /// The settings and the log, before anything else is made: the settings in a file of the folder, or

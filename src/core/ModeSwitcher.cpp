@@ -1,0 +1,81 @@
+#include "core/ModeSwitcher.h"
+
+#include "core/SearchFieldController.h"
+#include "core/state/GlobalState.h"
+#include "modes/framework/ModeHost.h"
+#include "platform/OwnApplication.h"
+#include "util/log.h"
+#include "util/queues/MainQueue.h"
+
+namespace {
+
+// Room for buttons at the right end of the info bar.
+constexpr double kInsetOfListings = 63, kInsetOfBrowser = 34;
+
+double insetFor(ModeIdentifier identifier) {
+    if (identifier & kListingModes) return kInsetOfListings;
+    return identifier & kFileModes ? kInsetOfBrowser : 0;
+}
+
+}  // namespace
+
+void ModeSwitcher::activateMode(TRVMode& mode) {
+    if (MainQueue::isMainThread()) logError("Must not be called on main thread!");
+    MainQueue::sync([this, &mode] { switchOnMainThread(mode); });
+}
+
+void ModeSwitcher::switchToMode(TRVMode& mode) {
+    TRVMode::switchModeQueue().async([this, &mode] {
+        activateMode(mode);
+        parts_.host.reloadInBackgroundAnimated(false);
+    });
+}
+
+void ModeSwitcher::switchOnMainThread(TRVMode& mode) {
+    if (mode.isActive()) {
+        parts_.host.updateTextsOfCurrentMode();
+        return;
+    }
+    const SearchFieldController::CursorUpdatePause pause(parts_.field);
+    parts_.field.hideMarqueeInfoField();
+    GlobalState& state = GlobalState::sharedInstance();
+    if (TRVMode* old = state.currentMode()) old->resign();
+    state.setCurrentMode(&mode);
+    parts_.table.setAllowsEmptySelection(mode.allowsEmptySelection());
+    mode.activate();
+    modifierFlags_ = parts_.application.modifierFlags();
+    showText(mode);
+    parts_.table.setAllowsMultipleSelection((mode.identifier() & kFileModes) != 0);
+    parts_.infoBar.setInset(insetFor(mode.identifier()));
+    showLook(mode);
+    parts_.host.updateTextsOfCurrentMode();
+}
+
+void ModeSwitcher::begin(TRVMode& mode) {
+    GlobalState::sharedInstance().setCurrentMode(&mode);
+    parts_.table.setAllowsEmptySelection(mode.allowsEmptySelection());
+    parts_.table.setAllowsMultipleSelection((mode.identifier() & kFileModes) != 0);
+    parts_.infoBar.setInset(insetFor(mode.identifier()));
+    parts_.field.updateSearchFieldWithEmptySearchString();
+    showLook(mode);
+    parts_.host.updateTextsOfCurrentMode();
+}
+
+void ModeSwitcher::showText(TRVMode& mode) {
+    if (!mode.hasSearchString()) {
+        parts_.field.updateSearchFieldWithEmptySearchString();
+        return;
+    }
+    parts_.field.updateSearchString(mode.searchString());
+    parts_.field.selectText();  // so that the next key replaces it
+}
+
+void ModeSwitcher::showLook(TRVMode& mode) {
+    mode.themeChanged();
+    mode.setupTextAttrsForColor(mode.backgroundColor());
+    parts_.window.setLook(mode.look());
+}
+
+void ModeSwitcher::themeChanged() {
+    if (TRVMode* mode = GlobalState::sharedInstance().currentMode()) showLook(*mode);
+}

@@ -1,0 +1,73 @@
+#include "core/QuickStart.h"
+
+#include "core/GlobalHotKey.h"
+#include "core/QuickStartExamples.h"
+#include "shell/registry/shortcutText.h"
+#include "util/Unicode.h"
+
+namespace {
+
+/// Free on the desktops that were looked at, and close to where the hands are.
+constexpr HotKey kSuggested{.keyCode = kKeySpace,
+                            .modifierFlags = kModifierCommand | kModifierControl};
+constexpr uint64_t kModifiers =
+    kModifierShift | kModifierControl | kModifierOption | kModifierCommand;
+
+}  // namespace
+
+QuickStart::QuickStart(Parts parts) : parts_(std::move(parts)) {
+    parts_.view.setDelegate(this);
+}
+
+QuickStart::~QuickStart() {
+    parts_.view.setDelegate(nullptr);
+}
+
+void QuickStart::openQuickStart() {
+    if (const auto cache = parts_.currentCache()) content_.tries = quickStartExamples(*cache);
+    content_.hotKeyMessage.clear();
+    showHotKey();
+    if (content_.hotKey.empty()) offerHotKey();
+    parts_.view.setContent(content_);
+    parts_.view.show();
+}
+
+void QuickStart::indexChanged() {
+    if (!parts_.view.isVisible() || content_.tries.size() == 3) return;
+    if (const auto cache = parts_.currentCache()) content_.tries = quickStartExamples(*cache);
+    parts_.view.setContent(content_);
+}
+
+void QuickStart::offerHotKey() {
+    const std::string keys = shortcutText(kSuggested.keyCode, kSuggested.modifierFlags);
+    const auto free = parts_.hotKey.isFree(kSuggested);
+    content_.hotKeyMessage =
+        free ? "Press the keys that shall bring the window up: " + keys + " is free."
+             : free.error().description + " Press other keys.";
+}
+
+void QuickStart::showHotKey() {
+    const HotKey& hotKey = parts_.hotKey.currentShortcut();
+    content_.hotKeyWorks = hotKey.keyCode != 0 && content_.hotKeyMessage.empty();
+    content_.hotKey = hotKey.keyCode ? shortcutText(hotKey.keyCode, hotKey.modifierFlags) : "";
+    if (content_.hotKeyWorks) content_.hotKeyMessage = "Press it now: the search window comes.";
+}
+
+void QuickStart::hotKeyRecorded(const KeyEvent& event) {
+    const HotKey hotKey{.keyCode = event.keyCode,
+                        .modifierFlags = event.modifierFlags & kModifiers};
+    content_.hotKeyMessage.clear();
+    if ((hotKey.modifierFlags & ~uint64_t{kModifierShift}) == 0) {
+        content_.hotKeyMessage = "A hot key needs Ctrl, Alt or Super.";
+    } else {
+        const auto changed = parts_.hotKey.change(hotKey);
+        if (!changed) content_.hotKeyMessage = changed.error().description;
+    }
+    showHotKey();
+    parts_.view.setContent(content_);
+}
+
+void QuickStart::tryChosen(size_t index) {
+    if (index >= content_.tries.size()) return;
+    if (const auto query = toUtf16(content_.tries[index].query)) parts_.search(*query);
+}

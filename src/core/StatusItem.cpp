@@ -1,0 +1,24 @@
+#include "core/StatusItem.h"
+
+#include "platform/StatusBar.h"
+#include "util/log.h"
+#include "util/settings/OVUserDefaults.h"
+
+void StatusItem::setupMenuExtraMenuItem() {
+    const bool shows = OVUserDefaults::sharedInstance().boolForKey("showStatusMenu");
+    logAt(Debug, "Setting up Status Item: %s", shows ? "YES" : "NO");
+    if (shows == isShown_) return;
+    isShown_ = shows;
+    if (!shows) {
+        logAt(Debug, "Disabling status item");
+        bar_.removeStatusItem();
+        return;
+    }
+    logAt(Debug, "Enabling status item");
+    bar_.showStatusItem({.toolTip = "Trovast",
+                         .action = actions_.toggleMainWindow,
+                         .menu = {{"Show or Hide Trovast", actions_.toggleMainWindow},
+                                  {"Quick Start", actions_.openQuickStart},
+                                  {"", {}},
+                                  {"Quit Trovast", actions_.terminate}}});
+}

@@ -1,0 +1,45 @@
+#include "modes/framework/TRVModeRepresentingFiles.h"
+
+#include <algorithm>
+
+#include "modes/framework/ModeHost.h"
+#include "screen/ResultTableView.h"
+#include "util/log.h"
+#include "util/queues/MainQueue.h"
+
+std::vector<FileURL> TRVModeRepresentingFiles::urlsOfFilteredItemsAtIndexSet(
+    const std::vector<size_t>& rows) {
+    std::vector<FileURL> urls;
+    for (const size_t row : rows)
+        if (auto url = urlOfFilteredItemAtIndex(row)) urls.push_back(std::move(*url));
+    return urls;
+}
+
+void TRVModeRepresentingFiles::markPathForFutureSelection(const FileURL& url) {
+    if (!selection()) selection() = Selection{};
+    selection()->selectedItems = {url};
+}
+
+void TRVModeRepresentingFiles::saveSelection() {
+    if (!MainQueue::isMainThread()) logError("Must be called on main thread!");
+    if (!isActive()) logError("Must be active to save selection!");
+    if (!selection() || !selection()->selectedItems.empty()) selection() = Selection{};
+    ResultTableView& table = host().resultTable();
+    const std::vector<size_t> rows = table.selectedRows();
+    Selection& saved = *selection();
+    saved.clipOrigin = table.clipOrigin();
+    saved.mostRecentlySelectedRow = rows.empty() ? -1 : static_cast<int64_t>(rows.front());
+    saved.selectedRowIndexes = {rows.begin(), rows.end()};
+    for (FileURL& url : urlsOfFilteredItemsAtIndexSet(rows))
+        saved.selectedItems.emplace_back(std::move(url));
+}
+
+void TRVModeRepresentingFiles::restoreSelection() {
+    std::vector<size_t> rows;
+    if (selection())
+        for (const Selection::Item& item : selection()->selectedItems)
+            if (const auto* url = std::get_if<FileURL>(&item))
+                if (const auto row = rowIndexOfFilteredItemByURL(*url)) rows.push_back(*row);
+    std::sort(rows.begin(), rows.end());
+    restoreSelectionWithIndexSet(std::move(rows));
+}

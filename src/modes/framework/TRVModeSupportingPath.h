@@ -1,0 +1,9 @@
+#pragma once
+#include "modes/framework/TRVModeRepresentingFiles.h"
+
+/// A mode with files from many folders: rows have a path line.
+/// Owner:   World. Threads: see TRVMode.
+class TRVModeSupportingPath : public TRVModeRepresentingFiles {
+  public:
+    using TRVModeRepresentingFiles::TRVModeRepresentingFiles;
+};

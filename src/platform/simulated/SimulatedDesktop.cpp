@@ -1,0 +1,120 @@
+#include "platform/simulated/SimulatedDesktop.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "util/Unicode.h"
+#include "util/queues/MainQueue.h"
+
+namespace {
+
+/// Of a desktop on which nothing ever happens.
+class SilentStream : public FileEventStream {
+    void start() override {}
+    void stop() override {}
+};
+
+}  // namespace
+
+void SimulatedDesktop::request(const char* what, nlohmann::json fields) {
+    fields["what"] = what;
+    requests_.push_back(std::move(fields));
+}
+
+void SimulatedDesktop::setFrontmost(const App& app) {
+    const bool differs = app.id != frontmost_.id;
+    frontmost_ = app;
+    if (!differs || !active_) return;
+    if (delegate_) delegate_->applicationWillResignActive();
+    active_ = false;
+}
+
+void SimulatedDesktop::pressHotKey() {
+    if (const auto action = hotKeyAction_) action();
+}
+
+void SimulatedDesktop::clickStatusItem() {
+    if (statusItem_ && statusItem_->action) {
+        const auto action = statusItem_->action;
+        action();
+    }
+}
+
+void SimulatedDesktop::setDark(bool isDark) {
+    dark = isDark;
+    appearanceChanged_.emit();
+}
+
+void SimulatedDesktop::changeScreen(double width, double height) {
+    screen.window.screen = {0, 0, width, height};
+    if (delegate_) delegate_->applicationDidChangeScreenParameters();
+}
+
+void SimulatedDesktop::hide() {
+    request("hide");
+    active_ = false;
+    MainQueue::async([this] {
+        if (delegate_) delegate_->applicationDidHide();
+    });
+}
+
+void SimulatedDesktop::terminate() {
+    request("terminate");
+    terminated_ = true;
+}
+
+Result<void> SimulatedDesktop::openInDefaultApplication(const FileURL& url) {
+    const std::string extension(url.pathExtension());
+    nlohmann::json application;
+    for (const App& app : applications)
+        if (std::find(app.extensions.begin(), app.extensions.end(), extension) !=
+            app.extensions.end()) {
+            application = app.id;
+            break;
+        }
+    request("open", {{"paths", {pathToText(url.path())}}, {"application", application}});
+    return {};
+}
+
+std::string SimulatedDesktop::iconNameForItem(const FileURL&, uint8_t itemType) const {
+    constexpr uint8_t kFolder = 2;
+    return itemType & kFolder ? "folder" : "text-x-generic";
+}
+
+std::unique_ptr<FileEventStream> SimulatedDesktop::streamCreate(Request request) {
+    if (eventSource) return eventSource->streamCreate(std::move(request));
+    return std::make_unique<SilentStream>();
+}
+
+uint64_t SimulatedDesktop::currentEventId() const {
+    return eventSource ? eventSource->currentEventId() : 1;
+}
+
+std::optional<RunningApplication> SimulatedDesktop::frontmostApplication() {
+    return RunningApplication{.bundleIdentifier = frontmost_.id, .bundlePath = frontmost_.path};
+}
+
+bool SimulatedDesktop::activateRunningApplication(const std::string& bundleIdentifier) {
+    request("activate", {{"id", bundleIdentifier}});
+    active_ = false;
+    return true;
+}
+
+Result<void> SimulatedDesktop::registerShortcut(const HotKey& hotKey,
+                                                std::function<void()> action) {
+    unregisterShortcut();
+    if (hotKey == takenHotKey)
+        return Error{.domain = "desktop", .description = "Another program holds the hot key."};
+    hotKey_ = hotKey;
+    hotKeyAction_ = std::move(action);
+    return {};
+}
+
+void SimulatedDesktop::unregisterShortcut() {
+    hotKey_.reset();
+    hotKeyAction_ = nullptr;
+}
+
+Subscription SimulatedDesktop::observe(std::function<void()> block) {
+    return appearanceChanged_.observe(std::move(block));
+}
