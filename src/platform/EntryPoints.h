@@ -1,14 +1,21 @@
 #pragma once
 #include <functional>
+#include <string>
+#include <vector>
 
 /// The ways into the running program from outside: a second start of it, the desktop's own key
-/// settings, a launcher. At most one program a session has them.
+/// settings, a launcher, a link. At most one program a session has them.
 /// Owner:   main. Threads: main.
 /// Fails:   silently: where there is nothing to claim them from, nobody ever asks.
 class EntryPoints {
   public:
+    struct Requests {
+        std::function<void()> activate;                           // bring the window up
+        std::function<void()> toggle;                             // up or away
+        std::function<void(std::vector<std::string> urls)> open;  // links and files
+    };
     virtual ~EntryPoints() = default;
-    /// False: another instance has them and was told to show itself; leave. The blocks are called
-    /// as often as somebody outside asks: to bring the window up, and to bring it up or away.
-    virtual bool claim(std::function<void()> onActivate, std::function<void()> onToggle) = 0;
+    /// False: another instance has them, and was told to toggle its window; leave. The requests
+    /// are called as often as somebody outside asks.
+    virtual bool claim(Requests requests) = 0;
 };

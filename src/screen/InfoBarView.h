@@ -1,4 +1,5 @@
 #pragma once
+#include <optional>
 #include <string>
 
 /// The line at the bottom of the window. Plain text. Main thread.
@@ -9,6 +10,11 @@ class InfoBarView {
     virtual void setToolTip(const std::string& text) = 0;
     /// Red, for an error.
     virtual void setErrorLook(bool isError) = 0;
-    /// Something goes on in the background: a scan.
-    virtual void setBusy(bool busy) = 0;
+    /// A scan goes on in the background, and a search.
+    virtual void setScanning(bool scanning) = 0;
+    virtual void setSearching(bool searching) = 0;
+    /// A message over the bar, moving if it is longer than that; none: the bar is seen.
+    virtual void setMarquee(const std::optional<std::string>& text) = 0;
+    /// How much of the window's width at the right end is for buttons.
+    virtual void setInset(double width) = 0;
 };

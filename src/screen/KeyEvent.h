@@ -1,15 +1,19 @@
 #pragma once
 #include <cstdint>
+#include <functional>
 #include <string>
 
 /// A key as the program knows it: codes of positions on the keyboard and modifier masks that are
 /// stored in the settings, whatever the desktop calls them. Command is Ctrl, Control is Alt, Option
 /// is Super.
 struct KeyEvent {
+    enum class Kind { down, up, flagsChanged };
+
     uint64_t keyCode = 0;
     uint64_t modifierFlags = 0;
     std::u16string characters = {};
     bool isRepeat = false;
+    Kind kind = Kind::down;
 };
 
 enum ModifierFlag : uint64_t {
@@ -21,7 +25,16 @@ enum ModifierFlag : uint64_t {
     kModifierFunction = 8388608,
 };
 
+/// Sees each key event of any window of ours before the window does. Main thread.
+class KeyEvents {
+  public:
+    virtual ~KeyEvents() = default;
+    /// True: the event goes no further. An empty one ends it.
+    virtual void setMonitor(std::function<bool(const KeyEvent&)> monitor) = 0;
+};
+
 enum KeyCode : uint64_t {
+    kKeyQ = 12,
     kKeyReturn = 36,
     kKeyTab = 48,
     kKeySpace = 49,

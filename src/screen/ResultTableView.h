@@ -20,6 +20,8 @@ class ResultTableViewDelegate {
     /// By the user's or the program's doing.
     virtual void tableViewSelectionDidChange() = 0;
     virtual void rowDoubleClicked(size_t row) = 0;
+    /// It was scrolled, or its height changed.
+    virtual void clipViewBoundsDidChange() = 0;
 };
 
 /// The list of results. Main thread.
@@ -35,7 +37,12 @@ class ResultTableView {
     virtual void setHasVerticalScroller(bool has) = 0;
     /// Extending keeps what is selected.
     virtual void selectRow(size_t row, bool extend) = 0;
+    virtual void deselectAll() = 0;
+    virtual void setAllowsEmptySelection(bool allows) = 0;
+    virtual void setAllowsMultipleSelection(bool allows) = 0;
+    /// Ascending.
     virtual std::vector<size_t> selectedRows() const = 0;
+    virtual bool isRowVisible(size_t row) const = 0;
     virtual void scrollRowToVisible(size_t row) = 0;
     virtual Point clipOrigin() const = 0;
     virtual void setClipOrigin(Point origin) = 0;

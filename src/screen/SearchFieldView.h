@@ -8,8 +8,8 @@
 class SearchFieldViewDelegate {
   public:
     virtual ~SearchFieldViewDelegate() = default;
-    /// The user, not the program, changed the text.
-    virtual void searchFieldTextDidChange() = 0;
+    /// After each change of the text or of the cursor, whoever made it.
+    virtual void searchFieldSelectionDidChange(TextRange selection) = 0;
     /// Before the field itself: true, the key is used up.
     virtual bool searchFieldKeyDown(const KeyEvent& event) = 0;
 };
@@ -26,5 +26,7 @@ class SearchFieldView {
     virtual void setSelection(TextRange range) = 0;
     virtual void selectAll() = 0;
     virtual void focus() = 0;
+    /// Takes typing. A field that does not still shows its text.
     virtual void setEnabled(bool enabled) = 0;
+    virtual bool isEnabled() const = 0;
 };

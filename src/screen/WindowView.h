@@ -1,12 +1,17 @@
 #pragma once
+#include <functional>
+
 #include "screen/Geometry.h"
+#include "screen/ModeLook.h"
 
 /// Who is told what happens to the window. Main thread.
 class WindowViewDelegate {
   public:
     virtual ~WindowViewDelegate() = default;
     virtual void windowDidBecomeKey() = 0;
-    virtual void windowDidResignKey() = 0;
+    /// By the user's or the program's doing.
+    virtual void windowDidMove() = 0;
+    virtual void windowDidResize() = 0;
     /// The desktop asks for it to be closed.
     virtual void windowWillClose() = 0;
 };
@@ -20,10 +25,12 @@ class WindowView {
     virtual void show() = 0;
     virtual void hide() = 0;
     virtual bool isVisible() const = 0;
-    /// Has the keyboard, or has asked for it within the last second.
-    virtual bool isActive() const = 0;
+    /// The user may change its width.
+    virtual void setResizable(bool resizable) = 0;
+    virtual void setLook(const ModeLook& look) = 0;
     virtual Rect frame() const = 0;
-    virtual void setFrame(Rect frame, bool animated) = 0;
+    /// Animated: in 0.1 seconds, then ended is called; else it is called at once.
+    virtual void setFrame(Rect frame, bool animated, std::function<void()> ended = {}) = 0;
     /// Of the screen that the window is on, and what panels leave of it.
     virtual Rect screenFrame() const = 0;
     virtual Rect visibleScreenFrame() const = 0;
