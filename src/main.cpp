@@ -1,10 +1,18 @@
 #include <QApplication>
+#include <QIcon>
 
 #include "core/app/AppDelegate.h"
+#include "platform/linux/FullAccess.h"
+#include "platform/linux/LinuxAppearance.h"
+#include "platform/linux/LinuxApplication.h"
 #include "platform/linux/LinuxApplications.h"
 #include "platform/linux/LinuxEntryPoints.h"
 #include "platform/linux/LinuxFileTypes.h"
 #include "platform/linux/LinuxFrontmost.h"
+#include "platform/linux/LinuxHotKeys.h"
+#include "platform/linux/LinuxStatusBar.h"
+#include "platform/linux/NoFileEvents.h"
+#include "platform/linux/NoUpdater.h"
 #include "platform/linux/QtMainLoop.h"
 #include "platform/linux/TerminationSignals.h"
 #include "platform/linux/WindowHints.h"
@@ -12,7 +20,73 @@
 #include "util/UserFolders.h"
 #include "util/World.h"
 #include "util/log.h"
+#include "views/AlertDialogs.h"
+#include "views/ApplicationIcon.h"
+#include "views/DiskAccessDialog.h"
+
+#include "views/KeyMonitor.h"
+#include "views/QuickStartWindow.h"
+#include "views/QuitProgress.h"
 #include "views/SearchWindow.h"
+
+namespace {
+
+/// The real desktop: what the program asks of it, and the program's own windows.
+struct Desktop {
+    explicit Desktop(DisplayChoice display)
+        : applications(display == DisplayChoice::ours),
+          application([this](uintptr_t id) { frontmost.activateOwnWindow(id); }) {}
+
+    WindowSystem windowSystem() {
+        return {.isComposited = [this] { return frontmost.composited(); },
+                .prepare = WindowHints::prepareWindow,
+                .takeClicksIn = WindowHints::takeClicksIn,
+                .activate = [this](uintptr_t id) { application.activateWindow(id); },
+                .keySymbols = WindowHints::keySymbol};
+    }
+    DesktopPorts ports() {
+        return {.application = application,
+                .applications = applications,
+                .fileTypes = fileTypes,
+                .fileEvents = fileEvents,
+                .frontmost = frontmost,
+                .hotKeys = hotKeys,
+                .statusBar = statusBar,
+                .appearance = appearance,
+                .updater = updater,
+                .diskAccess = diskAccess};
+    }
+    Screen screen() {
+        return {.views = {.window = window,
+                          .field = window.field(),
+                          .table = window.table(),
+                          .infoBar = window.infoBar(),
+                          .alerts = alerts},
+                .keyEvents = keyEvents,
+                .quitProgress = quitProgress,
+                .quickStart = quickStart,
+                .diskAccess = diskAccessDialog};
+    }
+
+    LinuxFrontmost frontmost;
+    LinuxApplications applications;
+    LinuxApplication application;
+    LinuxFileTypes fileTypes;
+    NoFileEvents fileEvents;
+    LinuxHotKeys hotKeys;
+    LinuxStatusBar statusBar{applicationIcon()};
+    LinuxAppearance appearance;
+    NoUpdater updater;
+    FullAccess diskAccess;
+    SearchWindow window{windowSystem()};
+    AlertDialogs alerts{windowSystem()};
+    KeyMonitor keyEvents{WindowHints::keySymbol};
+    QuitProgress quitProgress{windowSystem()};
+    QuickStartWindow quickStart{windowSystem()};
+    DiskAccessDialog diskAccessDialog{windowSystem()};
+};
+
+}  // namespace
 
 int main(int argc, char** argv) {
     const DisplayChoice display = chooseDisplay();
@@ -20,43 +94,34 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName("Trovast");
     QApplication::setDesktopFileName("com.orrinvale.Trovast");
+    QApplication::setWindowIcon(applicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
 
     World world;
-    const Folders folders{.home = userFolders::home(),
-                          .configuration = userFolders::configuration(),
-                          .state = userFolders::state()};
     LinuxEntryPoints entryPoints;
     AppDelegate* delegate = nullptr;
-    const bool first = entryPoints.claim(
-        [&] {
-            if (delegate) delegate->showMainWindow();
-        },
-        [&] {
-            if (delegate) delegate->toggleMainWindow();
-        });
-    if (!first) return 0;  // the one that runs shows its window
+    const auto ask = [&](void (SearchWindowController::*what)()) {
+        return [&delegate, what] {
+            if (delegate) (delegate->window().*what)();
+        };
+    };
+    const auto show = ask(&SearchWindowController::showMainWindow);
+    const bool first =
+        entryPoints.claim({.activate = show,
+                           .toggle = ask(&SearchWindowController::toggleMainWindow),
+                           .open = [show](const std::vector<std::string>&) { show(); }});
+    if (!first) return 0;  // the one that runs was told to toggle its window
 
-    openSettingsAndLog(folders);
-    LinuxApplications applications(display == DisplayChoice::ours);
-    LinuxFileTypes fileTypes;
-    LinuxFrontmost frontmost;
-    SearchWindow window({.isComposited = [&] { return frontmost.composited(); },
-                         .prepare = WindowHints::prepareWindow,
-                         .takeClicksIn = WindowHints::takeClicksIn,
-                         .activate = [&](uintptr_t id) { frontmost.activateOwnWindow(id); },
-                         .keySymbols = WindowHints::keySymbol});
+    openSettingsAndLog({.home = userFolders::home(),
+                        .configuration = userFolders::configuration(),
+                        .state = userFolders::state()});
+    Desktop desktop(display);
     QtMainLoop loop(world.mainQueue(), world.clock());
     TerminationSignals signals([] { QApplication::quit(); });
-    AppDelegate app({.window = window,
-                     .field = window.field(),
-                     .table = window.table(),
-                     .infoBar = window.infoBar()},
-                    {.applications = applications, .fileTypes = fileTypes, .frontmost = &frontmost},
-                    folders);
+    AppDelegate app(desktop.screen(), desktop.ports());
     delegate = &app;
-    app.launch();
-    app.showMainWindow();
+    app.applicationDidFinishLaunching();
+    app.window().toggleMainWindow();  // who starts the program by hand wants to see it
     const int status = QApplication::exec();
     delegate = nullptr;
     logging::close();

@@ -1,8 +1,10 @@
 #include "views/InfoBar.h"
 
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QTimerEvent>
+#include <algorithm>
+#include <cmath>
 
 #include "views/MarkedText.h"
 #include "views/Theme.h"
@@ -10,8 +12,11 @@
 namespace {
 constexpr int kInset = 15;
 constexpr int kRing = 10;
-constexpr int kFrame = 40;  // milliseconds
-constexpr int kStep = 18;   // degrees a frame: once around in 0.8 s
+constexpr int kBeforeRing = 200;  // milliseconds: what is shorter needs no ring
+constexpr int kFrame = 40;        // milliseconds
+constexpr int kStep = 18;         // degrees a frame: once around in 0.8 s
+constexpr double kMarqueeStep = 1.6, kMarqueeGap = 60;
+constexpr int kMarqueeRest = 40;  // frames in which its beginning can be read
 }  // namespace
 
 InfoBar::InfoBar() {
@@ -21,6 +26,8 @@ InfoBar::InfoBar() {
 
 void InfoBar::setTheme(const Theme* theme) {
     theme_ = theme;
+    if (marquee_) marqueeWidth_ = QFontMetricsF(theme_->info13).horizontalAdvance(*marquee_);
+    moveWhileSeen();
     update();
 }
 
@@ -41,41 +48,116 @@ void InfoBar::setErrorLook(bool isError) {
     update();
 }
 
-void InfoBar::setBusy(bool busy) {
-    if (busy == busy_) return;
-    busy_ = busy;
-    turnWhileSeen();
+void InfoBar::setScanning(bool scanning) {
+    const bool wasBusy = isBusy();
+    isScanning_ = scanning;
+    busyChanged(wasBusy);
+}
+
+void InfoBar::setSearching(bool searching) {
+    const bool wasBusy = isBusy();
+    isSearching_ = searching;
+    busyChanged(wasBusy);
+}
+
+void InfoBar::busyChanged(bool wasBusy) {
+    if (isBusy() == wasBusy) return;
+    if (isBusy()) {
+        beforeRing_.start(kBeforeRing, this);
+        return;
+    }
+    beforeRing_.stop();
+    hasRing_ = false;
+    moveWhileSeen();
     update();
 }
 
-void InfoBar::turnWhileSeen() {
-    if (busy_ && isVisible())
-        turning_.start(kFrame, this);
-    else
-        turning_.stop();
+void InfoBar::setMarquee(const std::optional<std::string>& text) {
+    std::optional<QString> shown;
+    if (text) shown = plainText(*text, theme_ && theme_->hasControlPictures);
+    if (shown == marquee_) return;
+    marquee_ = std::move(shown);
+    if (marquee_) setAccessibleDescription(*marquee_);
+    marqueeOffset_ = 0;
+    marqueeRest_ = kMarqueeRest;
+    marqueeWidth_ =
+        marquee_ && theme_ ? QFontMetricsF(theme_->info13).horizontalAdvance(*marquee_) : 0;
+    moveWhileSeen();
+    update();
+}
+
+void InfoBar::setInset(double width) {
+    inset_ = int(std::ceil(width));
+    moveWhileSeen();
+    update();
+}
+
+void InfoBar::moveWhileSeen() {
+    const bool isTooLong = marquee_ && marqueeWidth_ > textPlace().width();
+    if (!isTooLong) marqueeOffset_ = 0;
+    if (isVisible() && (hasRing_ || isTooLong)) {
+        if (!frames_.isActive()) frames_.start(kFrame, this);
+    } else {
+        frames_.stop();
+    }
+}
+
+void InfoBar::timerEvent(QTimerEvent* event) {
+    if (event->timerId() == beforeRing_.timerId()) {
+        beforeRing_.stop();
+        hasRing_ = true;
+        moveWhileSeen();
+        update();
+        return;
+    }
+    if (event->timerId() != frames_.timerId()) return;
+    turn_ = (turn_ + kStep) % 360;
+    if (hasRing_) update(ringPlace().adjusted(-2, -2, 2, 2));
+    if (!marquee_ || marqueeWidth_ <= textPlace().width()) return;
+    if (marqueeRest_ > 0) {
+        marqueeRest_--;
+        return;
+    }
+    marqueeOffset_ += kMarqueeStep;
+    if (marqueeOffset_ >= marqueeWidth_ + kMarqueeGap) {
+        marqueeOffset_ = 0;
+        marqueeRest_ = kMarqueeRest;
+    }
+    update(textPlace());
 }
 
 QRect InfoBar::ringPlace() const {
     return {width() - kInset - kRing, (height() - kRing) / 2 - 1, kRing, kRing};
 }
 
-void InfoBar::timerEvent(QTimerEvent* event) {
-    if (event->timerId() != turning_.timerId()) return;
-    turn_ = (turn_ + kStep) % 360;
-    update(ringPlace().adjusted(-2, -2, 2, 2));
+QRect InfoBar::textPlace() const {
+    const int right = std::max(inset_, hasRing_ ? kInset + kRing + kInset / 2 : kInset);
+    return {kInset, -2, std::max(0, width() - kInset - right), height()};
 }
 
-void InfoBar::paintEvent(QPaintEvent*) {
-    if (!theme_) return;
-    QPainter painter(this);
-    painter.setFont(theme_->info13);
+void InfoBar::paintText(QPainter& painter) const {
     painter.setPen(isError_ ? theme_->error : theme_->info);
-    QRect place(kInset, -2, width() - 2 * kInset, height());
-    if (busy_) place.setRight(ringPlace().left() - kInset / 2);
     const QFontMetrics metrics(theme_->info13);
-    painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                     metrics.elidedText(text_, Qt::ElideMiddle, place.width()));
-    if (!busy_) return;
+    painter.drawText(textPlace(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                     metrics.elidedText(text_, Qt::ElideMiddle, textPlace().width()));
+}
+
+void InfoBar::paintMarquee(QPainter& painter) const {
+    const QRect place = textPlace();
+    painter.save();
+    painter.setClipRect(place);
+    painter.setPen(theme_->fieldText);
+    const bool moves = marqueeWidth_ > place.width();
+    for (double x = place.left() - marqueeOffset_; x < place.right();
+         x += marqueeWidth_ + kMarqueeGap) {
+        painter.drawText(QRectF(x, place.top(), marqueeWidth_ + 1, place.height()),
+                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, *marquee_);
+        if (!moves) break;
+    }
+    painter.restore();
+}
+
+void InfoBar::paintRing(QPainter& painter) const {
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF ring = QRectF(ringPlace()).adjusted(1, 1, -1, -1);
     QColor track = theme_->accent;
@@ -84,4 +166,15 @@ void InfoBar::paintEvent(QPaintEvent*) {
     painter.drawEllipse(ring);
     painter.setPen(QPen(theme_->accent, 1.6, Qt::SolidLine, Qt::RoundCap));
     painter.drawArc(ring, (90 - turn_) * 16, -100 * 16);
+}
+
+void InfoBar::paintEvent(QPaintEvent*) {
+    if (!theme_) return;
+    QPainter painter(this);
+    painter.setFont(theme_->info13);
+    if (marquee_)
+        paintMarquee(painter);
+    else
+        paintText(painter);
+    if (hasRing_) paintRing(painter);
 }

@@ -7,8 +7,8 @@
 struct Theme;
 
 /// The line at the bottom of the window, and a small turning ring at its right end while something
-/// goes on in the background.
-/// Owner:   SearchWindow. Threads: main.
+/// goes on for longer than a moment. A message may stand over it; one that is too long moves.
+/// Owner:   SearchWindow. Threads: main. Timers run only while the bar is seen and moves.
 class InfoBar : public QWidget, public InfoBarView {
   public:
     static constexpr int kHeight = 20;
@@ -20,22 +20,37 @@ class InfoBar : public QWidget, public InfoBarView {
     void setText(const std::string& text) override;
     void setToolTip(const std::string& text) override;
     void setErrorLook(bool isError) override;
-    void setBusy(bool busy) override;
+    void setScanning(bool scanning) override;
+    void setSearching(bool searching) override;
+    void setMarquee(const std::optional<std::string>& text) override;
+    void setInset(double width) override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
-    void showEvent(QShowEvent*) override { turnWhileSeen(); }
-    void hideEvent(QHideEvent*) override { turnWhileSeen(); }
+    void showEvent(QShowEvent*) override { moveWhileSeen(); }
+    void hideEvent(QHideEvent*) override { moveWhileSeen(); }
+    void resizeEvent(QResizeEvent*) override { moveWhileSeen(); }
 
   private:
+    bool isBusy() const { return isScanning_ || isSearching_; }
+    void busyChanged(bool wasBusy);
+    void moveWhileSeen();
     QRect ringPlace() const;
-    void turnWhileSeen();
+    QRect textPlace() const;
+    void paintText(QPainter& painter) const;
+    void paintMarquee(QPainter& painter) const;
+    void paintRing(QPainter& painter) const;
 
     const Theme* theme_ = nullptr;
     QString text_;
     bool isError_ = false;
-    bool busy_ = false;
-    int turn_ = 0;  // degrees
-    QBasicTimer turning_;
+    std::optional<QString> marquee_;
+    double marqueeWidth_ = 0, marqueeOffset_ = 0;
+    int marqueeRest_ = 0;  // frames until it moves
+    int inset_ = 0;
+    bool isScanning_ = false, isSearching_ = false;
+    bool hasRing_ = false;
+    int turn_ = 0;  // of the ring, in degrees
+    QBasicTimer beforeRing_, frames_;
 };

@@ -91,16 +91,22 @@ QString plainText(const std::string& utf8, bool hasControlPictures) {
     return text;
 }
 
-QString plainToolTip(const std::string& utf8) {
-    if (utf8.empty()) return {};
+QString plainLines(const std::string& utf8) {
     QString result;
     for (size_t begin = 0; begin <= utf8.size();) {
         const size_t end = std::min(utf8.find('\n', begin), utf8.size());
-        if (begin > 0) result += QStringLiteral("<br>");
-        result += plainText(utf8.substr(begin, end - begin)).toHtmlEscaped();
+        if (begin > 0) result += QLatin1Char('\n');
+        result += plainText(utf8.substr(begin, end - begin));
         begin = end + 1;
     }
-    return QStringLiteral("<p style='white-space:pre'>%1</p>").arg(result);
+    return result;
+}
+
+QString plainToolTip(const std::string& utf8) {
+    if (utf8.empty()) return {};
+    QString lines = plainLines(utf8).toHtmlEscaped();
+    lines.replace(QLatin1Char('\n'), QStringLiteral("<br>"));
+    return QStringLiteral("<p style='white-space:pre'>%1</p>").arg(lines);
 }
 
 MarkedText elidedAroundMarks(const MarkedText& whole, double width,

@@ -16,6 +16,8 @@ struct MarkedText {
 /// What is safe to paint: control and direction characters become visible marks, unit for unit;
 /// line breaks too. Without pictures of them in the font, control characters all get one mark.
 QString plainText(const std::string& utf8, bool hasControlPictures = true);
+/// The same, but lines stay lines.
+QString plainLines(const std::string& utf8);
 /// The same for a tool tip: lines stay lines, and what looks like markup is not taken for it.
 QString plainToolTip(const std::string& utf8);
 

@@ -84,6 +84,11 @@ void Panel::mousePressEvent(QMouseEvent* event) {
         windowHandle()->startSystemMove();
 }
 
+void Panel::moveEvent(QMoveEvent* event) {
+    QWidget::moveEvent(event);
+    if (events_.moved) events_.moved();
+}
+
 void Panel::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     switch (event->type()) {

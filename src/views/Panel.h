@@ -5,20 +5,21 @@
 #include "views/Shadow.h"
 #include "views/Theme.h"
 
-/// The top-level widget of the search window: a rounded sheet with a soft shadow around it where
-/// there is a compositor, else the sheet alone, cut out by a mask.
-/// Owner:   SearchWindow. Threads: main.
+/// The top-level widget of our windows: a rounded sheet with a soft shadow around it where there is
+/// a compositor, else the sheet alone, cut out by a mask.
+/// Owner:   SearchWindow, or a SheetWindow that is one. Threads: main.
 class Panel : public QWidget {
   public:
     static constexpr int kBorder = 1;  // the line around the sheet, within it
 
     Panel();
-    /// Called when the window gets or loses the keyboard, when the desktop wants it closed, and
-    /// when the desktop's colours or fonts have changed.
+    /// Called when the window gets or loses the keyboard, when it has moved, when the desktop wants
+    /// it closed, and when the desktop's colours or fonts have changed.
     struct Events {
-        std::function<void(bool hasKeyboard)> activationChanged;
-        std::function<void()> closeAsked;
-        std::function<void()> lookChanged;
+        std::function<void(bool hasKeyboard)> activationChanged = {};
+        std::function<void()> moved = {};
+        std::function<void()> closeAsked = {};
+        std::function<void()> lookChanged = {};
     };
     void setEvents(Events events) { events_ = std::move(events); }
     void setTheme(const Theme* theme);
@@ -35,6 +36,7 @@ class Panel : public QWidget {
   protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 

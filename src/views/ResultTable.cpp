@@ -75,10 +75,22 @@ void ResultTable::setHasVerticalScroller(bool has) {
 void ResultTable::selectRow(size_t row, bool extend) {
     if (row >= count_) return;
     std::set<size_t> rows;
-    if (extend) rows = selection_;
+    if (extend && allowsMultiple_)
+        rows = selection_;
+    else
+        anchor_ = row;
     rows.insert(row);
-    if (!extend) anchor_ = row;
     setSelection(std::move(rows));
+}
+
+void ResultTable::deselectAll() {
+    if (allowsEmpty_) setSelection({});
+}
+
+bool ResultTable::isRowVisible(size_t row) const {
+    if (row >= count_) return false;
+    const QRectF place = rowPlace(row);
+    return place.bottom() > 0 && place.top() < height();
 }
 
 std::vector<size_t> ResultTable::selectedRows() const {
@@ -112,6 +124,7 @@ void ResultTable::setOffset(double offset) {
     offset_ = bounded;
     updateScroller();
     update();
+    if (delegate_) delegate_->clipViewBoundsDidChange();
 }
 
 void ResultTable::updateScroller() {
@@ -162,10 +175,14 @@ void ResultTable::paintEvent(QPaintEvent* event) {
     contents_.erase(contents_.lower_bound(top + shown), contents_.end());
 }
 
-void ResultTable::resizeEvent(QResizeEvent*) {
+void ResultTable::resizeEvent(QResizeEvent* event) {
     scroller_->setGeometry(width() - Scroller::kWidth, 0, Scroller::kWidth, height());
+    const double before = offset_;
     setOffset(offset_);
     updateScroller();
+    const bool isTold = offset_ != before;
+    if (delegate_ && !isTold && event->size().height() != event->oldSize().height())
+        delegate_->clipViewBoundsDidChange();
 }
 
 void ResultTable::wheelEvent(QWheelEvent* event) {
@@ -183,12 +200,15 @@ void ResultTable::mousePressEvent(QMouseEvent* event) {
     }
     if (event->button() != Qt::LeftButton) return;
     std::set<size_t> rows;
-    if (event->modifiers() & Qt::ShiftModifier) {
+    const Qt::KeyboardModifiers modifiers =
+        allowsMultiple_ ? event->modifiers() : Qt::KeyboardModifiers();
+    if (modifiers & Qt::ShiftModifier) {
         for (size_t i = std::min(anchor_, *row); i <= std::max(anchor_, *row); ++i) rows.insert(i);
     } else {
         anchor_ = *row;
-        if (event->modifiers() & Qt::ControlModifier) rows = selection_;
+        if (modifiers & Qt::ControlModifier) rows = selection_;
         if (!rows.insert(*row).second) rows.erase(*row);
+        if (rows.empty() && !allowsEmpty_) return;
     }
     setSelection(std::move(rows));
 }

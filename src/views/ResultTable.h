@@ -28,7 +28,13 @@ class ResultTable : public QWidget, public ResultTableView {
     void setRowHeight(double height) override;
     void setHasVerticalScroller(bool has) override;
     void selectRow(size_t row, bool extend) override;
+    /// Does nothing where an empty selection is not allowed.
+    void deselectAll() override;
+    void setAllowsEmptySelection(bool allows) override { allowsEmpty_ = allows; }
+    void setAllowsMultipleSelection(bool allows) override { allowsMultiple_ = allows; }
     std::vector<size_t> selectedRows() const override;
+    /// A part of it will do.
+    bool isRowVisible(size_t row) const override;
     void scrollRowToVisible(size_t row) override;
     Point clipOrigin() const override { return {0, offset_}; }
     void setClipOrigin(Point origin) override;
@@ -65,4 +71,5 @@ class ResultTable : public QWidget, public ResultTableView {
     std::map<size_t, RowContent> contents_;  // of the rows on screen, so that a repaint shows what
                                              // was there even if the data has moved on
     bool hasKeyboard_ = true;
+    bool allowsEmpty_ = true, allowsMultiple_ = true;
 };

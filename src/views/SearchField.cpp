@@ -32,9 +32,15 @@ class SearchField::Edit : public QLineEdit {
         setTextMargins(kTextLeft - 2, 0, kRightInset, 0);
         setFixedHeight(kHeight);
         setAccessibleName(QStringLiteral("Search"));
-        QObject::connect(this, &QLineEdit::textEdited, this, [this] {
-            if (delegate) delegate->searchFieldTextDidChange();
-        });
+        const auto changed = [this] { tellOfChange(); };
+        QObject::connect(this, &QLineEdit::textChanged, this, changed);
+        QObject::connect(this, &QLineEdit::cursorPositionChanged, this, changed);
+        QObject::connect(this, &QLineEdit::selectionChanged, this, changed);
+    }
+
+    TextRange selection() const {
+        if (!hasSelectedText()) return {size_t(cursorPosition()), 0};
+        return {size_t(selectionStart()), size_t(selectionLength())};
     }
 
     void setTheme(const Theme* theme) {
@@ -74,12 +80,23 @@ class SearchField::Edit : public QLineEdit {
   private:
     bool isUsedUp(const KeyEvent& key) {
         // A modifier going down is no key stroke.
-        if (key.keyCode == kNoKeyCode && key.characters.empty()) return false;
+        if (key.kind == KeyEvent::Kind::flagsChanged) return false;
         return delegate && delegate->searchFieldKeyDown(key);
+    }
+
+    /// One change comes as up to three signals, the first of which finds everything in place.
+    void tellOfChange() {
+        const TextRange now = selection();
+        if (text() == toldText_ && now == toldSelection_) return;
+        toldText_ = text();
+        toldSelection_ = now;
+        if (delegate) delegate->searchFieldSelectionDidChange(now);
     }
 
     const KeySymbols keySymbols_;
     const Theme* theme_ = nullptr;
+    QString toldText_;
+    TextRange toldSelection_;
 };
 
 SearchField::SearchField(QWidget* parent, KeySymbols keySymbols)
@@ -110,8 +127,7 @@ void SearchField::setPlaceholder(const std::string& text) {
 }
 
 TextRange SearchField::selection() const {
-    if (!edit_->hasSelectedText()) return {size_t(edit_->cursorPosition()), 0};
-    return {size_t(edit_->selectionStart()), size_t(edit_->selectionLength())};
+    return edit_->selection();
 }
 
 void SearchField::setSelection(TextRange range) {
@@ -127,5 +143,10 @@ void SearchField::focus() {
 }
 
 void SearchField::setEnabled(bool enabled) {
-    edit_->setEnabled(enabled);
+    // Not the widget as a whole: keys still reach the delegate, and the text keeps its colour.
+    edit_->setReadOnly(!enabled);
+}
+
+bool SearchField::isEnabled() const {
+    return !edit_->isReadOnly();
 }

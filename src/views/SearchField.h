@@ -28,6 +28,7 @@ class SearchField : public SearchFieldView {
     void selectAll() override;
     void focus() override;
     void setEnabled(bool enabled) override;
+    bool isEnabled() const override;
 
   private:
     class Edit;

@@ -4,11 +4,12 @@
 #include <QCursor>
 #include <QLineEdit>
 #include <QScreen>
+#include <utility>
 
 namespace {
 
-constexpr int kResizing = 100;              // milliseconds
-constexpr qint64 kKeyboardIsComing = 1000;  // milliseconds
+constexpr int kResizing = 100;  // milliseconds
+constexpr int kLeastWidth = 320;
 constexpr QSize kFirstSize(638, 64);
 constexpr int kFullHeight = 555;  // of a sheet with ten rows
 constexpr int kTableTop = SearchField::kHeight;
@@ -42,24 +43,23 @@ SearchWindow::SearchWindow(WindowSystem system)
     panel_.setEvents({.activationChanged =
                           [this](bool hasKeyboard) {
                               table_->setHasKeyboard(hasKeyboard);
-                              if (!delegate_) return;
-                              if (hasKeyboard)
-                                  delegate_->windowDidBecomeKey();
-                              else
-                                  delegate_->windowDidResignKey();
+                              if (delegate_ && hasKeyboard) delegate_->windowDidBecomeKey();
                           },
+                      .moved = [this] { tellOfPlace(); },
                       .closeAsked =
                           [this] {
                               if (delegate_) delegate_->windowWillClose();
                           },
                       .lookChanged = [this] { renewTheme(); }});
+    makeGrips();
     renewTheme();
     panel_.setComposited(system_.isComposited && system_.isComposited());
     panel_.setFocusProxy(field_->widget());
     placeSheet({QPoint(), kFirstSize}, Room::renewed);
     resizing_.setDuration(kResizing);
     resizing_.setEasingCurve(QEasingCurve::OutCubic);
-    QObject::connect(&resizing_, &QVariantAnimation::finished, &panel_, [this] { layOut(); });
+    QObject::connect(&resizing_, &QVariantAnimation::finished, &panel_,
+                     [this] { animationEnded(); });
     QObject::connect(&resizing_, &QVariantAnimation::valueChanged, &panel_,
                      [this](const QVariant& place) { placeSheet(place.toRect(), Room::kept); });
 }
@@ -69,11 +69,60 @@ SearchWindow::~SearchWindow() {
 }
 
 void SearchWindow::renewTheme() {
-    theme_ = Theme::make(QGuiApplication::palette(), QApplication::font());
+    const bool isDark = look_
+                            ? look_->isDark
+                            : QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
+    theme_ =
+        Theme::make(look_ ? look_->background.hue : Theme::kOwnHue, isDark, QApplication::font());
     panel_.setTheme(&theme_);
     field_->setTheme(&theme_);
     table_->setTheme(&theme_);
     infoBar_->setTheme(&theme_);
+}
+
+void SearchWindow::setLook(const ModeLook& look) {
+    if (look_ && *look_ == look) return;
+    look_ = look;
+    renewTheme();
+}
+
+void SearchWindow::makeGrips() {
+    const auto began = [this] {
+        if (isResizing()) setFrame(frame(), false);
+        dragged_ = sheetPlace();
+    };
+    leftGrip_ = new EdgeGrip(&panel_, {began, [this](int x) { drag(true, x); }});
+    rightGrip_ = new EdgeGrip(&panel_, {began, [this](int x) { drag(false, x); }});
+    setResizable(false);
+}
+
+void SearchWindow::setResizable(bool resizable) {
+    leftGrip_->setVisible(resizable);
+    rightGrip_->setVisible(resizable);
+}
+
+void SearchWindow::drag(bool leftEdge, int distance) {
+    QRect sheet = dragged_;
+    if (leftEdge)
+        sheet.setLeft(std::min(sheet.left() + distance, sheet.right() + 1 - kLeastWidth));
+    else
+        sheet.setRight(std::max(sheet.right() + distance, sheet.left() + kLeastWidth - 1));
+    placeSheet(sheet, Room::kept);
+}
+
+void SearchWindow::tellOfPlace() {
+    if (isPlacing_) return;
+    const Rect now = frame();
+    const Rect before = std::exchange(told_, now);
+    if (!delegate_) return;
+    if (now.width != before.width || now.height != before.height) delegate_->windowDidResize();
+    if (now.x != before.x || now.y + now.height != before.y + before.height)
+        delegate_->windowDidMove();
+}
+
+void SearchWindow::animationEnded() {
+    layOut();
+    for (const auto& ended : std::exchange(ended_, {})) ended();
 }
 
 void SearchWindow::layOut() {
@@ -88,6 +137,9 @@ void SearchWindow::layOut() {
     // program scrolls to now must be in sight then.
     const int height = isResizing() ? target_.height() : sheet.height();
     table_->setGeometry(0, 0, tableWidth, std::max(0, height - InfoBar::kHeight - kTableTop));
+    leftGrip_->setGeometry(sheet.x(), sheet.y(), EdgeGrip::kWidth, sheet.height());
+    rightGrip_->setGeometry(sheet.right() + 1 - EdgeGrip::kWidth, sheet.y(), EdgeGrip::kWidth,
+                            sheet.height());
 }
 
 const QScreen* SearchWindow::screen() const {
@@ -121,10 +173,13 @@ void SearchWindow::makeRoom(const QRect& sheet, Room room) {
 }
 
 void SearchWindow::placeSheet(const QRect& sheet, Room room) {
+    isPlacing_ = true;
     makeRoom(sheet, room);
     panel_.setSheetSize(sheet.size());
+    isPlacing_ = false;
     layOut();
     letClicksThrough();
+    tellOfPlace();
 }
 
 void SearchWindow::prepareWindow() {
@@ -149,7 +204,6 @@ void SearchWindow::letClicksThrough() {
 
 void SearchWindow::show() {
     if (!panel_.isVisible()) prepareWindow();
-    activation_.start();
     panel_.show();
     letClicksThrough();
     panel_.raise();
@@ -158,19 +212,8 @@ void SearchWindow::show() {
 }
 
 void SearchWindow::hide() {
-    activation_.invalidate();
-    if (isResizing()) {
-        resizing_.stop();
-        placeSheet(target_, Room::renewed);
-    }
+    if (isResizing()) setFrame(frame(), false);
     panel_.hide();
-}
-
-bool SearchWindow::isActive() const {
-    // The keyboard comes some milliseconds after it was asked for.
-    return panel_.isVisible() &&
-           (panel_.isActiveWindow() ||
-            (activation_.isValid() && activation_.elapsed() < kKeyboardIsComing));
 }
 
 Rect SearchWindow::frame() const {
@@ -178,21 +221,33 @@ Rect SearchWindow::frame() const {
     return toRect(sheetPlace());
 }
 
-void SearchWindow::setFrame(Rect frame, bool animated) {
-    const QRect now = sheetPlace();
-    const bool wasMoving = isResizing();
-    if (wasMoving && toQRect(frame) == target_) return;
-    resizing_.stop();
-    target_ = toQRect(frame);
-    if (!animated || !panel_.isVisible() || target_ == now) {
-        placeSheet(target_, panel_.isVisible() ? Room::kept : Room::renewed);
+void SearchWindow::setFrame(Rect frame, bool animated, std::function<void()> ended) {
+    const QRect wanted = toQRect(frame);
+    if (isResizing() && animated && wanted == target_) {
+        if (ended) ended_.push_back(std::move(ended));
         return;
     }
-    makeRoom(target_, Room::kept);  // once, not for each step
-    resizing_.setStartValue(now);
-    resizing_.setEndValue(target_);
-    resizing_.start();
-    layOut();
+    resizing_.stop();
+    // What waited for another place waits no longer.
+    auto waiting = std::exchange(ended_, {});
+    if (ended) ended_.push_back(std::move(ended));
+    target_ = wanted;
+    const QRect now = sheetPlace();
+    const bool moves = animated && panel_.isVisible() && target_ != now;
+    if (moves) {
+        isPlacing_ = true;
+        makeRoom(target_, Room::kept);  // once, not for each step
+        isPlacing_ = false;
+        resizing_.setStartValue(now);
+        resizing_.setEndValue(target_);
+        resizing_.start();
+        layOut();
+        tellOfPlace();
+    } else {
+        placeSheet(target_, panel_.isVisible() ? Room::kept : Room::renewed);
+    }
+    for (const auto& block : waiting) block();
+    if (!moves) animationEnded();
 }
 
 Rect SearchWindow::screenFrame() const {
@@ -201,4 +256,18 @@ Rect SearchWindow::screenFrame() const {
 
 Rect SearchWindow::visibleScreenFrame() const {
     return toRect(screen()->availableGeometry());
+}
+
+Rect SearchWindow::visibleScreenFrameFor(Rect place) const {
+    const QRect wanted = toQRect(place);
+    const QScreen* best = screen();
+    qint64 bestShared = -1;
+    for (const QScreen* each : QGuiApplication::screens()) {
+        const QRect shared = each->geometry() & wanted;
+        const qint64 area = qint64(shared.width()) * shared.height();
+        if (shared.isEmpty() || area <= bestShared) continue;
+        best = each;
+        bestShared = area;
+    }
+    return toRect(best->availableGeometry());
 }

@@ -1,29 +1,17 @@
 #pragma once
-#include <QElapsedTimer>
 #include <QVariantAnimation>
-#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "screen/WindowView.h"
+#include "views/EdgeGrip.h"
 #include "views/InfoBar.h"
 #include "views/Panel.h"
 #include "views/ResultTable.h"
 #include "views/SearchField.h"
-
-/// What the search window needs of the desktop beyond Qt; each may be missing.
-struct WindowSystem {
-    /// Whether what is behind a translucent window is seen. Missing: no.
-    std::function<bool()> isComposited = {};
-    /// Before each showing: the native window, how far its shadow reaches around, in device pixels,
-    /// and what a growing window shows until it is painted.
-    std::function<void(uintptr_t window, QMargins shadow, QColor ground)> prepare = {};
-    /// Clicks beside this part of the window, in device pixels, are not ours; empty: all are.
-    std::function<void(uintptr_t window, QRect part)> takeClicksIn = {};
-    /// Asks for the keyboard.
-    std::function<void(uintptr_t window)> activate = {};
-    KeySymbols keySymbols = {};
-};
+#include "views/WindowSystem.h"
 
 /// The search window with its three parts. Owns the theme.
 /// Owner:   main. Threads: main.
@@ -42,15 +30,21 @@ class SearchWindow : public WindowView {
     void show() override;
     void hide() override;
     bool isVisible() const override { return panel_.isVisible(); }
-    bool isActive() const override;
+    void setResizable(bool resizable) override;
+    void setLook(const ModeLook& look) override;
     Rect frame() const override;
-    void setFrame(Rect frame, bool animated) override;
+    void setFrame(Rect frame, bool animated, std::function<void()> ended = {}) override;
     Rect screenFrame() const override;
     Rect visibleScreenFrame() const override;
+    Rect visibleScreenFrameFor(Rect place) const override;
 
   private:
     void renewTheme();
     void layOut();
+    void makeGrips();
+    void drag(bool leftEdge, int distance);
+    void tellOfPlace();
+    void animationEnded();
     void prepareWindow();
     void letClicksThrough();
     bool isResizing() const { return resizing_.state() == QAbstractAnimation::Running; }
@@ -67,13 +61,18 @@ class SearchWindow : public WindowView {
 
     const WindowSystem system_;
     WindowViewDelegate* delegate_ = nullptr;
+    std::optional<ModeLook> look_;
     Theme theme_;
     Panel panel_;
     std::unique_ptr<SearchField> field_;
     QWidget* tableClip_;  // these three belong to the panel
     ResultTable* table_;
     InfoBar* infoBar_;
+    EdgeGrip *leftGrip_ = nullptr, *rightGrip_ = nullptr;  // these too
+    QRect dragged_;                                        // the sheet when a drag began
     QVariantAnimation resizing_;
-    QRect target_;              // of the running animation
-    QElapsedTimer activation_;  // since the keyboard was asked for
+    QRect target_;                              // of the running animation
+    std::vector<std::function<void()>> ended_;  // for its end
+    Rect told_;                                 // the frame that the delegate knows
+    bool isPlacing_ = false;                    // the panel moves before its sheet has its size
 };

@@ -2,15 +2,18 @@
 
 #include <QFontDatabase>
 #include <QFontMetrics>
-#include <QPalette>
+
+#include "views/Contrast.h"
 
 namespace {
 
-constexpr float kSearchHue = 0.585F;
-
-QColor hsb(double saturation, double brightness, double alpha = 1) {
-    return QColor::fromHsvF(kSearchHue, float(saturation), float(brightness), float(alpha));
-}
+/// A colour of the one hue.
+struct Hue {
+    float hue;
+    QColor operator()(double saturation, double brightness, double alpha = 1) const {
+        return QColor::fromHsvF(hue, float(saturation), float(brightness), float(alpha));
+    }
+};
 
 bool hasLightFace(const QString& family) {
     for (const QString& style : QFontDatabase::styles(family)) {
@@ -40,7 +43,7 @@ void setFonts(Theme& theme, const QFont& desktopFont) {
     theme.hasControlPictures = QFontMetrics(theme.nameFont).inFont(kPictureOfLineFeed);
 }
 
-void setDarkColours(Theme& theme) {
+void setDarkColours(Theme& theme, const Hue& hsb) {
     theme.background = hsb(0.26, 0.125);
     theme.border = hsb(0.15, 0.9, 0.16);
     theme.separator = hsb(0.15, 0.9, 0.10);
@@ -62,7 +65,7 @@ void setDarkColours(Theme& theme) {
     theme.scroller = hsb(0.1, 0.8, 0.35);
 }
 
-void setLightColours(Theme& theme) {
+void setLightColours(Theme& theme, const Hue& hsb) {
     theme.background = hsb(0.015, 0.985);
     theme.border = hsb(0.5, 0.2, 0.22);
     theme.separator = hsb(0.5, 0.2, 0.12);
@@ -85,13 +88,18 @@ void setLightColours(Theme& theme) {
 
 }  // namespace
 
-Theme Theme::make(const QPalette& palette, const QFont& desktopFont) {
+Theme Theme::make(double hue, bool dark, const QFont& desktopFont) {
     Theme theme;
-    theme.dark = palette.color(QPalette::Window).lightness() < 128;
-    if (theme.dark)
-        setDarkColours(theme);
+    theme.dark = dark;
+    const Hue hsb{float(hue)};
+    if (dark)
+        setDarkColours(theme, hsb);
     else
-        setLightColours(theme);
+        setLightColours(theme, hsb);
+    // Yellow and green are lighter than blue of the same brightness.
+    theme.selection = contrast::groundFor(theme.selectedPath, theme.selection);
+    for (QColor* text : {&theme.placeholder, &theme.info, &theme.accent})
+        *text = contrast::textOn(theme.background, *text);
     setFonts(theme, desktopFont);
     return theme;
 }

@@ -2,11 +2,9 @@
 #include <QColor>
 #include <QFont>
 
-class QPalette;
-
-/// Colours and fonts of the search window, derived from one hue and from whether the desktop is
-/// light or dark. Each text stands at 4.5 to 1 at least against every ground that it comes on.
-/// Owner:   SearchWindow, which makes it anew when the desktop's palette or font changes.
+/// Colours and fonts of our windows, derived from one hue and from light or dark. Each text but the
+/// paths stands at 4.5 to 1 at least against every ground that it comes on.
+/// Owner:   the window, which makes it anew when the mode's look or the desktop's font changes.
 /// Units:   font sizes are logical pixels.
 struct Theme {
     bool dark = false;
@@ -23,5 +21,7 @@ struct Theme {
     /// Whether the fonts can draw the pictures of control characters (U+2400 and on).
     bool hasControlPictures = false;
 
-    static Theme make(const QPalette& palette, const QFont& desktopFont);
+    /// hue: from 0 to 1.
+    static Theme make(double hue, bool dark, const QFont& desktopFont);
+    static constexpr double kOwnHue = 0.585;  // where no mode says another
 };

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QWidget>
+#include <vector>
 
 /// A test with an application of its own, on no screen.
 class QtTest : public testing::Test {
@@ -15,3 +17,12 @@ class QtTest : public testing::Test {
     char* values_[2] = {name_, nullptr};
     QApplication application_{arguments(), values_};
 };
+
+/// The widgets of a class below another one, in the order in which they were made.
+template <class T>
+std::vector<T*> childrenOf(const QWidget& parent) {
+    std::vector<T*> found;
+    for (QWidget* child : parent.findChildren<QWidget*>())
+        if (auto* const wanted = dynamic_cast<T*>(child)) found.push_back(wanted);
+    return found;
+}

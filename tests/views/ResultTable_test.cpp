@@ -22,9 +22,10 @@ struct Rows : ResultTableData {
 };
 
 struct Listener : ResultTableViewDelegate {
-    int changes = 0;
+    int changes = 0, scrolls = 0;
     std::vector<size_t> opened;
     void tableViewSelectionDidChange() override { changes++; }
+    void clipViewBoundsDidChange() override { scrolls++; }
     void rowDoubleClicked(size_t row) override { opened.push_back(row); }
 };
 
@@ -55,7 +56,7 @@ class ResultTableTest : public QtTest {
     }
     using Selection = std::vector<size_t>;
 
-    const Theme theme = Theme::make(QPalette(Qt::white), QFont());
+    const Theme theme = Theme::make(Theme::kOwnHue, false, QFont());
     Rows rows;
     Listener listener;
     ResultTable table;
@@ -132,4 +133,47 @@ TEST_F(ResultTableTest, ARowAskedForIsInSightAfterTheTableHasGrown) {
     table.resize(kWidth, kHeight);
     const auto asked = askedForPainting();
     EXPECT_TRUE(asked.count(4));
+}
+
+TEST_F(ResultTableTest, HoldsToWhatSelectionsAreAllowed) {
+    table.selectRow(3, false);
+    table.setAllowsEmptySelection(false);
+    table.deselectAll();
+    click(3, Qt::ControlModifier);
+    EXPECT_EQ(table.selectedRows(), Selection{3});
+    table.setAllowsEmptySelection(true);
+    table.deselectAll();
+    EXPECT_TRUE(table.selectedRows().empty());
+    EXPECT_EQ(listener.changes, 2);
+
+    table.setAllowsMultipleSelection(false);
+    click(2);
+    for (const auto modifier : {Qt::ShiftModifier, Qt::ControlModifier}) {
+        click(5, modifier);
+        EXPECT_EQ(table.selectedRows(), Selection{5});
+        click(2);
+    }
+    table.selectRow(6, true);
+    EXPECT_EQ(table.selectedRows(), Selection{6});
+}
+
+TEST_F(ResultTableTest, TellsWhereItStandsAndWhenThatChanges) {
+    EXPECT_TRUE(table.isRowVisible(0));
+    EXPECT_TRUE(table.isRowVisible(kShown - 1));
+    EXPECT_FALSE(table.isRowVisible(kShown));
+    table.setClipOrigin({0, kPitch + kPitch / 2});
+    EXPECT_EQ(listener.scrolls, 1);
+    EXPECT_FALSE(table.isRowVisible(0));
+    EXPECT_TRUE(table.isRowVisible(1));  // a part of it
+    EXPECT_TRUE(table.isRowVisible(kShown + 1));
+    EXPECT_FALSE(table.isRowVisible(rows.count));
+    table.setClipOrigin({0, kPitch + kPitch / 2});
+    EXPECT_EQ(listener.scrolls, 1);  // nothing moved
+
+    table.show();
+    const int before = listener.scrolls;
+    table.resize(kWidth, kHeight - kPitch);
+    EXPECT_EQ(listener.scrolls, before + 1);
+    table.resize(kWidth - 10, kHeight - kPitch);
+    EXPECT_EQ(listener.scrolls, before + 1);
 }

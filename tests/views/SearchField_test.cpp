@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <utility>
 #include <vector>
 
 #include "views/QtTest.h"
@@ -11,10 +12,12 @@
 namespace {
 
 struct Listener : SearchFieldViewDelegate {
-    int changes = 0;
+    std::vector<TextRange> selections;
     bool usesUp = false;
     std::vector<uint64_t> keys;
-    void searchFieldTextDidChange() override { changes++; }
+    void searchFieldSelectionDidChange(TextRange selection) override {
+        selections.push_back(selection);
+    }
     bool searchFieldKeyDown(const KeyEvent& event) override {
         keys.push_back(event.keyCode);
         return usesUp;
@@ -32,7 +35,7 @@ class SearchFieldTest : public QtTest {
         QCoreApplication::sendEvent(field.widget(), &event);
     }
 
-    const Theme theme = Theme::make(QPalette(Qt::white), QFont());
+    const Theme theme = Theme::make(Theme::kOwnHue, false, QFont());
     QWidget parent;
     Listener listener;
     SearchField field{&parent, {}};
@@ -40,12 +43,36 @@ class SearchFieldTest : public QtTest {
 
 }  // namespace
 
-TEST_F(SearchFieldTest, TellsOfTheUsersChangesAlone) {
+TEST_F(SearchFieldTest, TellsOnceOfEachChangeOfTextOrCursorWhoeverMadeIt) {
+    using Ranges = std::vector<TextRange>;
+    const auto told = [&] { return std::exchange(listener.selections, {}); };
+    field.setText(u"abc");
+    EXPECT_EQ(told(), (Ranges{{3, 0}}));
+    press(Qt::Key_D, "d");
+    EXPECT_EQ(told(), (Ranges{{4, 0}}));
+    press(Qt::Key_Left);
+    EXPECT_EQ(told(), (Ranges{{3, 0}}));
+    field.setSelection({1, 2});
+    EXPECT_EQ(told().back(), (TextRange{1, 2}));
+    field.selectAll();
+    EXPECT_EQ(told().back(), (TextRange{0, 4}));
+    press(Qt::Key_Backspace);
+    EXPECT_EQ(told(), (Ranges{{0, 0}}));
+    field.setText(u"");
+    field.setSelection({0, 0});
+    EXPECT_TRUE(told().empty());
+}
+
+TEST_F(SearchFieldTest, TakesNoTypingWhileItIsDisabled) {
     field.setText(u"a");
-    EXPECT_EQ(listener.changes, 0);
+    field.setEnabled(false);
+    EXPECT_FALSE(field.isEnabled());
+    press(Qt::Key_B, "b");
+    EXPECT_EQ(field.text(), u"a");
+    EXPECT_EQ(listener.keys, std::vector<uint64_t>{11});  // the delegate still sees the keys
+    field.setEnabled(true);
     press(Qt::Key_B, "b");
     EXPECT_EQ(field.text(), u"ab");
-    EXPECT_EQ(listener.changes, 1);
 }
 
 TEST_F(SearchFieldTest, GivesKeysToItsDelegateFirst) {
@@ -64,7 +91,7 @@ TEST_F(SearchFieldTest, WhatAnInputMethodComposesIsNoTextYet) {
     done.setCommitString(QString::fromUtf8("日"));
     QCoreApplication::sendEvent(field.widget(), &done);
     EXPECT_EQ(field.text(), u"日");
-    EXPECT_EQ(listener.changes, 1);
+    EXPECT_EQ(listener.selections, (std::vector<TextRange>{{1, 0}}));
     EXPECT_TRUE(listener.keys.empty());
 }
 

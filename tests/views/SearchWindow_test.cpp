@@ -1,16 +1,19 @@
 #include "views/SearchWindow.h"
 
 #include <QCloseEvent>
+#include <QMouseEvent>
 #include <QScreen>
+#include <QThread>
 
 #include "views/QtTest.h"
 
 namespace {
 
 struct Listener : WindowViewDelegate {
-    int closes = 0;
+    int closes = 0, moves = 0, resizes = 0;
     void windowDidBecomeKey() override {}
-    void windowDidResignKey() override {}
+    void windowDidMove() override { moves++; }
+    void windowDidResize() override { resizes++; }
     void windowWillClose() override { closes++; }
 };
 
@@ -36,18 +39,92 @@ TEST_F(SearchWindowTest, PlacesCountFromTheBottomOfTheScreen) {
     }
 }
 
-TEST_F(SearchWindowTest, IsActiveAsSoonAsItHasAskedForTheKeyboard) {
+TEST_F(SearchWindowTest, AsksForTheKeyboardWhenItIsShown) {
     std::vector<uintptr_t> asked;
     WindowSystem system;
     system.activate = [&](uintptr_t id) { asked.push_back(id); };
     SearchWindow window(system);
-    EXPECT_FALSE(window.isActive());
     window.show();
-    EXPECT_TRUE(window.isActive());
     EXPECT_EQ(asked, std::vector<uintptr_t>{window.widget()->winId()});
     window.hide();
-    EXPECT_FALSE(window.isActive());
     EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(SearchWindowTest, TellsOnceOfEachPlaceAndOfTheEndOfEachWay) {
+    SearchWindow window;
+    Listener listener;
+    int ends = 0;
+    const auto ended = [&] { ends++; };
+    window.setFrame({30, 200, 638, 64}, false, ended);
+    EXPECT_EQ(ends, 1);
+    window.setDelegate(&listener);
+    window.show();
+    window.setFrame({40, 200, 638, 64}, false);
+    EXPECT_EQ(listener.moves, 1);
+    EXPECT_EQ(listener.resizes, 0);
+
+    window.setFrame({40, 151, 638, 113}, true, ended);  // higher, the upper edge where it was
+    EXPECT_EQ(listener.resizes, 1);
+    EXPECT_EQ(ends, 1);
+    window.setFrame({40, 102, 638, 162}, true, ended);  // the first is given up for this one
+    EXPECT_EQ(ends, 2);
+    window.setFrame({40, 102, 638, 162}, true, ended);  // on its way there already
+    EXPECT_EQ(ends, 2);
+    for (int i = 0; i < 200 && ends < 4; ++i) {
+        QCoreApplication::processEvents();
+        QThread::msleep(10);
+    }
+    EXPECT_EQ(ends, 4);
+    EXPECT_EQ(listener.resizes, 2);
+    EXPECT_EQ(listener.moves, 1);
+    EXPECT_EQ(window.frame(), (Rect{40, 102, 638, 162}));
+
+    window.setFrame({40, 200, 638, 64}, true, ended);
+    window.hide();  // nobody will see the end of it
+    EXPECT_EQ(ends, 5);
+    EXPECT_EQ(window.frame(), (Rect{40, 200, 638, 64}));
+}
+
+TEST_F(SearchWindowTest, ItsSidesAreDraggedWhereTheUserMay) {
+    SearchWindow window;
+    Listener listener;
+    window.setFrame({300, 200, 638, 64}, false);
+    window.setDelegate(&listener);
+    window.show();
+    const auto grips = childrenOf<EdgeGrip>(*window.widget());
+    ASSERT_EQ(grips.size(), 2u);
+    for (const EdgeGrip* grip : grips) EXPECT_FALSE(grip->isVisible());
+    window.setResizable(true);
+    const auto drag = [&](EdgeGrip* grip, int distance) {
+        const auto send = [&](QEvent::Type type, int x) {
+            QMouseEvent event(type, {1, 1}, QPointF(x, 50), Qt::LeftButton, Qt::LeftButton, {});
+            QCoreApplication::sendEvent(grip, &event);
+        };
+        send(QEvent::MouseButtonPress, 100);
+        send(QEvent::MouseMove, 100 + distance / 2);
+        send(QEvent::MouseMove, 100 + distance);
+    };
+    drag(grips[0], -50);
+    EXPECT_EQ(window.frame(), (Rect{250, 200, 688, 64}));
+    EXPECT_EQ(listener.resizes, 2);
+    drag(grips[1], 30);
+    EXPECT_EQ(window.frame(), (Rect{250, 200, 718, 64}));
+    drag(grips[1], -5000);
+    EXPECT_GE(window.frame().width, 300);
+    EXPECT_EQ(window.frame().x, 250);
+}
+
+TEST_F(SearchWindowTest, TakesTheLookOfTheMode) {
+    SearchWindow window;
+    window.setFrame({300, 200, 638, 64}, false);
+    const auto ground = [&] {
+        return window.widget()->grab().toImage().pixelColor(300, 50);  // beside the text
+    };
+    window.setLook({.isDark = true, .background = {.hue = 0.751}});
+    EXPECT_LT(ground().lightness(), 60);
+    EXPECT_NEAR(ground().hsvHueF(), 0.751, 0.05);
+    window.setLook({.isDark = false, .background = {.hue = 0.123}});
+    EXPECT_GT(ground().lightness(), 220);
 }
 
 TEST_F(SearchWindowTest, ClosingIsForTheDelegateToDo) {

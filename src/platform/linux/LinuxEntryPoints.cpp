@@ -20,8 +20,8 @@ QString text(const char* ascii) {
 
 void tellOtherInstance(QDBusConnection& bus) {
     auto call = QDBusMessage::createMethodCall(text(kService), text(kPath), text(kInterface),
-                                               QStringLiteral("Activate"));
-    call << QVariantMap();
+                                               QStringLiteral("ActivateAction"));
+    call << QStringLiteral("toggle") << QVariantList() << QVariantMap();
     const QDBusMessage answer = bus.call(call, QDBus::Block, kAnswerTimeout);
     if (answer.type() == QDBusMessage::ErrorMessage)
         logError("The running instance did not answer: %s", qPrintable(answer.errorMessage()));
@@ -29,11 +29,10 @@ void tellOtherInstance(QDBusConnection& bus) {
 
 }  // namespace
 
-/// Answers by hand: no argument is kept, none is ever taken for a command.
+/// Answers by hand: no argument is ever taken for a command.
 class LinuxEntryPoints::Object : public QDBusVirtualObject {
   public:
-    Object(std::function<void()> onActivate, std::function<void()> onToggle)
-        : onActivate_(std::move(onActivate)), onToggle_(std::move(onToggle)) {}
+    explicit Object(Requests requests) : requests_(std::move(requests)) {}
 
     QString introspect(const QString&) const override {
         return QStringLiteral(
@@ -48,31 +47,38 @@ class LinuxEntryPoints::Object : public QDBusVirtualObject {
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
         if (message.interface() != text(kInterface)) return false;
-        const std::function<void()>* request = requestOf(message);
+        const std::function<void()> request = requestOf(message);
         if (!request) {
             bus.send(message.createErrorReply(QDBusError::InvalidArgs,
                                               QStringLiteral("Not a request of this program")));
             return true;
         }
         bus.send(message.createReply());  // first: the caller need not wait for the window
-        (*request)();
+        request();
         return true;
     }
 
   private:
-    const std::function<void()>* requestOf(const QDBusMessage& message) const {
+    /// Empty for what is no request.
+    std::function<void()> requestOf(const QDBusMessage& message) const {
         const QString member = message.member(), signature = message.signature();
         if (member == QLatin1String("Activate") && signature == QLatin1String("a{sv}"))
-            return &onActivate_;
-        if (member == QLatin1String("Open") && signature == QLatin1String("asa{sv}"))
-            return &onActivate_;
+            return requests_.activate;
+        if (member == QLatin1String("Open") && signature == QLatin1String("asa{sv}")) {
+            std::vector<std::string> urls;
+            for (const QString& url : message.arguments().at(0).toStringList())
+                urls.push_back(url.toStdString());
+            return [open = requests_.open, urls = std::move(urls)] {
+                if (open) open(urls);
+            };
+        }
         if (member == QLatin1String("ActivateAction") && signature == QLatin1String("sava{sv}") &&
             message.arguments().at(0).toString() == QLatin1String("toggle"))
-            return &onToggle_;
-        return nullptr;
+            return requests_.toggle;
+        return {};
     }
 
-    const std::function<void()> onActivate_, onToggle_;
+    const Requests requests_;
 };
 
 LinuxEntryPoints::LinuxEntryPoints() = default;
@@ -84,14 +90,14 @@ LinuxEntryPoints::~LinuxEntryPoints() {
     bus.unregisterObject(text(kPath));
 }
 
-bool LinuxEntryPoints::claim(std::function<void()> onActivate, std::function<void()> onToggle) {
+bool LinuxEntryPoints::claim(Requests requests) {
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
         logWarning("No session bus: a second start opens a second window");
         return true;
     }
     // The object first: whoever waits for the name calls it as soon as the name is there.
-    object_ = std::make_unique<Object>(std::move(onActivate), std::move(onToggle));
+    object_ = std::make_unique<Object>(std::move(requests));
     bus.registerVirtualObject(text(kPath), object_.get());
     if (bus.registerService(text(kService))) return true;
     bus.unregisterObject(text(kPath));

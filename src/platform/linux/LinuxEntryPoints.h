@@ -12,7 +12,7 @@ class LinuxEntryPoints : public EntryPoints {
   public:
     LinuxEntryPoints();
     ~LinuxEntryPoints() override;
-    bool claim(std::function<void()> onActivate, std::function<void()> onToggle) override;
+    bool claim(Requests requests) override;
 
   private:
     class Object;

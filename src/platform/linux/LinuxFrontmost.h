@@ -1,28 +1,31 @@
 #pragma once
+#include <cstdint>
 #include <memory>
 
 #include "platform/Frontmost.h"
 
-/// Who has the keyboard, asked of the window manager (EWMH, _NET_ACTIVE_WINDOW). Under other
-/// platforms than X11 every call does nothing: there the focus goes back by itself.
-/// Owner:   main, after QApplication is made. Threads: main. Each call waits for the X server once
-///          or twice.
+class WindowList;
+
+/// Who has the keyboard, asked of the window manager. Under other platforms than X11 nobody is in
+/// front and nothing happens: there the focus goes back by itself.
+/// Owner:   main, after QApplication is made. Threads: main. Calls wait for the X server, and look
+///          at the desktop files of the window's program.
 /// Fails:   silently.
 class LinuxFrontmost : public Frontmost {
   public:
     LinuxFrontmost();
     ~LinuxFrontmost() override;
 
-    void save() override;
-    void activatePrevious() override;
+    std::optional<RunningApplication> frontmostApplication() override;
+    bool activateRunningApplication(const std::string& bundleIdentifier) override;
     /// In front and with the keyboard, without the window manager's doubts about who asks.
-    void activateOwnWindow(unsigned long window);
+    void activateOwnWindow(uintptr_t window);
     /// Whether somebody composes the screen, so that a window may be translucent. Without X11: yes.
     bool composited() const;
 
   private:
-    class Server;
-    std::unique_ptr<Server> server_;  // null without X11
-    unsigned long previous_ = 0;
-    unsigned long own_ = 0;
+    const std::unique_ptr<WindowList> windows_;  // null without X11
+    uint32_t previous_ = 0;                      // the window that was in front
+    RunningApplication previousApplication_;
+    uint32_t own_ = 0;
 };

@@ -1,0 +1,153 @@
+#include "views/AlertWindow.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollArea>
+
+#include "views/MarkedText.h"
+
+namespace {
+
+constexpr int kPadding = 24, kSymbol = 36, kSymbolGap = 18, kTextWidth = 380;
+constexpr int kMostTextHeight = 320;
+
+/// What kind of question it is, by a shape and a colour.
+class AlertSymbol : public QWidget {
+  public:
+    AlertSymbol(Alert::Style style, const Theme* theme, QWidget* parent)
+        : QWidget(parent), style_(style), theme_(theme) {
+        setFixedSize(kSymbol, kSymbol);
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const double middle = kSymbol / 2.0;
+        const QColor colour = style_ == Alert::Style::informational ? theme_->selection
+                              : style_ == Alert::Style::critical    ? QColor(200, 50, 48)
+                                                                    : QColor(240, 170, 40);
+        QColor sign = Qt::white;
+        painter.setBrush(colour);
+        if (style_ == Alert::Style::warning) {
+            sign = QColor(60, 40, 0);
+            painter.setPen(QPen(colour, 5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+            painter.drawPolygon(QPolygonF({{middle, 5}, {kSymbol - 4.0, 31}, {4, 31}}));
+        } else {
+            painter.setPen(Qt::NoPen);
+            painter.drawEllipse(QRectF(1, 1, kSymbol - 2, kSymbol - 2));
+        }
+        painter.setPen(QPen(sign, 3.4, Qt::SolidLine, Qt::RoundCap));
+        if (style_ == Alert::Style::informational) {
+            painter.drawLine(QPointF(middle, 17), QPointF(middle, 26));
+            painter.drawPoint(QPointF(middle, 10.5));
+        } else {
+            const double top = style_ == Alert::Style::warning ? 13 : 9.5;
+            painter.drawLine(QPointF(middle, top), QPointF(middle, top + 9));
+            painter.drawPoint(QPointF(middle, top + 15.5));
+        }
+    }
+
+  private:
+    const Alert::Style style_;
+    const Theme* const theme_;
+};
+
+QFont titleFont(const Theme& theme) {
+    QFont font = theme.info13;
+    font.setPixelSize(16);
+    font.setWeight(QFont::DemiBold);
+    return font;
+}
+
+QFont textFont(const Theme& theme) {
+    QFont font = theme.info13;
+    font.setPixelSize(14);
+    return font;
+}
+
+QWidget* scrolled(QLabel* text, QWidget* parent) {
+    auto* const area = new QScrollArea(parent);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidget(text);
+    area->setFixedSize(kTextWidth + 14, kMostTextHeight);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->viewport()->setAutoFillBackground(false);
+    text->setAutoFillBackground(false);
+    return area;
+}
+
+}  // namespace
+
+AlertWindow::AlertWindow(const WindowSystem& system, const Alert& alert,
+                         std::function<void(size_t)> answered)
+    : SheetWindow(system, kPadding),
+      answered_(std::move(answered)),
+      escape_(alert.buttonOfEscape.value_or(alert.buttons.empty() ? 0 : alert.buttons.size() - 1)) {
+    setObjectName(QStringLiteral("alert"));
+    setWindowModality(Qt::ApplicationModal);
+    setAccessibleName(plainLines(alert.title));
+    setAccessibleDescription(plainLines(alert.text));
+    addTexts(alert);
+    column().addSpacing(22);
+    addButtons(alert);
+}
+
+void AlertWindow::addTexts(const Alert& alert) {
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(kSymbolGap);
+    row->addWidget(new AlertSymbol(alert.style, &theme(), this), 0, Qt::AlignTop);
+    auto* const texts = new QVBoxLayout;
+    texts->setSpacing(8);
+    if (!alert.title.empty()) {
+        title_ = makeLabel(this, plainLines(alert.title), titleFont(theme()), theme().fieldText,
+                           kTextWidth);
+        texts->addWidget(title_);
+    }
+    if (!alert.text.empty()) {
+        text_ = makeLabel(this, plainLines(alert.text), textFont(theme()), theme().fieldText,
+                          kTextWidth);
+        text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        const bool isLong = text_->height() > kMostTextHeight;
+        texts->addWidget(isLong ? scrolled(text_, this) : text_);
+    }
+    if (alert.suppression) {
+        texts->addSpacing(6);
+        suppression_ = new SheetCheckBox(plainText(*alert.suppression), &theme(), this);
+        texts->addWidget(suppression_);
+    }
+    texts->addStretch();
+    row->addLayout(texts);
+    column().addLayout(row);
+}
+
+void AlertWindow::addButtons(const Alert& alert) {
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(8);
+    row->addStretch();
+    std::vector<std::string> titles = alert.buttons;
+    if (titles.empty()) titles.emplace_back("OK");
+    for (size_t i = 0; i < titles.size(); ++i) {
+        const auto kind = i == 0 ? SheetButton::Kind::main : SheetButton::Kind::plain;
+        auto* const button = new SheetButton(plainText(titles[i]), kind, &theme(), this);
+        connect(button, &QAbstractButton::clicked, this, [this, i] { answered_(i); });
+        // The first at the right end, where the eye ends up.
+        row->insertWidget(1, button);
+        buttons_.push_back(button);
+    }
+    column().addLayout(row);
+    buttons_[0]->setFocus();
+}
+
+void AlertWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        answered_(0);
+    else
+        SheetWindow::keyPressEvent(event);
+}
+
+void AlertWindow::themeChanged() {
+    for (QLabel* label : {title_, text_})
+        if (label) setLabelColour(*label, theme().fieldText);
+}

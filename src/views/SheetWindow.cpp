@@ -1,0 +1,79 @@
+#include "views/SheetWindow.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QKeyEvent>
+#include <QScreen>
+
+SheetWindow::SheetWindow(const WindowSystem& system, int padding)
+    : system_(system), padding_(padding), column_(new QVBoxLayout(this)) {
+    column_->setSpacing(0);
+    column_->setSizeConstraint(QLayout::SetNoConstraint);
+    theme_ = Theme::make(Theme::kOwnHue,
+                         QGuiApplication::palette().color(QPalette::Window).lightness() < 128,
+                         QApplication::font());
+    setTheme(&theme_);
+    setEvents({.closeAsked = [this] { closeAsked(); }, .lookChanged = [this] { renewTheme(); }});
+}
+
+void SheetWindow::renewTheme() {
+    theme_ = Theme::make(Theme::kOwnHue,
+                         QGuiApplication::palette().color(QPalette::Window).lightness() < 128,
+                         QApplication::font());
+    setTheme(&theme_);
+    themeChanged();
+    fit();
+}
+
+void SheetWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape)
+        closeAsked();
+    else
+        Panel::keyPressEvent(event);
+}
+
+QRect SheetWindow::place() const {
+    const QScreen* const atCursor = QGuiApplication::screenAt(QCursor::pos());
+    const QRect screen =
+        (atCursor ? atCursor : QGuiApplication::primaryScreen())->availableGeometry();
+    const QMargins shadow = shadowMargins();
+    const QSize sheet = sizeHint().shrunkBy(shadow);
+    const QPoint corner(screen.x() + (screen.width() - sheet.width()) / 2,
+                        screen.y() + std::max(0, (screen.height() - sheet.height()) * 2 / 5));
+    return QRect(corner, sheet).marginsAdded(shadow);
+}
+
+void SheetWindow::fit() {
+    const QMargins shadow = shadowMargins();
+    column_->setContentsMargins(shadow + QMargins(padding_, padding_, padding_, padding_));
+    column_->activate();
+    const QSize wanted = sizeHint();
+    setFixedSize(wanted);
+    setSheetSize(wanted.shrunkBy(shadow));
+    if (!isVisible() || !system_.takeClicksIn) return;
+    const double scale = devicePixelRatioF();
+    const QRect part = sheet();
+    system_.takeClicksIn(
+        winId(),
+        shadow.isNull() ? QRect() : QRectF(part.topLeft() * scale, part.size() * scale).toRect());
+}
+
+void SheetWindow::showCentred(Keyboard keyboard) {
+    setAttribute(Qt::WA_ShowWithoutActivating, keyboard == Keyboard::left);
+    if (!isVisible()) {
+        setComposited(system_.isComposited && system_.isComposited());
+        fit();
+        move(place().topLeft());
+        if (system_.prepare) {
+            const QMargins shadow = (QMarginsF(shadowMargins()) * devicePixelRatioF()).toMargins();
+            system_.prepare(winId(), shadow,
+                            shadow.isNull() ? theme_.background : QColor(Qt::transparent));
+        }
+        show();
+    }
+    fit();
+    raise();
+    if (keyboard == Keyboard::left) return;
+    activateWindow();
+    if (system_.activate) system_.activate(winId());
+}

@@ -1,0 +1,39 @@
+#pragma once
+#include <QVBoxLayout>
+
+#include "views/Panel.h"
+#include "views/WindowSystem.h"
+
+/// A small window of ours beside the search window, in its looks: what it holds stands in one
+/// column, and the sheet is as large as that needs.
+/// Owner:   the view that it is a part of. Threads: main.
+class SheetWindow : public Panel {
+  public:
+    /// Padding: around the column, within the sheet.
+    SheetWindow(const WindowSystem& system, int padding);
+
+    const Theme& theme() const { return theme_; }
+    QVBoxLayout& column() { return *column_; }
+    /// In the middle of the screen where the user is, a little above it. keyboard: asked for, or
+    /// left where it is.
+    enum class Keyboard { asked, left };
+    void showCentred(Keyboard keyboard);
+    /// After what it holds has changed.
+    void fit();
+
+  protected:
+    /// Called whenever the theme is another one.
+    virtual void themeChanged() {}
+    /// The desktop, or Escape, wants it closed.
+    virtual void closeAsked() {}
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    void renewTheme();
+    QRect place() const;
+
+    const WindowSystem system_;
+    const int padding_;
+    Theme theme_;
+    QVBoxLayout* const column_;
+};
