@@ -25,7 +25,7 @@ QuickStart::~QuickStart() {
 
 void QuickStart::openQuickStart() {
     if (const auto cache = parts_.currentCache()) content_.tries = quickStartExamples(*cache);
-    content_.hotKeyMessage.clear();
+    tell({});
     showHotKey();
     if (content_.hotKey.empty()) offerHotKey();
     parts_.view.setContent(content_);
@@ -41,30 +41,40 @@ void QuickStart::indexChanged() {
 void QuickStart::offerHotKey() {
     const std::string keys = shortcutText(kSuggested.keyCode, kSuggested.modifierFlags);
     const auto free = parts_.hotKey.isFree(kSuggested);
-    content_.hotKeyMessage =
-        free ? "Press the keys that shall bring the window up: " + keys + " is free."
-             : free.error().description + " Press other keys.";
+    tell(free ? "Press the keys that shall bring the window up: " + keys + " is free."
+              : "Press the keys that shall bring the window up. " + free.error().description);
+}
+
+void QuickStart::tell(std::string message, bool isError) {
+    content_.hotKeyMessage = std::move(message);
+    content_.isHotKeyMessageAnError = isError;
 }
 
 void QuickStart::showHotKey() {
     const HotKey& hotKey = parts_.hotKey.currentShortcut();
-    content_.hotKeyWorks = hotKey.keyCode != 0 && content_.hotKeyMessage.empty();
     content_.hotKey = hotKey.keyCode ? shortcutText(hotKey.keyCode, hotKey.modifierFlags) : "";
-    if (content_.hotKeyWorks) content_.hotKeyMessage = "Press it now: the search window comes.";
+    if (hotKey.keyCode) tell("Press it now: it shows and hides the search window.");
 }
 
 void QuickStart::hotKeyRecorded(const KeyEvent& event) {
     const HotKey hotKey{.keyCode = event.keyCode,
                         .modifierFlags = event.modifierFlags & kModifiers};
-    content_.hotKeyMessage.clear();
+    showHotKey();
     if ((hotKey.modifierFlags & ~uint64_t{kModifierShift}) == 0) {
-        content_.hotKeyMessage = "A hot key needs Ctrl, Alt or Super.";
+        tell("A hot key needs Ctrl, Alt or Super.", true);
     } else {
         const auto changed = parts_.hotKey.change(hotKey);
-        if (!changed) content_.hotKeyMessage = changed.error().description;
+        if (changed)
+            showHotKey();
+        else
+            tell(changed.error().description, true);
     }
-    showHotKey();
     parts_.view.setContent(content_);
+}
+
+void QuickStart::quickStartClosed() {
+    parts_.view.hide();
+    parts_.showMainWindow();
 }
 
 void QuickStart::tryChosen(size_t index) {

@@ -17,6 +17,7 @@ class QuickStart : private QuickStartViewDelegate {
         std::function<std::shared_ptr<Cache>()> currentCache;
         /// Shows the window with this query in it.
         std::function<void(const std::u16string& query)> search;
+        std::function<void()> showMainWindow;
     };
     explicit QuickStart(Parts parts);
     ~QuickStart() override;
@@ -28,9 +29,10 @@ class QuickStart : private QuickStartViewDelegate {
   private:
     void hotKeyRecorded(const KeyEvent& event) override;
     void tryChosen(size_t index) override;
-    void quickStartClosed() override { parts_.view.hide(); }
+    void quickStartClosed() override;
     void showHotKey();
     void offerHotKey();
+    void tell(std::string message, bool isError = false);
 
     const Parts parts_;
     QuickStartContent content_;

@@ -14,7 +14,7 @@ struct QuickStartContent {
     std::vector<Try> tries = {};
     std::string hotKey = {};         // as text; empty: none yet
     std::string hotKeyMessage = {};  // why it does not work, or that it does
-    bool hotKeyWorks = false;
+    bool isHotKeyMessageAnError = false;
 };
 
 /// Who is told what the user does on the page. Main thread.

@@ -36,6 +36,11 @@ QSize SheetButton::sizeHint() const {
 }
 
 void SheetButton::keyPressEvent(QKeyEvent* event) {
+    // Qt would take Space with any of them for a click.
+    if (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) {
+        event->ignore();
+        return;
+    }
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         click();
         return;

@@ -42,6 +42,11 @@ void HotKeyRecorder::setHotKey(const QString& text) {
     update();
 }
 
+void HotKeyRecorder::record() {
+    setFocus();
+    setRecording(true);
+}
+
 void HotKeyRecorder::setRecording(bool recording) {
     isRecording_ = recording;
     modifiers_ = 0;

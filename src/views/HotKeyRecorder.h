@@ -16,6 +16,8 @@ class HotKeyRecorder : public QWidget {
     void setRecorded(std::function<void(const KeyEvent&)> recorded);
     /// Empty: none yet.
     void setHotKey(const QString& text);
+    /// Takes the focus, and the next keys are the hot key.
+    void record();
     bool isRecording() const { return isRecording_; }
 
   protected:

@@ -25,6 +25,8 @@ class QuickStartWindow::Page : public SheetWindow {
   public:
     explicit Page(const WindowSystem& system);
     void setContent(const QuickStartContent& content);
+    /// Without a hot key, the first keys pressed are to be it.
+    void begin();
 
     QuickStartViewDelegate* delegate = nullptr;
 
@@ -49,7 +51,7 @@ class QuickStartWindow::Page : public SheetWindow {
     std::vector<TryRow*> rows_;
     SheetButton* start_ = nullptr;
     QString messageText_;
-    bool works_ = false;
+    bool messageIsError_ = false, hasHotKey_ = false;
 };
 
 QLabel* QuickStartWindow::Page::addLabel(const QString& text, const QFont& font,
@@ -82,7 +84,13 @@ QuickStartWindow::Page::Page(const WindowSystem& system) : SheetWindow(system, k
     addTries();
     column().addSpacing(26);
     addEnd();
-    start_->setFocus();
+}
+
+void QuickStartWindow::Page::begin() {
+    if (hasHotKey_)
+        start_->setFocus();
+    else
+        recorder_->record();
 }
 
 void QuickStartWindow::Page::addTries() {
@@ -129,7 +137,7 @@ void QuickStartWindow::Page::showMessage() {
     message_->setText(messageText_);
     message_->setFixedHeight(
         std::max(message_->heightForWidth(kWidth), QFontMetrics(theme().info13).height()));
-    setLabelColour(*message_, works_ || messageText_.isEmpty() ? theme().info : theme().error);
+    setLabelColour(*message_, messageIsError_ ? theme().error : theme().info);
 }
 
 void QuickStartWindow::Page::setContent(const QuickStartContent& content) {
@@ -144,7 +152,8 @@ void QuickStartWindow::Page::setContent(const QuickStartContent& content) {
     if (!triesShown()) replaceTries(content.tries);
     recorder_->setHotKey(plainText(content.hotKey));
     messageText_ = plainText(content.hotKeyMessage);
-    works_ = content.hotKeyWorks;
+    messageIsError_ = content.isHotKeyMessageAnError;
+    hasHotKey_ = !content.hotKey.empty();
     showMessage();
     if (isVisible()) fit();
 }
@@ -182,6 +191,7 @@ void QuickStartWindow::setContent(const QuickStartContent& content) {
 }
 
 void QuickStartWindow::show() {
+    page_->begin();
     page_->showCentred(SheetWindow::Keyboard::asked);
 }
 

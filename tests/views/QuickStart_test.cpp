@@ -41,10 +41,11 @@ class QuickStartTest : public QtTest {
         return all;
     }
 
-    QuickStartContent content{.tries = {{"rep", "three <b>letters</b>"}, {"a b", "two terms"}},
-                              .hotKey = "Ctrl+Alt+Space",
-                              .hotKeyMessage = "It works.",
-                              .hotKeyWorks = true};
+    QuickStartContent content{
+        .tries = {{"rep", "three <b>letters</b>"}, {"a b", "two terms"}},
+        .hotKey = "Ctrl+Alt+Space",
+        .hotKeyMessage = "It works.",
+    };
     Listener listener;
     QuickStartWindow page;
 };
@@ -97,7 +98,7 @@ TEST_F(QuickStartTest, RecordsAKeyAndOnlyWhenAskedTo) {
 TEST_F(QuickStartTest, ShowsItsContentAsPlainText) {
     EXPECT_TRUE(texts().contains("It works."));
     content.hotKeyMessage = "Another program <b>holds</b> it.";
-    content.hotKeyWorks = false;
+    content.isHotKeyMessageAnError = true;
     content.tries.push_back({"c", "third"});
     page.setContent(content);
     EXPECT_TRUE(texts().contains("Another program <b>holds</b> it."));

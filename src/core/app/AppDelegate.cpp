@@ -49,7 +49,8 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
       quickStart_({.view = screen.quickStart,
                    .hotKey = hotKey_,
                    .currentCache = [this] { return searchMode_.sharedCurrentCache(); },
-                   .search = [this](const std::u16string& query) { search(query); }}),
+                   .search = [this](const std::u16string& query) { search(query); },
+                   .showMainWindow = [this] { window_.showMainWindow(); }}),
       fullDiskAccess_(desktop.diskAccess, screen.diskAccess),
       quitByHold_(screen.keyEvents, screen.quitProgress,
                   [this] { desktop_.application.terminate(); }),
@@ -101,5 +102,5 @@ void AppDelegate::search(const std::u16string& query) {
     if (!searchMode_.isActive()) modeSwitcher_.switchToMode(searchMode_);
     field_.updateSearchString(query);
     field_.searchStringDidChange();
-    if (!window_.isMainWindowVisible()) window_.toggleMainWindow();
+    window_.showMainWindow();
 }

@@ -23,8 +23,7 @@ enum FullDiskAccessSetting : int64_t { kNeverAsked, kSkipped, kGranted };
 void logStart() {
     utsname system{};
     int major = 0, minor = 0, patch = 0;
-    if (uname(&system) == 0)
-        (void)std::sscanf(system.release, "%d.%d.%d", &major, &minor, &patch);
+    if (uname(&system) == 0) (void)std::sscanf(system.release, "%d.%d.%d", &major, &minor, &patch);
     logInfo("Started %s %s (%s) on Linux %d.%d.%d", "Trovast", TROVAST_VERSION, TROVAST_VERSION,
             major, minor, patch);
 }
