@@ -58,7 +58,8 @@ void CoreModeHost::updateTextsOfCurrentMode() {
     TRVMode* mode = currentMode();
     if (!mode) return;
     views_.field.setPlaceholder(mode->searchFieldPlaceholderText());
-    parts_->messages.setRestingText(mode->infoString(), mode->infoTooltip());
+    const std::string info = mode->infoString();  // first: it finds out what the tool tip tells
+    parts_->messages.setRestingText(info, mode->infoTooltip());
 }
 
 void CoreModeHost::updateSearchFieldWithEmptySearchString() {

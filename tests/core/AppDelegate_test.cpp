@@ -1,53 +1,13 @@
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <thread>
-
-#include "AppSession.h"
-#include "support/TemporaryFolder.h"
+#include "support/ApplicationTest.h"
 #include "util/settings/OVUserDefaults.h"
 
 namespace {
 
-using namespace std::chrono_literals;
 using Names = std::vector<std::string>;
+using AppDelegateTest = ApplicationTest;
 constexpr uint64_t kArrow = kModifierNumericPad | kModifierFunction;
-
-/// The whole application on the simulated desktop, in a home folder of its own.
-class AppDelegateTest : public testing::Test {
-  protected:
-    void start(nlohmann::json settings = nlohmann::json::object()) {
-        session_ = std::make_unique<AppSession>(AppSession::Start{
-            .home = home_.url(), .settings = std::move(settings), .followsDisk = false});
-        session_->app().window().toggleMainWindow();
-    }
-    SimulatedScreen& screen() { return session_->screen(); }
-    SimulatedField& field() { return screen().field; }
-    void settle() { ASSERT_TRUE(session_->settle(20)) << "never settled"; }
-    void type(std::u16string_view text) {
-        field().type(text);
-        settle();
-    }
-    bool press(uint64_t keyCode, uint64_t modifierFlags = 0) {
-        return screen().send({.keyCode = keyCode, .modifierFlags = modifierFlags});
-    }
-    void empty() { field().setText({}); }
-    Names names() {
-        Names names;
-        for (size_t row = 0; row < screen().table.numberOfRows(); row++)
-            names.push_back(screen().table.row(row).name);
-        return names;
-    }
-    /// What was asked of the desktop, by its kind.
-    std::vector<nlohmann::json> requests(std::string_view what) {
-        auto all = session_->desktop().takeRequests();
-        std::erase_if(all, [what](const auto& request) { return request["what"] != what; });
-        return all;
-    }
-
-    TemporaryFolder home_;
-    std::unique_ptr<AppSession> session_;
-};
 
 TEST_F(AppDelegateTest, FindsFilesOfTheHomeFolderWhileTheyAreTyped) {
     home_.file("Documents/report 2024.txt");
@@ -168,6 +128,98 @@ TEST_F(AppDelegateTest, EndsInTheMiddleOfAScanAndOfASearch) {
     field().type(u"f1");
     session_.reset();
     EXPECT_FALSE(World::exists());
+}
+
+TEST_F(AppDelegateTest, TheGateWaitsForTheConsentAndRemembersTheAnswer) {
+    launch({}, [](SimulatedDesktop& desktop) { desktop.diskAccessError = EPERM; });
+    settle();
+    EXPECT_FALSE(session_->app().isLaunched());
+    ASSERT_TRUE(screen().diskAccess.buttons);
+    session_->advance(3);
+    EXPECT_FALSE(session_->app().isLaunched());
+    desktop().diskAccessError = 0;
+    session_->advance(1);
+    EXPECT_TRUE(session_->app().isLaunched());
+    EXPECT_FALSE(screen().diskAccess.buttons);
+    EXPECT_EQ(OVUserDefaults::sharedInstance().integerForKey("fullDiskAccess"), 2);
+
+    // Lost again: asked again. Going on without is remembered for good.
+    session_.reset();
+    launch({}, [](SimulatedDesktop& desktop) { desktop.diskAccessError = EPERM; });
+    ASSERT_TRUE(screen().diskAccess.buttons);
+    screen().diskAccess.buttons->later();
+    session_->advance(1);
+    EXPECT_TRUE(session_->app().isLaunched());
+    EXPECT_EQ(OVUserDefaults::sharedInstance().integerForKey("fullDiskAccess"), 1);
+    session_.reset();
+    launch({}, [](SimulatedDesktop& desktop) { desktop.diskAccessError = EPERM; });
+    EXPECT_TRUE(session_->app().isLaunched());
+}
+
+TEST_F(AppDelegateTest, AQuestionKeepsTheWindowAndAnAuthorisationItsClosing) {
+    start();
+    HidingGuard& guard = session_->app().hidingGuard();
+    guard.preventHiding();
+    session_->app().window().hideMainWindow();
+    EXPECT_FALSE(screen().window.visible);
+    settle();
+    EXPECT_TRUE(screen().window.visible) << "it comes back";
+    EXPECT_TRUE(desktop().isActive());
+    guard.allowHiding();
+    guard.willPerformAuthorization();
+    session_->app().window().hideMainWindow();
+    EXPECT_TRUE(screen().window.visible);
+    guard.didPerformAuthorization();
+    session_->app().window().hideMainWindow();
+    settle();
+    EXPECT_FALSE(screen().window.visible);
+}
+
+TEST_F(AppDelegateTest, TheFirstPageFindsItsExamplesAmongTheUsersFiles) {
+    home_.file("Documents/annual report.txt");
+    home_.file("summer trip.jpg");
+    launch();
+    settle();
+    session_->advance(1);
+    const QuickStartContent& content = screen().quickStart.content;
+    ASSERT_EQ(content.tries.size(), 3u);
+    EXPECT_TRUE(content.hotKey.empty());
+    EXPECT_EQ(desktop().hotKey(), std::nullopt) << "offered, not taken";
+    for (size_t i = 0; i < 3; i++) {
+        screen().quickStart.delegate->tryChosen(i);
+        settle();
+        ASSERT_FALSE(names().empty()) << content.tries[i].query;
+        EXPECT_NE(content.tries[i].explanation.find(names().front()), std::string::npos)
+            << content.tries[i].explanation;
+    }
+    screen().quickStart.delegate->hotKeyRecorded({.keyCode = kKeyQ, .modifierFlags = 0});
+    EXPECT_TRUE(content.isHotKeyMessageAnError);
+    const KeyEvent keys{.keyCode = kKeySpace, .modifierFlags = kModifierCommand | kModifierControl};
+    desktop().takenHotKey = HotKey{keys.keyCode, keys.modifierFlags};
+    screen().quickStart.delegate->hotKeyRecorded(keys);
+    EXPECT_EQ(content.hotKeyMessage, "Another program holds the hot key.");
+    desktop().takenHotKey.reset();
+    screen().quickStart.delegate->hotKeyRecorded(keys);
+    EXPECT_EQ(content.hotKey, "Ctrl+Alt+Space");
+    EXPECT_FALSE(content.isHotKeyMessageAnError);
+    session_.reset();
+    launch();
+    EXPECT_EQ(desktop().hotKey(), (HotKey{keys.keyCode, keys.modifierFlags}));
+}
+
+TEST_F(AppDelegateTest, TogglingAndTypingFastLoseNothing) {
+    for (int i = 0; i < 50; i++) home_.file("paper" + std::to_string(i));
+    start();
+    for (int i = 0; i < 200; i++) {
+        session_->app().window().toggleMainWindow();
+        session_->world().mainQueue().runPending();
+        if (i % 40 == 0) field().type(u"p");
+    }
+    settle();
+    EXPECT_EQ(field().content, u"ppppp");
+    empty();
+    type(u"paper49");
+    EXPECT_EQ(names(), Names{"paper49"});
 }
 
 }  // namespace

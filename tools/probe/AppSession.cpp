@@ -24,6 +24,7 @@ AppSession::AppSession(const Start& start) {
     desktop_.modifiers = start.modifiers;
     if (start.screen)
         desktop_.screen.window.screen = {0, 0, start.screen->first, start.screen->second};
+    if (start.prepare) start.prepare(desktop_);
     SimulatedScreen& screen = desktop_.screen;
     app_ = std::make_unique<AppDelegate>(Screen{.views = {.window = screen.window,
                                                           .field = screen.field,

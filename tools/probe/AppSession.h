@@ -10,8 +10,8 @@
 #include "platform/simulated/ManualClock.h"
 #include "platform/simulated/SimulatedDesktop.h"
 #include "shell/registry/builtinShortcuts.h"
-#include "util/log.h"
 #include "util/World.h"
+#include "util/log.h"
 
 /// The whole application on the simulated desktop, with a World and a clock of its own. Its
 /// settings are below a home folder; the disk is the real one.
@@ -25,6 +25,7 @@ class AppSession {
         uint64_t modifiers = 0;
         KeyLayout layout = KeyLayout::qwerty;
         bool followsDisk = true;
+        std::function<void(SimulatedDesktop&)> prepare = {};  // before the launch
     };
     /// Returns after stage two of the launch, or when the gate waits.
     explicit AppSession(const Start& start);

@@ -80,6 +80,7 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     ProjectSwitcher& projectSwitcher() { return projectSwitcher_; }
     TRVSearchMode& searchMode() { return searchMode_; }
     HidingGuard& hidingGuard() { return guard_; }
+    ModeHost& modeHost() { return host_; }
 
   private:
     // Stage one.
