@@ -94,7 +94,7 @@ bool FsEventHandler::pathDiffersOnlyInCase(uint64_t eventId, const FileURL& url)
               "%llu      Failed to check wheter path is on a case sensitive filesystem: %s; "
               "Assuming value NO",
               id, isCaseSensitive.error().description.c_str());
-    } else if (*isCaseSensitive) {
+    } else if (isCaseSensitive.value()) {
         logIf(debug_, Info, "%llu     Filesystem is case-sensitive: %s", id, url.c_str());
         return false;
     }
@@ -105,5 +105,5 @@ bool FsEventHandler::pathDiffersOnlyInCase(uint64_t eventId, const FileURL& url)
         return false;
     }
     const std::string name(url.lastPathComponent());
-    return strcasecmp(actual->c_str(), name.c_str()) == 0 && *actual != name;
+    return strcasecmp(actual.value().c_str(), name.c_str()) == 0 && actual.value() != name;
 }
