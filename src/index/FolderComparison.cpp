@@ -54,7 +54,7 @@ std::optional<FolderComparison::Directory> FolderComparison::findDirectory(
     Directory at{.url = outermost->folder->url, .views = DirectoryViews(views_)};
     at.views = at.views.enter(at.url);
     bool isReadByEvents = outermost->events.wantUnmatchedItems;
-    if (!compareProjectFolder(*outermost, at)) return std::nullopt;
+    if (!compareProjectFolder(*outermost, at, false)) return std::nullopt;
     const std::vector<std::string_view> components = url.pathComponents();
     for (size_t i = at.url.pathComponents().size(); i < components.size(); i++) {
         const FileURL path = at.url.appending(components[i]);
@@ -62,8 +62,9 @@ std::optional<FolderComparison::Directory> FolderComparison::findDirectory(
         at.deep = false;
         if (const FolderView* view = projectFolderAt(path)) {
             isReadByEvents = view->events.wantUnmatchedItems;
+            const bool isWantedAround = isWantedAsItStands(at, path);
             at = {.url = path, .views = at.views.below(path)};
-            if (!compareProjectFolder(*view, at)) return std::nullopt;
+            if (!compareProjectFolder(*view, at, isWantedAround)) return std::nullopt;
             continue;
         }
         const std::optional<Entry> entry = entryAt(path);
@@ -82,28 +83,35 @@ std::optional<FolderComparison::Directory> FolderComparison::findDirectory(
 
 /// The item of one of the project's own folders: there whatever the rules say, since the way to
 /// what it holds leads over it.
-bool FolderComparison::compareProjectFolder(const FolderView& view, Directory& directory) {
+bool FolderComparison::compareProjectFolder(const FolderView& view, Directory& directory,
+                                            bool isWantedAround) {
     const FileURL& url = directory.url;
-    const std::optional<Known> known = knownItem(url);
-    if (!isDirectoryBehindLinks(url)) {
-        if (known && (known->type & ITEM_DIRECTORY)) removeIfGone(url);
+    const std::optional<Entry> entry = entryAt(url);
+    if (!entry) {
+        removeIfGone(url);
         return false;
     }
-    const std::optional<Entry> entry = entryAt(url);
-    if (!entry) return false;
-    const bool isRead = view.events.wantUnmatchedItems && isReadableDirectory(url);
-    if (!known) {
-        // Without an item nothing below it has one either.
-        directory.deep = true;
-        if (!isRead || !(view.folder->includeRoot || isEmptyDirectory(url))) return true;
+    const bool isRead = view.events.wantUnmatchedItems;
+    const bool isDirectory = isDirectoryBehindLinks(url);
+    const std::optional<Known> known = knownItem(url);
+    const bool isOther = known && ((entry->type != ITEM_FILE && kindOf(known->type) == ITEM_FILE) ||
+                                   (!isDirectory && kindOf(known->type) != ITEM_FILE) ||
+                                   !hasInode(url, known->inode));
+    if (isOther || (known && !isDirectory && !isWantedAround)) remove(url, isOther);
+    if (!isDirectory) {
+        // The folder around it has it as it has any other item.
+        if ((!known || isOther) && isWantedAround && isRead) create(url, entry->type, false);
+        return false;
+    }
+    if (known && !isOther) return true;
+    const bool comes = isOther || view.folder->includeRoot || isEmptyDirectory(url);
+    if (isRead && comes && isReadableDirectory(url)) {
         create(url, ITEM_DIRECTORY, false);
         return false;
     }
-    const bool isOther = entry->type == ITEM_DIRECTORY && kindOf(known->type) == ITEM_FILE;
-    if (!isOther && hasInode(url, known->inode)) return true;
-    remove(url, true);
-    if (isRead) create(url, ITEM_DIRECTORY, false);
-    return false;
+    // Without an item nothing below it has one either.
+    directory.deep = true;
+    return !isOther;
 }
 
 bool FolderComparison::compareEntry(Directory& around, const Entry& entry,
@@ -173,9 +181,15 @@ void FolderComparison::compareListed(Directory& directory, const Entry& entry,
     }
     Directory below{.url = url, .views = directory.views.below(url), .deep = deep};
     const bool goesOn =
-        view ? compareProjectFolder(*view, below) : compareEntry(directory, entry, known);
+        view ? compareProjectFolder(*view, below, directory.views.isWanted(entry.type))
+             : compareEntry(directory, entry, known);
     const bool holdsAnything = below.views.isRead() || (known && known->children > 0);
     if (goesOn && below.deep && holdsAnything) waiting_.push_back(std::move(below));
+}
+
+bool FolderComparison::isWantedAsItStands(const Directory& around, const FileURL& url) const {
+    const std::optional<Entry> entry = entryAt(url);
+    return entry && around.views.isWanted(entry->type);
 }
 
 void FolderComparison::removeIfGone(const FileURL& url) {

@@ -54,10 +54,11 @@ class FolderComparison {
     void compareBelow(Directory directory);
     std::optional<Directory> findDirectory(const FileURL& url, TouchedFolders::Depth depth);
     /// The next two answer whether a directory stands there that what is below can be compared in.
-    bool compareProjectFolder(const FolderView& view, Directory& directory);
+    bool compareProjectFolder(const FolderView& view, Directory& directory, bool isWantedAround);
     bool compareEntry(Directory& around, const Entry& entry, const std::optional<Known>& known);
     void compareEntries(Directory& directory);
     void compareListed(Directory& directory, const Entry& entry, const std::optional<Known>& known);
+    bool isWantedAsItStands(const Directory& around, const FileURL& url) const;
     void removeIfGone(const FileURL& url);
     bool isToBeKept(const FileURL& url, const DirectoryViews& views, const Known& known) const;
 

@@ -19,7 +19,9 @@ TouchedFolders TouchedFolders::of(const FileEventBatch& batch) {
     TouchedFolders touched;
     for (const FileEvent& event : batch) {
         const FileURL url = FileURL::standardized(event.path);
-        if (event.flags == 0 || !url.isAbsolute()) continue;
+        if (event.flags == 0 || event.flags & kFSEventStreamEventFlagOwnEvent ||
+            event.flags == kFSEventStreamEventFlagHistoryDone || !url.isAbsolute())
+            continue;
         touched.add(url.deletingLastPathComponent(), Depth::entries);
         touched.add(url, depthOf(event.flags));
     }

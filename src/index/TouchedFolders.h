@@ -11,7 +11,8 @@ struct TouchedFolders {
         subtree,  // all below: it came with what the index had of it elsewhere
     };
 
-    /// The parents of all paths of the batch, and the paths themselves.
+    /// The parents of all paths of the batch, and the paths themselves. Not of what this process
+    /// did: whoever did it tells the index too, and knows what was renamed.
     static TouchedFolders of(const FileEventBatch& batch);
     /// The deeper one holds.
     void add(const FileURL& folder, Depth depth);

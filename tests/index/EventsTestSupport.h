@@ -114,7 +114,6 @@ class EventsTest : public IndexTest {
 
     uint64_t lastId = 100;
     RecordingClient client;
-    NamesIgnoringCase* names = nullptr;
     FsEventHandler handler{client, FSScanner::sharedInstance(), types};
 };
 using Paths = std::vector<std::string>;
