@@ -34,7 +34,7 @@ int ClosingComparison::process(FileEventBatch events) {
     uint64_t eventId = 0;
     for (const FileEvent& event : events) eventId = std::max(eventId, event.id);
     handler_.processFsEvents(std::move(events));
-    const std::shared_ptr<Cache> cache = client_.currentCache();
+    const std::shared_ptr<Cache> cache = client_.cacheForEvents();
     if (!cache) return 0;
     TouchedFolders earlier = std::exchange(postponed_, {});
     if (postponedOf_.lock() == cache)
@@ -47,7 +47,7 @@ int ClosingComparison::process(FileEventBatch events) {
 
 void ClosingComparison::readAnew(const std::vector<Difference>& differences, uint64_t eventId) {
     const std::shared_ptr<const Project> project = client_.currentProject();
-    const std::shared_ptr<Cache> cache = client_.currentCache();
+    const std::shared_ptr<Cache> cache = client_.cacheForEvents();
     if (!project || !cache) return;
     std::set<FileURL> folders;
     for (const Difference& each : differences) folders.insert(each.url.deletingLastPathComponent());
@@ -63,7 +63,7 @@ int ClosingComparison::compare(TouchedFolders touched, uint64_t eventId) {
     std::vector<Difference> differences;
     for (int round = 0; round <= kMaxRounds; round++) {
         const std::shared_ptr<const Project> project = client_.currentProject();
-        const std::shared_ptr<Cache> cache = client_.currentCache();
+        const std::shared_ptr<Cache> cache = client_.cacheForEvents();
         if (!project || !cache) return round;
         FolderComparison comparison(*cache, *project);
         differences = comparison.differences(touched);

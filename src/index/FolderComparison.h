@@ -19,7 +19,8 @@ class Cache;
 ///     rules exclude ahead of an include list, one below a folder that is itself a folder of the
 ///     project with rules of its own, a folder that is listed but not entered, all in a project
 ///     folder that includes what an empty list matches, a folder that cannot be opened;
-///   - the item of a folder that the rules refuse, and that is empty on disk, may be there or not;
+///   - the item of a folder that the rules refuse may be there or not when it is empty on disk, or
+///     holds nothing but such folders and those that are not entered;
 ///   - metadata, and the items on the way to the project's folders.
 /// Owner:   whoever processes a batch; made for one comparison. Threads: one at a time, not inside
 ///          a section. Fails: what cannot be read for want of rights holds nothing; for any other

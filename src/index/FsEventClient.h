@@ -21,9 +21,9 @@ class FsEventClient {
     };
 
     virtual ~FsEventClient() = default;
-    /// Both may be null: events are dropped then.
-    virtual std::shared_ptr<const Project> currentProject() = 0;
-    virtual std::shared_ptr<Cache> currentCache() = 0;
+    /// The current project and its index. Both may be null: events are dropped then.
+    virtual std::shared_ptr<const Project> currentProject() const = 0;
+    virtual std::shared_ptr<Cache> cacheForEvents() = 0;
     /// The selection of Search mode is not to be kept: what stands at the path, or below it, goes.
     virtual void clearSelection(const FileURL& eventURL) = 0;
     /// To Marked Items mode and Search mode.

@@ -20,7 +20,7 @@ FsEventHandler::~FsEventHandler() = default;
 std::optional<FSEventHandlerArguments> FsEventHandler::newArguments() const {
     Arguments arguments;
     arguments.project = client_.currentProject();
-    arguments.cache = client_.currentCache();
+    arguments.cache = client_.cacheForEvents();
     if (!arguments.project || !arguments.cache) return std::nullopt;
     arguments.global = GlobalRules::fromSettings();
     return arguments;

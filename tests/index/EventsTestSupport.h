@@ -12,8 +12,8 @@
 
 /// Notes what it is asked for, in order, as words and paths below the test's folder.
 struct RecordingClient : FsEventClient {
-    std::shared_ptr<const Project> currentProject() override { return project; }
-    std::shared_ptr<Cache> currentCache() override { return cache; }
+    std::shared_ptr<const Project> currentProject() const override { return project; }
+    std::shared_ptr<Cache> cacheForEvents() override { return cache; }
     void clearSelection(const FileURL& url) override { calls.push_back("clear " + url.path()); }
     void itemRenamedFrom(const FileURL& from, const FileURL& to,
                          const ItemRenamed& renamed) override {

@@ -220,28 +220,44 @@ TEST_F(FolderComparisonTest, EndsWhereNothingHelps) {
 class StormTest : public FolderComparisonTest {
   protected:
     Paths agreed(Cache& of) const {
-        Paths lines;
+        std::map<std::string, std::string> lines;
         of.performBlockReadOnly([&](const ReadSection& section) {
             for (const fs_item_t* item : of.items(section)) {
                 const FileURL url = fs_item_url(item);
-                if (!url.hasPrefix(folder.at("p")) || isDisputed(url, *item)) continue;
-                lines.push_back(url.path().substr(folder.url().path().size()) + " " +
-                                std::to_string(item->type & ~ITEM_SYMLINK) + " " +
-                                std::to_string(item->inode));
+                if (!url.hasPrefix(folder.at("p"))) continue;
+                if (item->type == ITEM_DIRECTORY && item->nameView() == "skip") continue;
+                lines[url.path()] = " " + std::to_string(item->type & ~ITEM_SYMLINK) + " " +
+                                    std::to_string(item->inode);
             }
         });
-        std::sort(lines.begin(), lines.end());
-        return lines;
+        // From below: what holds nothing but what is disputed is so itself.
+        for (auto line = lines.end(); line != lines.begin();) {
+            const auto at = --line;
+            const auto next = std::next(at);
+            const bool holdsMore = next != lines.end() && next->first.starts_with(at->first + "/");
+            if (!holdsMore && isDisputed(FileURL(at->first))) line = lines.erase(at);
+        }
+        Paths all;
+        for (const auto& [path, rest] : lines)
+            all.push_back(path.substr(folder.url().path().size()) + rest);
+        return all;
     }
-    /// A folder that is skipped, and an empty one that the rules refuse.
-    bool isDisputed(const FileURL& url, const fs_item_t& item) const {
-        if (item.type != ITEM_DIRECTORY) return false;
-        const std::string_view name = item.nameView();
-        if (name == "skip") return true;
-        const bool isRefused = name.ends_with('~') || !name.ends_with(".c");
-        return isRefused && rmdirWould(url);
+    /// A folder that the rules refuse, and that is empty or holds one that is or that is skipped.
+    bool isDisputed(const FileURL& url) const {
+        const std::string_view name = url.lastPathComponent();
+        const auto onDisk = statusOnDisk(url);
+        return onDisk && onDisk->type == ITEM_DIRECTORY && name != "x.app" &&
+               (name.ends_with('~') || !name.ends_with(".c")) && holdsDisputed(url);
     }
-    static bool rmdirWould(const FileURL& url) { return isEmptyDirectory(url); }
+    static bool holdsDisputed(const FileURL& url) {
+        const DirectoryOnDisk directory(url);
+        if (directory.entries().empty()) return true;
+        for (const auto& each : directory.entries())
+            if (each.type == ITEM_DIRECTORY && each.name != "x.app" &&
+                (each.name == "skip" || holdsDisputed(url.appending(each.name))))
+                return true;
+        return false;
+    }
 
     Paths fresh() {
         auto scanned = std::make_shared<Cache>(observer, types);
