@@ -94,9 +94,10 @@ bool FolderComparison::compareProjectFolder(const FolderView& view, Directory& d
     const bool isRead = view.events.wantUnmatchedItems;
     const bool isDirectory = isDirectoryBehindLinks(url);
     const std::optional<Known> known = knownItem(url);
-    const bool isOther = known && ((entry->type != ITEM_FILE && kindOf(known->type) == ITEM_FILE) ||
-                                   (!isDirectory && kindOf(known->type) != ITEM_FILE) ||
-                                   !hasInode(url, known->inode));
+    const bool isOther =
+        known && ((entry->type != ITEM_FILE && kindOf(known->type) == ITEM_FILE) ||
+                  (!isDirectory && kindOf(known->type) != ITEM_FILE) ||
+                  (!isDirectory && known->children > 0) || !hasInode(url, known->inode));
     if (isOther || (known && !isDirectory && !isWantedAround)) remove(url, isOther);
     if (!isDirectory) {
         // The folder around it has it as it has any other item.
@@ -118,8 +119,10 @@ bool FolderComparison::compareEntry(Directory& around, const Entry& entry,
                                     const std::optional<Known>& known) {
     const FileURL url = around.url.appending(entry.name);
     const bool isDirectory = entry.type == ITEM_DIRECTORY;
-    const bool isOther = known && (kindOf(known->type) != entry.type ||
-                                   (known->inode != entry.inode && !hasInode(url, known->inode)));
+    // What has become a file, or a link over which events came, may still hold something.
+    const bool isOther =
+        known && (kindOf(known->type) != entry.type || (!isDirectory && known->children > 0) ||
+                  (known->inode != entry.inode && !hasInode(url, known->inode)));
     if (isOther) remove(url, true);
     if (!known || isOther) {
         const bool comes =

@@ -66,6 +66,7 @@ void FsEventHandler::processProjectFolder(Arguments& arguments) {
         clear(arguments);
         if (arguments.hasFlag(kFSEventStreamEventFlagItemRemoved) && !exists) return;
         if (isMount) return;
+        // Kept: what vanished before it was looked at, and was not said to be removed, is added.
     }
     const exclusion_status_t status = statusOf(arguments);
     const bool wantUnmatchedItems = arguments.rules.wantUnmatchedItems;

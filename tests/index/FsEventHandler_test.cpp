@@ -2,36 +2,8 @@
 
 #include "index/EventsTestSupport.h"
 #include "index/PathCache.h"
-#include "index/consolidateEvents.h"
-#include "index/fsEventFlagNames.h"
-#include "index/projectFolderContainingURL.h"
 
 namespace {
-
-TEST(consolidateEvents, SortsByIdAndKeepsTheFirstOfEach) {
-    FileEventBatch events{{7, 1, "/c"}, {~0ull, 1, "/d"}, {3, 2, "/a"}, {7, 4, "/x"}, {3, 8, "/y"}};
-    consolidateEvents(events, false);
-    std::string order;
-    for (const FileEvent& event : events) order += event.path;
-    EXPECT_EQ(order, "/a/c/d");
-}
-
-TEST(projectFsEventCallback, EmptyEventsNeverReachTheQueue) {
-    std::vector<FileEventBatch> queued;
-    const auto add = [&](FileEventBatch batch) { queued.push_back(std::move(batch)); };
-    projectFsEventCallback({{1, 0, "/a"}}, add);
-    EXPECT_TRUE(queued.empty());
-    projectFsEventCallback({{1, 0, "/a"}, {2, 8, "/b"}}, add);
-    ASSERT_EQ(queued.size(), 1u);
-    EXPECT_EQ(queued[0].at(0).path, "/b");
-}
-
-TEST(fsEventFlagNames, AreThereAndBack) {
-    EXPECT_EQ(fsEventFlagNames(0x20800),
-              "kFSEventStreamEventFlagItemRenamed, kFSEventStreamEventFlagItemIsDir");
-    EXPECT_EQ(fsEventFlagWithName("ItemCloned"), 0x400000u);
-    EXPECT_EQ(fsEventFlagWithName("Item"), 0u);
-}
 
 TEST_F(EventsTest, CreatedAndRemovedItems) {
     useAndScan();
@@ -381,26 +353,14 @@ TEST_F(EventsTest, LogFollowsOnePathIfTold) {
     processFlags.debugFsEvents = false;
 }
 
-TEST_F(EventsTest, FolderThatWouldIndexAPath) {
-    use({{{"path", "p"},
-          {"rules", {{{"pattern", "*~"}, {"patternType", 1}, {"fsItemType", 7}}}},
-          {"excludedFolders", {{{"pattern", "skip"}, {"patternType", 0}, {"fsItemType", 2}}}}},
-         {{"path", "p/inc"},
-          {"ruleType", 1},
-          {"limitSearchDepth", 0},
-          {"rules", {{{"pattern", "*.c"}, {"patternType", 1}, {"fsItemType", 1}}}}}});
-    folder.file("p/x.app/f");
-    folder.folder("p/skip");
-    const auto folderOf = [&](std::string_view path) -> std::string {
-        const auto found = projectFolderContainingURL(*client.project, folder.at(path), types);
-        return found ? found->url.path().substr(folder.url().path().size() + 1) : "";
-    };
-    const std::vector<std::pair<const char*, const char*>> cases = {
-        {"p/f", "p"},       {"p", "p"},      {"p/f~", ""},         {"p/skip/f", ""},
-        {"p/skip", ""},     {"p/x.app", ""}, {"p/x.app/f", ""},    {"p/inc/f.c", "p/inc"},
-        {"p/inc/f.h", "p"}, {"p/inc", "p"},  {"p/inc/d/f.c", "p"}, {"f", ""},
-    };
-    for (const auto& [path, expected] : cases) EXPECT_EQ(folderOf(path), expected) << path;
+// Nobody but the disk knows that it is gone; the next event on its folder tells.
+TEST_F(EventsTest, KeepsWhatVanishedBeforeItWasLookedAt) {
+    useAndScan();
+    process({{kCreated | kFile, "p/short-lived"}});
+    ASSERT_TRUE(has("p/short-lived"));
+    EXPECT_EQ(find(folder.at("p/short-lived"))->inode, 0u);
+    ClosingComparison(handler, client).process(batch({{kCreated | kFile, "p/other"}}));
+    EXPECT_EQ(paths(), Paths{"p"});
 }
 
 TEST_F(EventsTest, WithoutAProjectNothingHappens) {
