@@ -1,4 +1,5 @@
 #pragma once
+#include <map>
 #include <memory>
 #include <optional>
 
@@ -15,6 +16,7 @@ struct FSEventHandlerArguments {
     std::shared_ptr<const Project> project;
     std::shared_ptr<Cache> cache;
     GlobalRules global;
+    std::map<const ProjectFolder*, FolderRules> rulesByFolder;  // composed once
     bool debug = false;  // whether the event at hand is to be followed in the log
 
     // Of the event. Url, type and the two flags follow what the disk says, as soon as it is asked.
@@ -30,9 +32,10 @@ struct FSEventHandlerArguments {
 
     // Of the folder at hand.
     const ProjectFolder* folder = nullptr;
-    FolderRules rules;
+    const FolderRules* rules = nullptr;
     std::optional<RuleSubject> relativePath;  // of the event path; none for the folder's own
 
+    void composeRules();
     bool hasFlag(uint32_t any) const { return (eventFlags & any) != 0; }
     /// What the recent items are told of the event; 0: nothing.
     uint8_t changeType() const;

@@ -21,7 +21,8 @@ class Cache;
 ///     folder that includes what an empty list matches, a folder that cannot be opened;
 ///   - the item of a folder that the rules refuse may be there or not when it is empty on disk, or
 ///     holds nothing but such folders and those that are not entered;
-///   - metadata, and the items on the way to the project's folders.
+///   - metadata; the items of the project's folders when they hold nothing, and those on the way
+///     to them.
 /// Owner:   whoever processes a batch; made for one comparison. Threads: one at a time, not inside
 ///          a section. Fails: what cannot be read for want of rights holds nothing; for any other
 ///          reason nothing is said of it.

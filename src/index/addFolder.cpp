@@ -63,7 +63,7 @@ void FsEventHandler::addFolder(Arguments& arguments) {
                                   .cache = arguments.cache,
                                   .maxDepth = levelsLeft(arguments),
                                   .includeRootItem = includeRootItem,
-                                  .rules = arguments.rules,
+                                  .rules = *arguments.rules,
                                   .fsEventId = arguments.eventId,
                                   .changeType = arguments.changeType(),
                                   .projectFolderCountSemaphore = end});

@@ -13,6 +13,12 @@ bool isFilePackage(const FileTypes& types, const FileURL& url) {
            S_ISDIR(status.st_mode);
 }
 
+void FSEventHandlerArguments::composeRules() {
+    const auto [at, isNew] = rulesByFolder.try_emplace(folder);
+    if (isNew) at->second = rulesOfFolder(*folder, global, RulesFor::events);
+    rules = &at->second;
+}
+
 PathComponents checkPathComponents(FSEventHandlerArguments& arguments, const FileTypes& types,
                                    FileURL& bundleURL) {
     const EventId id = arguments.eventId;
@@ -24,7 +30,7 @@ PathComponents checkPathComponents(FSEventHandlerArguments& arguments, const Fil
         logIf(arguments.debug, Info, "%llu         Ignoring event due to maxDepth", id);
         return PathComponents::tooDeep;
     }
-    arguments.rules = rulesOfFolder(folder, arguments.global, RulesFor::events);
+    arguments.composeRules();
     arguments.relativePath.reset();
     FileURL url = folder.url;
     for (size_t i = above; i < components.size(); i++) {
@@ -43,7 +49,7 @@ PathComponents checkPathComponents(FSEventHandlerArguments& arguments, const Fil
         const uint8_t type = isLast ? arguments.eventPathType : uint8_t{ITEM_DIRECTORY};
         if (exclusionStatus(arguments.relativePath->path(),
                             arguments.relativePath->lastPathComponentOffset(), type,
-                            arguments.rules.foldersToSkip) == kStatusExcluded) {
+                            arguments.rules->foldersToSkip) == kStatusExcluded) {
             logIf(arguments.debug, Info, "%llu         -> Path has been excluded. Skipping.", id);
             return PathComponents::excluded;
         }

@@ -26,7 +26,7 @@ exclusion_status_t statusOf(const FSEventHandlerArguments& arguments) {
     if (!arguments.relativePath) return kStatusNoRule;  // the folder itself
     return exclusionStatus(arguments.relativePath->path(),
                            arguments.relativePath->lastPathComponentOffset(),
-                           arguments.eventPathType, arguments.rules.rules);
+                           arguments.eventPathType, arguments.rules->rules);
 }
 
 uint8_t typeInRecentItems(uint8_t type) {
@@ -69,7 +69,7 @@ void FsEventHandler::processProjectFolder(Arguments& arguments) {
         // Kept: what vanished before it was looked at, and was not said to be removed, is added.
     }
     const exclusion_status_t status = statusOf(arguments);
-    const bool wantUnmatchedItems = arguments.rules.wantUnmatchedItems;
+    const bool wantUnmatchedItems = arguments.rules->wantUnmatchedItems;
     logIf(debug_, Info, "%llu     Exclusion status: %d; wantUnmatchedItems: %d", id, status,
           wantUnmatchedItems);
     const bool wanted =

@@ -20,10 +20,8 @@ uint8_t itemTypeOf(const FileURL& url, const FileTypes& types) {
     return static_cast<uint8_t>(isLink ? type | ITEM_SYMLINK : type);
 }
 
-exclusion_status_t statusOf(const FSEventHandlerArguments& arguments, uint8_t type) {
-    const FileURL& folder = arguments.folder->url;
-    const FileURL& url = arguments.eventURL;
-    const MatchingRules& rules = arguments.rules.rules;
+exclusion_status_t statusOf(const FileURL& url, const FileURL& folder, uint8_t type,
+                            const MatchingRules& rules) {
     if (url == folder) return exclusionStatus(u"", 0, type, rules);
     RuleSubject subject(folder.path(), url.deletingLastPathComponent().path());
     subject.setName(url.lastPathComponent());
@@ -45,8 +43,9 @@ std::shared_ptr<const ProjectFolder> projectFolderContainingURL(const Project& p
         arguments.eventPathType = type & static_cast<uint8_t>(~ITEM_SYMLINK);
         FileURL bundle;
         if (checkPathComponents(arguments, types, bundle) != PathComponents::wellFormed) continue;
-        arguments.rules = rulesOfFolder(*folder, arguments.global, RulesFor::containingFolder);
-        const exclusion_status_t status = statusOf(arguments, type);
+        const FolderRules rules =
+            rulesOfFolder(*folder, arguments.global, RulesFor::containingFolder);
+        const exclusion_status_t status = statusOf(url, folder->url, type, rules.rules);
         if (status == kStatusIncluded ||
             (status == kStatusNoRule && folder->ruleType == kRuleExclude))
             return folder;
