@@ -43,7 +43,7 @@ DirectoryViews DirectoryViews::below(const FileURL& entry) const {
         if (statusOf(*reader.subject, ITEM_DIRECTORY, reader.view->scan.foldersToSkip) ==
             kStatusExcluded)
             continue;
-        child.readers_.push_back({reader.view, reader.levelsLeft});
+        child.readers_.emplace_back(*reader.view, reader.levelsLeft);
         if (reader.levelsLeft) --*child.readers_.back().levelsLeft;
     }
     return child.enter(entry);
@@ -53,7 +53,7 @@ DirectoryViews DirectoryViews::enter(const FileURL& folder) const {
     DirectoryViews entered = *this;
     for (const FolderView& view : all_) {
         if (view.folder->url != folder) continue;
-        entered.readers_.push_back({&view, view.folder->limitSearchDepth});
+        entered.readers_.emplace_back(view, view.folder->limitSearchDepth);
         entered.deepest_ = &view;
     }
     return entered;

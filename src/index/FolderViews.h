@@ -38,9 +38,11 @@ class DirectoryViews {
 
   private:
     struct Reader {
+        Reader(const FolderView& of, std::optional<int64_t> levels)
+            : view(&of), levelsLeft(levels) {}
         const FolderView* view;
         std::optional<int64_t> levelsLeft;
-        std::optional<RuleSubject> subject = {};
+        std::optional<RuleSubject> subject;
     };
     std::span<const FolderView> all_;
     std::vector<Reader> readers_;
