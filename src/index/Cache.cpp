@@ -29,7 +29,7 @@ Cache::~Cache() {
     observer_.consolidateFilteredList();
     performBlockExclusive([&](const WriteSection&) {
         const fs_item_array_t& all = tree_.all();
-        for (uint64_t i = 0; i < all.count; i++) tellOfRemoval(all.items[i], 0);
+        for (uint64_t i = 0; i < all.count; i++) tellOfRemoval(all.items[i], 0, Marks::follow);
     });
     observer_.consolidateFilteredList();
 }

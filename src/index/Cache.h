@@ -39,9 +39,10 @@ class Cache {
     // The tree, changed: exclusive.
     AddPathResult addPath(const FileURL& url, AddPath with);
     MoveStatus movePath(const FileURL& from, const FileURL& to, const MovePath& with);
-    void removePath(const FileURL& url, uint64_t fsEventId);
+    void removePath(const FileURL& url, uint64_t fsEventId, Marks marks = Marks::follow);
     void removePath(const WriteSection&, const FileURL& url, uint64_t fsEventId);
-    void removeFsItem(const WriteSection&, fs_item_t* item, uint64_t fsEventId);
+    void removeFsItem(const WriteSection&, fs_item_t* item, uint64_t fsEventId,
+                      Marks marks = Marks::follow);
     /// Null when it is not in the tree.
     fs_item_t* fsItemWithURL(const ReadSection&, const FileURL& url) const;
     /// With Create the components that are missing are made, as far as they exist on disk.
@@ -127,8 +128,8 @@ class Cache {
     void drop(ItemPool::Lane& lane, fs_item_t* item);
     void discard(ItemPool::Lane& lane, ScanBatch& batch);
     // CacheChanges.cpp
-    void tellOfRemoval(const fs_item_t* item, uint64_t fsEventId);
-    void removeFromTree(const WriteSection&, const FileURL& url, uint64_t fsEventId);
+    void tellOfRemoval(const fs_item_t* item, uint64_t fsEventId, Marks marks);
+    void removeFromTree(const WriteSection&, const FileURL& url, uint64_t fsEventId, Marks marks);
     MoveStatus movePath(const WriteSection&, const FileURL& from, const FileURL& to,
                         const MovePath& with);
     bool relocate(const WriteSection&, fs_item_t* item, fs_item_t* parent, const FileURL& to,

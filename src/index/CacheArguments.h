@@ -12,6 +12,9 @@ struct IndexRange {
 
 enum class Create { no, yes };
 
+/// Whether who keeps marks is told of what a removal takes out of the index.
+enum class Marks { follow, stay };
+
 /// What addPath is told. The metadata goes over to the Cache in any case.
 struct AddPath {
     uint8_t ofType;

@@ -18,14 +18,15 @@ bool isAtOrBelow(const fs_item_t* item, const fs_item_t* folder) {
 
 }  // namespace
 
-void Cache::tellOfRemoval(const fs_item_t* item, uint64_t fsEventId) {
+void Cache::tellOfRemoval(const fs_item_t* item, uint64_t fsEventId, Marks marks) {
     traceCache("%llu     - Removing item from cache: %s", EventId{fsEventId},
                fs_item_url(item).c_str());
-    if (observer_.hasMarkedPaths()) observer_.updatePathCachesAfterRemovePath(fs_item_url(item));
+    if (marks == Marks::follow && observer_.hasMarkedPaths())
+        observer_.updatePathCachesAfterRemovePath(fs_item_url(item));
     observer_.removeFilteredItem(item);
 }
 
-void Cache::removeFsItem(const WriteSection&, fs_item_t* item, uint64_t fsEventId) {
+void Cache::removeFsItem(const WriteSection&, fs_item_t* item, uint64_t fsEventId, Marks marks) {
     if (!item) return;
     struct Level {
         fs_item_t* item;
@@ -42,7 +43,7 @@ void Cache::removeFsItem(const WriteSection&, fs_item_t* item, uint64_t fsEventI
     ItemPool::Lane& lane = tree_.pool().writer();
     std::vector<Level> levels;
     const auto enter = [&](fs_item_t* entered) {
-        tellOfRemoval(entered, fsEventId);
+        tellOfRemoval(entered, fsEventId, marks);
         tree_.removeFromArray(entered);
         if (entered->dircontent) tree_.structureChanged();
         levels.push_back({entered});
@@ -62,23 +63,24 @@ void Cache::removeFsItem(const WriteSection&, fs_item_t* item, uint64_t fsEventI
     }
 }
 
-void Cache::removePath(const FileURL& url, uint64_t fsEventId) {
+void Cache::removePath(const FileURL& url, uint64_t fsEventId, Marks marks) {
     removeRecentItemsBelowURL(url);
     performBlockExclusive(
-        [&](const WriteSection& section) { removeFromTree(section, url, fsEventId); });
+        [&](const WriteSection& section) { removeFromTree(section, url, fsEventId, marks); });
 }
 
 void Cache::removePath(const WriteSection& section, const FileURL& url, uint64_t fsEventId) {
     removeRecentItemsBelowURL(url);
-    removeFromTree(section, url, fsEventId);
+    removeFromTree(section, url, fsEventId, Marks::follow);
 }
 
-void Cache::removeFromTree(const WriteSection& section, const FileURL& url, uint64_t fsEventId) {
+void Cache::removeFromTree(const WriteSection& section, const FileURL& url, uint64_t fsEventId,
+                           Marks marks) {
     traceCache("%llu     -> Removing path from cache: %s", EventId{fsEventId}, url.c_str());
     fs_item_t* item = fsItemWithURL(section, url, Create::no);
     if (!item) return;
     tree_.removeFromMap(item);
-    removeFsItem(section, item, fsEventId);
+    removeFsItem(section, item, fsEventId, marks);
     observer_.consolidateFilteredList();
     noteEvent(fsEventId);
 }

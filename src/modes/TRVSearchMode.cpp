@@ -29,8 +29,9 @@ TRVSearchMode::TRVSearchMode(const FileTypes& fileTypes, FileEvents& fileEvents)
       fileTypes_(fileTypes),
       fileEvents_(fileEvents),
       caches_(*this, fileTypes),
-      streams_(fileEvents, [this](FileEventBatch batch) { processBatch(std::move(batch)); }),
-      numberOfThreads_(rankingThreads()) {
+      streams_(fileEvents, [this](FileEventBatch batch) { liveIndex_.process(std::move(batch)); }),
+      numberOfThreads_(rankingThreads()),
+      liveIndex_(*this, fileTypes) {
     projectSubscription_ = currentProject_.observe(
         [this](const auto&, const auto& project) { currentProjectDidChange(project); });
     scanParameterSubscription_ = Notifications::sharedInstance().scanParameterModified.observe(

@@ -9,6 +9,7 @@
 #include "datatypes/Project.h"
 #include "index/FSScanner.h"
 #include "index/IndexObserver.h"
+#include "modes/LiveIndex.h"
 #include "modes/ProjectCaches.h"
 #include "modes/ProjectEventStreams.h"
 #include "modes/framework/TRVModeSupportingPath.h"
@@ -72,7 +73,8 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     /// Cache did not tell, so it has to be scanned. Main thread.
     bool addFSObserversForProject(const Project& project, uint64_t maybeUsingFsEventStreamEventId);
     void removeFSObserversForProject(const Project* project);
-    OperationQueue& fsEventQ() { return fsEventQ_; }
+    LiveIndex& liveIndex() { return liveIndex_; }
+    ModeHost& modeHost() const { return host(); }
 
     // The visible list follows the index (TRVSearchModeIndex.cpp). Main thread.
     void autoUpdateResult();
@@ -139,7 +141,6 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     void scan(const std::shared_ptr<const Project>& project);
     void scanEnded(const Project& project, uint64_t eventIdAtStart);
     void resumeFSObservers(const std::shared_ptr<const Project>& project);
-    void processBatch(FileEventBatch batch);
     bool somebodySeesTheList() const;
 
     const FileTypes& fileTypes_;
@@ -168,7 +169,7 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
 
     // Last: their blocks use all of the above.
     SerialQueue scanQ_{"scanQ", Qos::userInitiated};
-    OperationQueue fsEventQ_{"fsEventQ", 1, Qos::background};
+    LiveIndex liveIndex_;
     SerialQueue scanLaunchQ_{"scanLaunchQ", Qos::background};
     std::mutex scanInProgressMutex_;
     Subscription scanInProgress_;

@@ -156,15 +156,6 @@ void TRVSearchMode::resumeFSObservers(const std::shared_ptr<const Project>& proj
     });
 }
 
-void TRVSearchMode::processBatch(FileEventBatch batch) {
-    std::erase_if(batch, [](const FileEvent& event) { return event.flags == 0; });
-    if (batch.empty()) return;
-    fsEventQ_.addBlock([events = std::move(batch)] {
-        logIf(processFlags.debugFsEvents, Debug, "processFsEvents called for %zu events",
-              events.size());
-    });
-}
-
 void TRVSearchMode::scanParameterModified(const std::shared_ptr<const Project>& project) {
     const auto current = currentProject();
     if (project && project != current) return;

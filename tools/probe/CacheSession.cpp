@@ -11,8 +11,10 @@ CacheSession::CacheSession(const nlohmann::json& settings, const nlohmann::json&
     PreferencesController::setupUserDefaults(defaults, {.home = userFolders::home()});
     for (const auto& [key, value] : settings.items()) defaults.setObject(value, key);
     flags_.emplace(defaults);
-    if (!project.is_null()) project_.emplace(project);
-    cache_ = std::make_shared<Cache>(*this, static_cast<const FileTypes&>(*this));
+    if (!project.is_null()) project_ = std::make_shared<const Project>(project);
+    const FileTypes& types = *this;
+    cache_ = std::make_shared<Cache>(*this, types);
+    handler_ = std::make_unique<FsEventHandler>(*this, FSScanner::sharedInstance(), types);
 }
 
 CacheSession::~CacheSession() {
@@ -24,4 +26,8 @@ CacheSession::~CacheSession() {
 bool CacheSession::scan() {
     return scanProject(FSScanner::sharedInstance(), *project_, {.cache = cache_}) ==
            ScanEnd::complete;
+}
+
+int CacheSession::processAndCompare(FileEventBatch events) {
+    return ClosingComparison(*handler_, *this).process(std::move(events));
 }

@@ -46,7 +46,7 @@ constexpr OpEntry kOps[] = {
     {"cache.add", cacheAdd},
     {"cache.move", cacheMove},
     {"cache.remove", cacheRemove},
-    {"cache.events", nullptr},
+    {"cache.events", cacheEvents},
     {"cache.dump", cacheDump},
     {"cache.recent", cacheRecent},
     {"cache.facts", cacheFacts},

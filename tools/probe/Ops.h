@@ -21,6 +21,8 @@ Op rulePrepare, ruleStatus;
 Op nameNext, selectionRename, textFiletypes, textPermissions, textSize;
 // functions_settings.cpp
 Op settingsDefaults;
+// cacheEvents.cpp
+Op cacheEvents;
 // cacheOps.cpp
 Op cacheAdd, cacheMove, cacheNew, cacheRefreshNow, cacheRefreshed, cacheRemove, cacheScan;
 // appOps.cpp

@@ -75,6 +75,8 @@ class TRVMode {
     virtual void searchForString(const std::u16string& string, const SearchFinalBlock& block) = 0;
     /// The field was emptied: nothing is left to show.
     virtual void searchStringBecameEmpty() {}
+    /// What a row shows of this file has changed, though not which rows there are.
+    virtual void updateRowRepresentingURL(const FileURL&) {}
     /// The table has reloaded: bring the selection back.
     virtual void resultSetReloaded();
 

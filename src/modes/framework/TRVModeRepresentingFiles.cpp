@@ -20,6 +20,11 @@ void TRVModeRepresentingFiles::markPathForFutureSelection(const FileURL& url) {
     selection()->selectedItems = {url};
 }
 
+void TRVModeRepresentingFiles::updateRowRepresentingURL(const FileURL& url) {
+    if (const auto row = rowIndexOfFilteredItemByURL(url))
+        host().applyDiffableDataSourceSnapshotAnimated(false, std::vector<size_t>{*row});
+}
+
 void TRVModeRepresentingFiles::saveSelection() {
     if (!MainQueue::isMainThread()) logError("Must be called on main thread!");
     if (!isActive()) logError("Must be active to save selection!");

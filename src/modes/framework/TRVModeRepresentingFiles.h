@@ -19,6 +19,7 @@ class TRVModeRepresentingFiles : public TRVMode {
     /// The next restore selects this path, which need not be there yet.
     virtual void markPathForFutureSelection(const FileURL& url);
 
+    void updateRowRepresentingURL(const FileURL& url) override;
     void saveSelection() override;
     void restoreSelection() override;
 };

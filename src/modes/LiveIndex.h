@@ -1,0 +1,42 @@
+#pragma once
+#include <optional>
+#include <string>
+
+#include "index/ClosingComparison.h"
+#include "index/FsEventClient.h"
+#include "index/FsEventHandler.h"
+#include "util/Observable.h"
+#include "util/queues/OperationQueue.h"
+
+class FileTypes;
+class TRVSearchMode;
+
+/// Keeps the index of the current project equal to the disk: batches of file-system events go
+/// through here, one after another.
+/// Owner:   TRVSearchMode, which ends its queue before anything that the queue uses.
+/// Threads: process and scheduleResultListUpdate: any.
+class LiveIndex : private FsEventClient {
+  public:
+    LiveIndex(TRVSearchMode& searchMode, const FileTypes& types);
+
+    /// What an event stream delivers.
+    void process(FileEventBatch batch);
+    /// After a change of the index that no event caused: whoever sees a list of files sees it anew.
+    void scheduleResultListUpdate();
+
+  private:
+    std::shared_ptr<const Project> currentProject() const override;
+    std::shared_ptr<Cache> cacheForEvents() override;
+    void clearSelection(const FileURL& eventURL) override;
+    void itemRenamedFrom(const FileURL& from, const FileURL& to,
+                         const ItemRenamed& renamed) override;
+    void reloadResultSet() override;
+    void updateRowRepresentingURL(const FileURL& url) override;
+    void takeDebugFsEventPath();
+
+    TRVSearchMode& searchMode_;
+    FsEventHandler handler_;        // fsEventQ's
+    ClosingComparison comparison_;  // too
+    OperationQueue fsEventQ_{"fsEventQ", 1, Qos::background};
+    Subscription debugFsEventPath_;
+};
