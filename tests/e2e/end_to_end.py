@@ -143,13 +143,14 @@ def what_is_wrong(path, window, scale):
     ground = picture.at(x, y)
     up = picture.stretch(x, y, ground, 0, -1)
     left, right = (picture.stretch(x, y - up + 12 * scale, ground, dx, 0) for dx in (-1, 1))
-    corner = x + right, y - up
-    width = (left + right) / scale
+    top = y - up
+    corner, width = (x + right, top), (left + right) / scale
     holds = {
         "a sheet of one colour": 400 < width < 700,
         "a rounded corner": not picture.is_like(*corner, ground),
-        "rows with pictures and text": len(picture.colours(
-            middle - 320 * scale, y + 30 * scale, middle, y + 90 * scale)) > 20,
+        "second row": picture.is_like(middle + 180 * scale, top + 117 * scale, ground),
+        "pictures and texts in the rows": len(picture.colours(
+            middle - 270 * scale, top + 94 * scale, middle, top + 138 * scale)) > 30,
     }
     return [name for name, is_so in holds.items() if not is_so]
 
