@@ -1,8 +1,11 @@
 #include "platform/linux/LinuxFrontmost.h"
 
 #include <QWidget>
+#include <optional>
 
+#include "platform/linux/LinuxHotKeys.h"
 #include "platform/linux/display/DisplayTest.h"
+#include "screen/KeyEvent.h"
 
 namespace {
 
@@ -63,4 +66,38 @@ TEST_F(LinuxFrontmostTest, AProgramIsKnownByWhatItsWindowSaysOfIt) {
     ASSERT_TRUE(isActive(other, next));
     ASSERT_TRUE(frontmost.activateRunningApplication(nameless->bundleIdentifier));
     EXPECT_TRUE(isActive(other, silent));
+}
+
+TEST_F(LinuxFrontmostTest, AsksWithTheTimeOfTheKeyThatCalledUs) {
+    LinuxFrontmost frontmost;
+    LinuxHotKeys hotKeys;  // sees the key before the other
+    OtherProgram other;
+    const uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(other.x, other.root, XCB_CW_EVENT_MASK, &mask);
+    const xcb_atom_t request = other.atom("_NET_ACTIVE_WINDOW");
+    const auto timeOfRequest = [&] {
+        std::optional<uint32_t> time;
+        soon([&] {
+            while (xcb_generic_event_t* event = xcb_poll_for_event(other.x)) {
+                const auto* message = reinterpret_cast<xcb_client_message_event_t*>(event);
+                if ((event->response_type & 0x7f) == XCB_CLIENT_MESSAGE && message->type == request)
+                    time = message->data.data32[1];
+                std::free(event);
+            }
+            return time.has_value();
+        });
+        return time;
+    };
+    QWidget own;
+    own.setAttribute(Qt::WA_ShowWithoutActivating);
+    own.show();
+    pass(200);
+    ASSERT_TRUE(hotKeys.registerShortcut({kKeySpace, kModifierCommand | kModifierControl},
+                                         [&] { frontmost.activateOwnWindow(own.winId()); }));
+    user({"key", "ctrl+alt+space"});
+    EXPECT_NE(timeOfRequest().value_or(0), 0u);
+    // Later the user may have pressed others elsewhere: no time is better than an old one.
+    pass(1300);
+    frontmost.activateOwnWindow(own.winId());
+    EXPECT_EQ(timeOfRequest().value_or(1), 0u);
 }
