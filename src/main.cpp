@@ -21,10 +21,10 @@
 #include "util/World.h"
 #include "util/log.h"
 #include "views/AlertDialogs.h"
-#include "views/ApplicationIcon.h"
 #include "views/DiskAccessDialog.h"
 
 #include "views/KeyMonitor.h"
+#include "views/ProgramIcon.h"
 #include "views/QuickStartWindow.h"
 #include "views/QuitProgress.h"
 #include "views/SearchWindow.h"
@@ -74,7 +74,7 @@ struct Desktop {
     LinuxFileTypes fileTypes;
     NoFileEvents fileEvents;
     LinuxHotKeys hotKeys;
-    LinuxStatusBar statusBar{applicationIcon()};
+    LinuxStatusBar statusBar{programIcon()};
     LinuxAppearance appearance;
     NoUpdater updater;
     FullAccess diskAccess;
@@ -94,7 +94,7 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName("Trovast");
     QApplication::setDesktopFileName("com.orrinvale.Trovast");
-    QApplication::setWindowIcon(applicationIcon());
+    QApplication::setWindowIcon(programIcon());
     QApplication::setQuitOnLastWindowClosed(false);
 
     World world;
@@ -117,7 +117,7 @@ int main(int argc, char** argv) {
                         .state = userFolders::state()});
     Desktop desktop(display);
     QtMainLoop loop(world.mainQueue(), world.clock());
-    TerminationSignals signals([] { QApplication::quit(); });
+    TerminationSignals signals([&desktop] { desktop.application.terminate(); });
     AppDelegate app(desktop.screen(), desktop.ports());
     delegate = &app;
     app.applicationDidFinishLaunching();

@@ -3,6 +3,7 @@
 #include <QIcon>
 #include <set>
 
+#include "views/ProgramIcon.h"
 #include "views/QtTest.h"
 
 class IconCacheTest : public QtTest {};
@@ -27,4 +28,21 @@ TEST_F(IconCacheTest, HasAPictureForEveryKindWithoutAnIconTheme) {
     EXPECT_EQ(icons.pixmap("image-x-portable-pixmap", 32, 2).toImage(),
               icons.pixmap("image-png", 32, 2).toImage());
     EXPECT_EQ(icons.pixmap("", 32, 1).toImage(), icons.pixmap("no-such-thing", 32, 1).toImage());
+}
+
+TEST_F(IconCacheTest, TheProgramsSignIsSeenOnEveryGround) {
+    for (const int size : {16, 22, 64}) {
+        const QImage sign = programIcon().pixmap(size, size).toImage();
+        ASSERT_EQ(sign.size(), QSize(size, size));
+        EXPECT_EQ(sign.pixelColor(0, 0).alpha(), 0);
+        int light = 0, dark = 0;
+        for (int y = 0; y < size; ++y)
+            for (int x = 0; x < size; ++x) {
+                const QColor colour = sign.pixelColor(x, y);
+                if (colour.alpha() < 200) continue;
+                (colour.lightness() > 200 ? light : dark)++;
+            }
+        EXPECT_GT(light, size * size / 20) << size;
+        EXPECT_GT(dark, size * size / 3) << size;
+    }
 }

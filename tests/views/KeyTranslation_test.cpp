@@ -90,3 +90,41 @@ TEST_F(KeyTranslation, TheEventsOwnSymbolServesWhereNobodyKnowsTheKeyMap) {
     EXPECT_EQ(translated(0x042b, Qt::ControlModifier, kC, kCyrillicEs).keyCode, kCodeC);
     EXPECT_EQ(translated(Qt::Key_A, {}, kQ, 'a', "a").characters, u"a");
 }
+
+TEST_F(KeyTranslation, TellsWhetherAKeyWentDownOrUpOrChangedTheFlags) {
+    const auto event = [](QEvent::Type type, int key, Qt::KeyboardModifiers modifiers) {
+        return keyEventFrom(QKeyEvent(type, key, modifiers), {});
+    };
+    EXPECT_EQ(event(QEvent::KeyPress, Qt::Key_Q, {}).kind, KeyEvent::Kind::down);
+    EXPECT_EQ(event(QEvent::KeyRelease, Qt::Key_Q, {}).kind, KeyEvent::Kind::up);
+    // The flags are those after the key, which the toolkit's event does not have yet.
+    const KeyEvent down = event(QEvent::KeyPress, Qt::Key_Alt, Qt::ControlModifier);
+    EXPECT_EQ(down.kind, KeyEvent::Kind::flagsChanged);
+    EXPECT_EQ(down.modifierFlags, kModifierCommand | kModifierControl);
+    EXPECT_EQ(down.keyCode, kNoKeyCode);
+    EXPECT_EQ(event(QEvent::KeyRelease, Qt::Key_Shift, Qt::ShiftModifier).modifierFlags, 0u);
+}
+
+TEST_F(KeyTranslation, KeysOfTheKeyboardHaveTheCodesOfTheirEvents) {
+    constexpr uint32_t kReturnSymbol = 0xff0d, kEscapeSymbol = 0xff1b, kF5Symbol = 0xffc2;
+    // Escape on the key of Caps Lock, and the keypad without Num Lock.
+    const auto keyboard = layout({{{66, 0}, kEscapeSymbol},
+                                  {{36, 0}, kReturnSymbol},
+                                  {{71, 0}, kF5Symbol},
+                                  {{90, 0}, 0xff9e},
+                                  {{kQ, 0}, 'a'}});
+    EXPECT_EQ(keyCodeOfKey(66, 0, keyboard), kKeyEscape);
+    EXPECT_EQ(keyCodeOfKey(36, 0, keyboard), kKeyReturn);
+    EXPECT_EQ(keyCodeOfKey(71, 0, keyboard), 96u);
+    EXPECT_EQ(keyCodeOfKey(90, 0, keyboard), 82u);
+    EXPECT_EQ(keyCodeOfKey(kQ, 0, keyboard), kCodeA);
+    EXPECT_EQ(keyCodeOfKey(kQ, 0, {}), kCodeQ);
+    EXPECT_EQ(keyCodeOfKey(200, 0, keyboard), kNoKeyCode);
+}
+
+TEST_F(KeyTranslation, AHotKeyReadsAsItIsPressed) {
+    EXPECT_EQ(hotKeyText(kKeySpace, kModifierCommand | kModifierControl), "Ctrl+Alt+Space");
+    EXPECT_EQ(hotKeyText(kCodeQ, kModifierOption | kModifierShift), "Super+Shift+Q");
+    EXPECT_EQ(hotKeyText(kKeyUp, kModifierNumericPad | kModifierFunction), "Up");
+    EXPECT_EQ(hotKeyText(kNoKeyCode, 0), "");
+}

@@ -54,7 +54,8 @@ void LinuxApplication::watchScreen(const QScreen* screen) {
 }
 
 bool LinuxApplication::hasAskedForKeyboard() const {
-    return asked_.isValid() && asked_.elapsed() < kKeyboardIsComing;
+    // For a window that has gone meanwhile it comes no more.
+    return asked_.isValid() && asked_.elapsed() < kKeyboardIsComing && frontWindow();
 }
 
 bool LinuxApplication::isActive() const {

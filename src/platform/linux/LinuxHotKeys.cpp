@@ -2,7 +2,6 @@
 
 #include <QAbstractNativeEventFilter>
 #include <QTimer>
-#include <algorithm>
 #include <cstdlib>
 
 #include "platform/linux/KeyGrabs.h"
@@ -75,7 +74,7 @@ class LinuxHotKeys::Grabber : public QAbstractNativeEventFilter {
         const auto* event = static_cast<const xcb_generic_event_t*>(message);
         const uint8_t kind = event->response_type & 0x7f;
         if (kind == XCB_KEY_PRESS || kind == XCB_KEY_RELEASE)
-            return isUsedUp(*reinterpret_cast<const xcb_key_press_event_t*>(event), kind);
+            keyMoved(*reinterpret_cast<const xcb_key_press_event_t*>(event), kind);
         // Of the keyboard extension, 0 is another keyboard and 1 another layout.
         const bool isNewLayout =
             kind == XCB_MAPPING_NOTIFY || (kind == xkbEvent_ && kind != 0 && event->pad0 <= 1);
@@ -84,21 +83,22 @@ class LinuxHotKeys::Grabber : public QAbstractNativeEventFilter {
     }
 
   private:
-    bool isUsedUp(const xcb_key_press_event_t& key, uint8_t kind) {
-        if (!action_ || key.event != key.root || !grabs_.has(key.detail)) return false;
+    void keyMoved(const xcb_key_press_event_t& key, uint8_t kind) {
+        if (!action_ || key.event != key.root || !grabs_.has(key.detail)) return;
         if (kind == XCB_KEY_RELEASE) {
             held_ = false;
             released_ = key.time;
-            return true;
+            return;
         }
         // A key that repeats comes up and goes down in the same millisecond.
         const bool isRepeat = held_ || (key.detail == lastKey_ && key.time == released_);
         held_ = true;
         lastKey_ = key.detail;
-        if (isRepeat) return true;
-        const auto action = action_;  // it may register another key
-        action();
-        return true;
+        if (isRepeat) return;
+        // On a later turn: whoever needs the time of the user's last key has seen this one then.
+        QTimer::singleShot(0, &settle_, [this] {
+            if (const auto action = action_) action();
+        });
     }
 
     void grabAgain() {

@@ -2,16 +2,38 @@
 
 #include <QAction>
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusServiceWatcher>
 #include <QMenu>
 #include <QSystemTrayIcon>
 #include <utility>
 
+#include "platform/linux/X11.h"
+
 namespace {
+
 constexpr auto kBar = "org.kde.StatusNotifierWatcher";
+constexpr int kLookAgain = 5000;  // milliseconds
+constexpr int kLooks = 36;
+
+bool hasTray() {
+    xcb_connection_t* const x = x11::connection();
+    if (!x) return false;
+    const auto cookie = xcb_get_selection_owner(x, x11::atom(x, "_NET_SYSTEM_TRAY_S0"));
+    const x11::Reply<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(x, cookie, nullptr), &std::free);
+    return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
+bool hasBar() {
+    const auto bus = QDBusConnection::sessionBus();
+    return bus.isConnected() && bus.interface()->isServiceRegistered(QString::fromLatin1(kBar));
+}
+
+}  // namespace
+
 LinuxStatusBar::LinuxStatusBar(QIcon icon) : icon_(std::move(icon)) {
+    QObject::connect(&look_, &QTimer::timeout, [this] { makeItemWhereThereIsABar(); });
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
     bars_ = std::make_unique<QDBusServiceWatcher>(QString::fromLatin1(kBar), bus,
@@ -26,18 +48,47 @@ LinuxStatusBar::~LinuxStatusBar() = default;
 void LinuxStatusBar::showStatusItem(StatusItemContent content) {
     content_ = std::move(content);
     isShown_ = true;
-    makeItem();
+    looks_ = kLooks;
+    item_.reset();
+    makeItemWhereThereIsABar();
 }
 
 void LinuxStatusBar::removeStatusItem() {
     isShown_ = false;
+    look_.stop();
     item_.reset();
     menu_.reset();
     content_ = {};
 }
 
+void LinuxStatusBar::makeItemWhereThereIsABar() {
+    // Qt decides at its first item of all between bus and tray. One that is made before either is
+    // there would keep the program out of a bar that comes later.
+    if (hasBar() || hasTray())
+        makeItem();
+    else if (looks_-- > 0)
+        look_.start(kLookAgain);
+    else
+        look_.stop();
+}
+
 void LinuxStatusBar::makeItem() {
+    look_.stop();
     item_.reset();  // before its menu
+    makeMenu();
+    item_ = std::make_unique<QSystemTrayIcon>(icon_);
+    item_->setToolTip(QString::fromStdString(content_.toolTip));
+    if (!content_.menu.empty()) item_->setContextMenu(menu_.get());
+    QObject::connect(
+        item_.get(), &QSystemTrayIcon::activated, [this](QSystemTrayIcon::ActivationReason reason) {
+            const bool isClick =
+                reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::MiddleClick;
+            if (isClick && content_.action) content_.action();
+        });
+    item_->show();
+}
+
+void LinuxStatusBar::makeMenu() {
     menu_ = std::make_unique<QMenu>();
     for (const StatusItemContent::Entry& entry : content_.menu) {
         if (entry.title.empty()) {
@@ -52,14 +103,4 @@ void LinuxStatusBar::makeItem() {
                              if (action) action();
                          });
     }
-    item_ = std::make_unique<QSystemTrayIcon>(icon_);
-    item_->setToolTip(QString::fromStdString(content_.toolTip));
-    if (!content_.menu.empty()) item_->setContextMenu(menu_.get());
-    QObject::connect(
-        item_.get(), &QSystemTrayIcon::activated, [this](QSystemTrayIcon::ActivationReason reason) {
-            const bool isClick =
-                reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::MiddleClick;
-            if (isClick && content_.action) content_.action();
-        });
-    item_->show();
 }

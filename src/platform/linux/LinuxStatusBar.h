@@ -1,5 +1,6 @@
 #pragma once
 #include <QIcon>
+#include <QTimer>
 #include <memory>
 
 #include "platform/StatusBar.h"
@@ -10,7 +11,8 @@ class QSystemTrayIcon;
 
 /// The status item: over the session bus where a bar listens there, else in an X11 tray.
 /// Owner:   main, after QApplication is made. Threads: main.
-/// Fails:   silently; when a bar comes later, the item is made anew.
+/// Fails:   silently; when a bar comes later, the item is made anew. A tray of X11 is looked for
+///          during the first minutes, in which a session starts.
 class LinuxStatusBar : public StatusBar {
   public:
     explicit LinuxStatusBar(QIcon icon);
@@ -20,6 +22,8 @@ class LinuxStatusBar : public StatusBar {
 
   private:
     void makeItem();
+    void makeMenu();
+    void makeItemWhereThereIsABar();
 
     const QIcon icon_;
     StatusItemContent content_;
@@ -27,4 +31,6 @@ class LinuxStatusBar : public StatusBar {
     std::unique_ptr<QMenu> menu_;
     std::unique_ptr<QSystemTrayIcon> item_;
     std::unique_ptr<QDBusServiceWatcher> bars_;
+    QTimer look_;
+    int looks_ = 0;  // that are left
 };

@@ -10,6 +10,7 @@ namespace {
 /// Source indication of a client message: the user asked by a pager or the like. Window managers
 /// obey it without focus-stealing prevention.
 constexpr uint32_t kSourceUser = 2;
+constexpr qint64 kFresh = 1000;         // milliseconds
 constexpr uint32_t kMostWords = 16384;  // of a property that is read
 
 }  // namespace
@@ -31,9 +32,16 @@ bool WindowList::nativeEventFilter(const QByteArray& type, void* message, qintpt
     const auto* event = static_cast<const xcb_generic_event_t*>(message);
     const int kind = event->response_type & 0x7f;
     // Key and button events have their time at the same place.
-    if (kind >= XCB_KEY_PRESS && kind <= XCB_BUTTON_RELEASE)
+    if (kind >= XCB_KEY_PRESS && kind <= XCB_BUTTON_RELEASE) {
         time_ = reinterpret_cast<const xcb_key_press_event_t*>(event)->time;
+        sinceTime_.start();
+    }
     return false;
+}
+
+xcb_timestamp_t WindowList::userTime() const {
+    // A window manager that knows of a later key, in another window, would take us for a thief.
+    return sinceTime_.isValid() && sinceTime_.elapsed() < kFresh ? time_ : XCB_CURRENT_TIME;
 }
 
 std::string WindowList::property(xcb_window_t window, xcb_atom_t name) const {
@@ -98,7 +106,7 @@ std::vector<xcb_window_t> WindowList::fromTheTop() const {
 
 void WindowList::activate(xcb_window_t window, xcb_window_t current) {
     if (!isManaged()) {
-        xcb_set_input_focus(x_, XCB_INPUT_FOCUS_PARENT, window, time_);
+        xcb_set_input_focus(x_, XCB_INPUT_FOCUS_PARENT, window, userTime());
         xcb_flush(x_);
         return;
     }
@@ -108,7 +116,7 @@ void WindowList::activate(xcb_window_t window, xcb_window_t current) {
     event.window = window;
     event.type = activeWindow_;
     event.data.data32[0] = kSourceUser;
-    event.data.data32[1] = time_;
+    event.data.data32[1] = userTime();
     event.data.data32[2] = current;
     xcb_send_event(x_, 0, root_,
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,

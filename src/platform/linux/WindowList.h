@@ -1,5 +1,6 @@
 #pragma once
 #include <QAbstractNativeEventFilter>
+#include <QElapsedTimer>
 #include <string_view>
 #include <vector>
 
@@ -34,5 +35,8 @@ class WindowList : public QAbstractNativeEventFilter {
     xcb_connection_t* const x_;
     xcb_window_t root_ = 0;
     xcb_atom_t manager_, activeWindow_, stacking_, pid_, gtkId_, compositor_;
+    xcb_timestamp_t userTime() const;
+
     xcb_timestamp_t time_ = XCB_CURRENT_TIME;
+    QElapsedTimer sinceTime_;
 };
