@@ -17,8 +17,8 @@ class LinuxFileEvents : public FileEvents {
   public:
     struct Options {
         WatchSet::Backends backends = WatchSet::Backends::best;
-        double share = 0.6;                 // of the watches that the kernel allows a user
-        std::optional<size_t> mostWatches;  // of each interface, instead of a share
+        double share = 0.6;                      // of the watches that the kernel allows a user
+        std::optional<size_t> mostWatches = {};  // of each interface, instead of a share
         size_t ringSize = 100'000;
     };
     LinuxFileEvents() : LinuxFileEvents(Options{}) {}

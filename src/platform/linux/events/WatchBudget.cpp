@@ -1,5 +1,8 @@
 #include "platform/linux/events/WatchBudget.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdlib>
 
 #include "util/FileIO.h"
@@ -7,9 +10,11 @@
 namespace {
 
 size_t limitFrom(const char* path) {
-    constexpr size_t kLeast = 8192, kLimit = 64;
-    const Result<FileContent> content = readFile(FileURL(path), kLimit);
-    const long long value = content ? std::atoll(content.value().bytes.c_str()) : 0;
+    constexpr size_t kLeast = 8192;
+    const FileHandle file(open(path, O_RDONLY | O_CLOEXEC));
+    char digits[32] = {};
+    if (!file || read(file.get(), digits, sizeof digits - 1) <= 0) return kLeast;
+    const long long value = std::atoll(digits);
     return value > 0 ? static_cast<size_t>(value) : kLeast;
 }
 

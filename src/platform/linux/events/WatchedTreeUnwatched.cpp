@@ -42,28 +42,27 @@ void WatchedTree::relist(FolderNode* node, int folder, std::vector<std::string>&
     const std::string top = FolderTree::shownPath(node);
     std::string told;
     bool hasTold = false;
-    const SignatureWalk walk{
-        [&](std::string_view path) {
-            if (options_.isEnding && options_.isEnding()) return false;
-            return !options_.shouldWatch || options_.shouldWatch(below(top, path));
-        },
-        [&](std::string_view path, uint64_t signature, int one) {
-            const uint64_t key = hashOfPath(path);
-            now.emplace(key, signature);
-            struct statx item;
-            const auto old = before.find(key);
-            const bool differs =
-                isFirst ? since_ && statx(one, "", AT_EMPTY_PATH, STATX_CTIME, &item) == 0 &&
-                              isAfterSince(item)
-                        : old == before.end() || old->second != signature;
-            if (!differs) return;
-            std::string shown = below(top, path);
-            if (hasTold && FileURL(shown).isAtOrBelow(FileURL(told))) return;
-            hasTold = true;
-            told = shown;
-            changed.push_back(std::move(shown));
-        }};
-    walkSignatures(folder, walk);
+    const auto wanted = [&](std::string_view path) {
+        if (options_.isEnding && options_.isEnding()) return false;
+        return !options_.shouldWatch || options_.shouldWatch(below(top, path));
+    };
+    const auto take = [&](std::string_view path, uint64_t signature, int handle) {
+        const uint64_t key = hashOfPath(path);
+        now.emplace(key, signature);
+        struct statx item;
+        const auto old = before.find(key);
+        const bool differs =
+            isFirst ? since_ && statx(handle, "", AT_EMPTY_PATH, STATX_CTIME, &item) == 0 &&
+                          isAfterSince(item)
+                    : old == before.end() || old->second != signature;
+        if (!differs) return;
+        std::string shown = below(top, path);
+        if (hasTold && FileURL(shown).isAtOrBelow(FileURL(told))) return;
+        hasTold = true;
+        told = shown;
+        changed.push_back(std::move(shown));
+    };
+    walkSignatures(folder, wanted, take);
     *node->unwatched = std::move(now);
 }
 

@@ -37,7 +37,9 @@ uint64_t hashOfPath(std::string_view path) {
     return std::hash<std::string_view>{}(path);
 }
 
-void walkSignatures(int top, const SignatureWalk& walk) {
+void walkSignatures(
+    int top, FunctionRef<bool(std::string_view path)> wanted,
+    FunctionRef<void(std::string_view path, uint64_t signature, int handle)> folder) {
     std::vector<Place> places{{nullptr, {}}};
     while (!places.empty()) {
         const Place place = std::move(places.back());
@@ -54,8 +56,8 @@ void walkSignatures(int top, const SignatureWalk& walk) {
             signature += signatureOf(entry, item);
             if (!S_ISDIR(item.st_mode)) return;
             std::string path = place.path.empty() ? entry : place.path + "/" + entry;
-            if (walk.wanted(path)) places.push_back({handle, std::move(path)});
+            if (wanted(path)) places.push_back({handle, std::move(path)});
         });
-        walk.folder(place.path, signature, handle->get());
+        folder(place.path, signature, handle->get());
     }
 }

@@ -6,12 +6,10 @@
 #include "util/FunctionRef.h"
 
 /// What a folder that cannot be watched holds, and all folders below it, to be compared later:
-/// names, inode numbers and times of files. Any thread.
-struct SignatureWalk {
-    FunctionRef<bool(std::string_view path)> wanted;  // a path below the top: go into it?
-    FunctionRef<void(std::string_view path, uint64_t signature, int folder)> folder;
-};
-/// Calls walk.folder for each folder, parents first; the top's path is empty.
-void walkSignatures(int top, const SignatureWalk& walk);
+/// names, inode numbers and times of files. Calls `folder` for each folder whose path below the top
+/// is wanted, parents first; the top's path is empty. Any thread.
+void walkSignatures(
+    int top, FunctionRef<bool(std::string_view path)> wanted,
+    FunctionRef<void(std::string_view path, uint64_t signature, int handle)> folder);
 
 uint64_t hashOfPath(std::string_view path);
