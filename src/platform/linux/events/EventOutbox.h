@@ -1,7 +1,7 @@
 #pragma once
 #include <atomic>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/FileEvents.h"
@@ -11,7 +11,7 @@
 class EventOutbox {
   public:
     explicit EventOutbox(std::atomic<uint64_t>& lastId) : lastId_(lastId) {}
-    /// A Modified event that says again what the batch says already is left out.
+    /// A change of content or attributes that the batch tells already is left out.
     void put(uint32_t flags, std::string path);
     /// What comes next is a batch of its own: halves of renames must not meet strangers.
     void cut();
@@ -21,5 +21,6 @@ class EventOutbox {
     std::atomic<uint64_t>& lastId_;
     std::vector<FileEventBatch> batches_;
     FileEventBatch open_;
-    std::unordered_set<std::string> modified_;  // since the last event of another kind
+    // What was told of a path since the last event that is more than a change of an item.
+    std::unordered_map<std::string, uint32_t> changed_;
 };

@@ -149,8 +149,8 @@ std::vector<FileURL> EventRecorder::unwatchedFolders() const {
 }
 
 void EventRecorder::recheckUnwatched() {
-    if (unwatchedFolders().empty()) return;
     thread_.post([this] {
+        if (!tree_) return;
         for (std::string& path : tree_->recheckUnwatched())
             outbox_.put(kFSEventStreamEventFlagMustScanSubDirs | kFSEventStreamEventFlagItemIsDir,
                         std::move(path));

@@ -86,13 +86,10 @@ void EventTranslator::translateOne(RawEvent& event) {
 /// The kernel has ended a watch: the folder is gone, or its file system.
 void EventTranslator::watchEnded(FolderNode* folder) {
     if (!folder->parent) return;
-    tree_.tree().setKey(folder, {});
     putRootsLost(folder, true);
 }
 
 void EventTranslator::inFolder(const RawEvent& event, FolderNode* folder) {
-    // The folder around it tells the same with its name.
-    if (event.name.empty() && folder->parent && folder->parent->inside) return;
     const Item item(folder, event.name);
     uint32_t flags = event.flags;
     if (flags & kFSEventStreamEventFlagItemCreated) {
@@ -121,9 +118,10 @@ void EventTranslator::ofFolder(uint32_t flags, FolderNode* folder, const std::st
     } else if (flags & kFSEventStreamEventFlagItemRemoved) {
         if (child && !(item.isFolder && child->inode == item.inode)) putRootsLost(child, true);
         if (item.isFolder) told |= kScan;  // another one has its name already
-    } else if (item.isFolder && (!child || child->key.empty()) && !(child && child->unwatched)) {
-        // It could not be read before, or a file had its name.
+    } else if (item.isFolder && !(child && child->isFollowed())) {
+        // It could not be read before, or something else had its name.
         tree_.addChild(folder, name);
-        if (FolderTree::child(folder, name)) told |= kScan;
+        const FolderNode* now = FolderTree::child(folder, name);
+        if (now && now->isFollowed()) told |= kScan;
     }
 }

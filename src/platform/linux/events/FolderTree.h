@@ -26,8 +26,12 @@ struct FolderNode {
     bool dead = false;       // and no longer on the disk
     std::chrono::steady_clock::time_point arrival{};  // when something last came into it
     std::unique_ptr<std::string> shown;  // the path that was asked for, where a link is on it
-    std::unique_ptr<FolderSignatures> unwatched;
+    std::unique_ptr<FolderSignatures> unwatched;  // empty while it cannot be read either
     std::unordered_map<std::string_view, std::unique_ptr<FolderNode>> children;
+
+    /// Whether anybody notices what happens in it.
+    bool isFollowed() const { return !key.empty() || isListed(); }
+    bool isListed() const { return unwatched && !unwatched->empty(); }
 };
 
 /// The watched folders and those on the way to them, from the root of all paths.

@@ -11,16 +11,14 @@ namespace {
 
 std::string unescaped(std::string_view text) {
     std::string plain;
-    for (size_t i = 0; i < text.size(); i++) {
-        const auto isOctal = [](char c) { return c >= '0' && c <= '7'; };
-        if (text[i] == '\\' && i + 3 < text.size() &&
-            std::all_of(&text[i + 1], &text[i + 4], isOctal)) {
-            plain += static_cast<char>((text[i + 1] - '0') * 64 + (text[i + 2] - '0') * 8 +
-                                       (text[i + 3] - '0'));
-            i += 3;
-        } else {
-            plain += text[i];
-        }
+    while (!text.empty()) {
+        const std::string_view digits = text[0] == '\\' ? text.substr(1, 3) : "";
+        const bool isEscape = digits.size() == 3 && digits[0] <= '3' &&
+                              digits.find_first_not_of("01234567") == std::string_view::npos;
+        plain += isEscape ? static_cast<char>((digits[0] - '0') * 64 + (digits[1] - '0') * 8 +
+                                              (digits[2] - '0'))
+                          : text[0];
+        text.remove_prefix(isEscape ? 4 : 1);
     }
     return plain;
 }

@@ -63,6 +63,7 @@ class WatchedTree {
     std::vector<FileURL> loseRoots(FolderNode* node, bool dead);
 
     std::vector<std::string> takeChangedPaths();
+    /// The uppermost of those that no watch is left for.
     std::vector<FileURL> unwatchedFolders() const;
     /// Whether they may be others than at the last call.
     bool takeUnwatchedChanged() { return std::exchange(unwatchedChanged_, false); }
@@ -103,5 +104,6 @@ class WatchedTree {
     size_t visits_ = 0;
     bool needsBuild_ = false;
     bool hasUnwatched_ = false;
+    bool warned_ = false;
     bool unwatchedChanged_ = false;
 };

@@ -24,10 +24,11 @@ void WatchedTree::keepUnwatched(const Place& place, const struct statx& item, in
     node->inside = node->inside || place.parent->inside;
     node->unwatched = std::make_unique<FolderSignatures>();
     unwatchedChanged_ = true;
-    if (!std::exchange(hasUnwatched_, true))
+    hasUnwatched_ = true;
+    if (folder < 0) return;
+    if (!std::exchange(warned_, true))
         logWarning("File events: no watch left for '%s' and others; they are listed instead",
                    FolderTree::shownPath(node).c_str());
-    if (folder < 0) return;
     std::vector<std::string> changed;
     relist(node, folder, changed);
     if (since_) changed_.insert(changed_.end(), changed.begin(), changed.end());
@@ -77,7 +78,7 @@ std::vector<FolderNode*> WatchedTree::unwatchedNodes() const {
 std::vector<FileURL> WatchedTree::unwatchedFolders() const {
     std::vector<FileURL> folders;
     for (const FolderNode* node : unwatchedNodes())
-        folders.emplace_back(FolderTree::shownPath(node));
+        if (node->isListed()) folders.emplace_back(FolderTree::shownPath(node));
     return folders;
 }
 
@@ -85,17 +86,14 @@ std::vector<std::string> WatchedTree::recheckUnwatched() {
     std::vector<std::string> changed;
     for (FolderNode* node : unwatchedNodes()) {
         if (node->forgotten || !node->unwatched) continue;
-        const bool neverListed = node->unwatched->empty();
-        if (node->parent && watches_->hasRoomFor(node->unwatched->size() + 1)) {
+        const bool wasListed = node->isListed();
+        if (node->parent && (!wasListed || watches_->hasRoomFor(node->unwatched->size()))) {
             // What happened before its watch stood is not known in detail.
             addChild(node->parent, node->name);
-            changed.push_back(FolderTree::shownPath(node));
-            continue;
-        }
-        const FileHandle handle = openNode(node);
-        if (!handle) continue;  // its parent tells that it has gone
-        if (neverListed) changed.push_back(FolderTree::shownPath(node));
-        relist(node, handle.get(), changed);
+            if (wasListed || node->isFollowed()) changed.push_back(FolderTree::shownPath(node));
+        } else if (const FileHandle handle = openNode(node)) {
+            relist(node, handle.get(), changed);
+        }  // else its parent tells that it has gone
     }
     unwatchedChanged_ = true;
     sweep();

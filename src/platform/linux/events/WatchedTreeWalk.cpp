@@ -134,27 +134,20 @@ bool WatchedTree::isAfterSince(const struct statx& item) const {
             static_cast<long>(item.stx_ctime.tv_nsec) >= since_->tv_nsec);
 }
 
+/// A folder that may be readable one day is asked again now and then.
 bool WatchedTree::notOpened(const Place& place, int error) {
-    switch (error) {
-        case ENOENT:
-        case ENOTDIR:
-        case ELOOP:
-        case EACCES:
-        case EPERM:
-            return false;
-        default:
-            break;
-    }
-    logWarning("File events: cannot open '%s' in '%s': %s", place.name.c_str(),
-               FolderTree::path(place.parent).c_str(), strerror(error));
-    struct statx item {};
+    if (error == ENOENT || error == ENOTDIR || error == ELOOP) return false;
+    if (error != EACCES)
+        logWarning("File events: cannot open '%s' in '%s': %s", place.name.c_str(),
+                   FolderTree::path(place.parent).c_str(), strerror(error));
     struct stat status;
     if (fstatat(place.folder->get(), place.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 ||
         !S_ISDIR(status.st_mode))
         return false;
+    struct statx item {};
     item.stx_ino = status.st_ino;
     item.stx_dev_major = major(status.st_dev);
     item.stx_dev_minor = minor(status.st_dev);
     keepUnwatched(place, item, -1);
-    return true;
+    return error != EACCES;
 }

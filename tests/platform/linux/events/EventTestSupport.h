@@ -1,4 +1,6 @@
 #pragma once
+#include <linux/capability.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +12,23 @@
 
 #include "platform/linux/events/LinuxFileEvents.h"
 #include "util/TestSupport.h"
+
+/// Makes this thread and those that it makes obey the rights of files, also as root; not the
+/// processes that they start.
+class WithoutPrivileges {
+  public:
+    WithoutPrivileges() {
+        syscall(SYS_capget, &header_, before_);
+        __user_cap_data_struct none[2] = {before_[0], before_[1]};
+        none[0].effective = none[1].effective = 0;
+        syscall(SYS_capset, &header_, none);
+    }
+    ~WithoutPrivileges() { syscall(SYS_capset, &header_, before_); }
+
+  private:
+    __user_cap_header_struct header_ = {_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct before_[2] = {};
+};
 
 /// What a stream has delivered.
 class Delivered {
@@ -76,6 +95,13 @@ class WatchedFolder {
     }
     FileURL root() const { return folder.file("in"); }
     FileURL at(std::string_view name) const { return root().appending(name); }
+    /// From the folder around the root, which may be gone.
+    std::vector<FileEventBatch> eventsAround(const std::string& line) {
+        delivered.take();
+        shell(folder.url(), line);
+        waitUntilIdle();
+        return delivered.take();
+    }
     void waitUntilIdle() {
         EXPECT_TRUE(comesTrue([&] { return world.work().isIdle(); }));
     }
@@ -99,13 +125,13 @@ class WatchedFolder {
 /// attributes and, of a path that was made, of content are left out: kernels merge them.
 inline std::string shortForm(const std::vector<FileEventBatch>& batches, const FileURL& root) {
     constexpr std::pair<uint32_t, char> kSigns[] = {
-        {kFSEventStreamEventFlagRootChanged, '!'},  {kFSEventStreamEventFlagMount, 'M'},
-        {kFSEventStreamEventFlagUnmount, 'U'},      {kFSEventStreamEventFlagKernelDropped, 'K'},
-        {kFSEventStreamEventFlagUserDropped, 'D'},  {kFSEventStreamEventFlagHistoryDone, 'H'},
-        {kFSEventStreamEventFlagItemCreated, '+'},  {kFSEventStreamEventFlagItemRemoved, '-'},
-        {kFSEventStreamEventFlagItemRenamed, '>'},  {kFSEventStreamEventFlagMustScanSubDirs, '*'},
+        {kFSEventStreamEventFlagRootChanged, '!'}, {kFSEventStreamEventFlagMount, 'M'},
+        {kFSEventStreamEventFlagUnmount, 'U'},     {kFSEventStreamEventFlagKernelDropped, 'K'},
+        {kFSEventStreamEventFlagUserDropped, 'D'}, {kFSEventStreamEventFlagHistoryDone, 'H'},
+        {kFSEventStreamEventFlagItemCreated, '+'}, {kFSEventStreamEventFlagItemRemoved, '-'},
+        {kFSEventStreamEventFlagItemRenamed, '>'}, {kFSEventStreamEventFlagMustScanSubDirs, '*'},
         {kFSEventStreamEventFlagItemModified, '~'}};
-    std::string text, made;
+    std::string text, made, lastWritten;
     for (const FileEventBatch& batch : batches) {
         const bool renames =
             !batch.empty() && (batch[0].flags & kFSEventStreamEventFlagItemRenamed);
@@ -116,7 +142,8 @@ inline std::string shortForm(const std::vector<FileEventBatch>& batches, const F
                 if (event.flags & flag) signs += sign;
             const bool isMade = made.find("[" + event.path + "]") != std::string::npos;
             if (signs.size() > 1 && signs.back() == '~') signs.pop_back();
-            if (signs.empty() || (signs == "~" && isMade)) continue;
+            if (signs.empty() || (signs == "~" && (isMade || event.path == lastWritten))) continue;
+            lastWritten = signs == "~" ? event.path : "";
             if (event.flags & kFSEventStreamEventFlagItemCreated) made += "[" + event.path + "]";
             const bool below = event.path.size() > root.path().size() &&
                                event.path.compare(0, root.path().size(), root.path()) == 0;
