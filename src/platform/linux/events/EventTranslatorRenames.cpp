@@ -24,7 +24,9 @@ void EventTranslator::renamed(const RawEvent& event, FolderNode* from, FolderNod
         putGone(flags, before);
         putArrived(flags, after, to, node);
     } else if (from) {
-        putGone(flags, Item(from, event.name));
+        const Item before(from, event.name);
+        if ((flags & kIsDir) && before.isFolder) tree_.addChild(from, event.name);
+        putGone(flags, before);
     } else {
         putArrived(flags, Item(to, event.newName), to, node);
     }
@@ -32,7 +34,10 @@ void EventTranslator::renamed(const RawEvent& event, FolderNode* from, FolderNod
 
 /// Moves the folder in the tree and watches it again where it is now. Null if no longer watched.
 FolderNode* EventTranslator::moveNode(const RawEvent& event, FolderNode* from, FolderNode* to) {
-    FolderNode* const node = from ? FolderTree::child(from, event.name) : nullptr;
+    FolderNode* node = from ? FolderTree::child(from, event.name) : nullptr;
+    // Where two folders have changed places, or one has taken the name at once, the node may
+    // already be the one that came: it stays.
+    if (node && Item(from, event.name).inode == node->inode) node = nullptr;
     const bool stays = to && tree_.allows(to, event.newName);
     if (node && stays) {
         if (!tree_.tree().place(node, to, event.newName)) {

@@ -52,7 +52,13 @@ void WatchedTree::forget(FolderNode* node, bool dead) {
 void WatchedTree::sweep() {
     for (Root& root : roots_)
         if (root.node && root.node->forgotten) root.node = nullptr;
-    for (const FolderTree::Ended& ended : tree_.sweep()) watches_->drop(ended.key, ended.dead);
+    for (const FolderTree::Ended& ended : tree_.sweep()) {
+        // A folder that was forgotten here and met again there still has the same watch.
+        if (tree_.find(ended.key))
+            watches_->countOnce(ended.key);
+        else
+            watches_->drop(ended.key, ended.dead);
+    }
 }
 
 std::vector<std::string> WatchedTree::takeChangedPaths() {

@@ -1,6 +1,8 @@
 #include "platform/linux/events/LinuxFileEvents.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <stdio.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 
@@ -90,6 +92,21 @@ TEST_P(LinuxFileEventsOfBoth, WhatIsMadeInABurstIsReadAgain) {
     EXPECT_EQ(shortForm(watched.eventsOf(": > new/x/y/g"), watched.root()), "+new/x/y/g");
     EXPECT_EQ(shortForm(watched.eventsOf(": > a/b/g"), watched.root()), "+a/b/g");
     EXPECT_EQ(shortForm(watched.eventsOf(": > c/g"), watched.root()), "+c/g");
+}
+
+TEST_P(LinuxFileEventsOfBoth, FoldersThatChangePlacesAreBothFollowed) {
+    WatchedFolder watched(options(), "mkdir -p a/of_a b/of_b ../out/c/of_c");
+    const auto swap = [&](const FileURL& one, const FileURL& other) {
+        EXPECT_EQ(renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE), 0);
+        watched.waitUntilIdle();
+    };
+    swap(watched.at("a"), watched.at("b"));
+    EXPECT_EQ(shortForm(watched.eventsOf(": > a/of_b/f; : > b/of_a/f"), watched.root()),
+              "+a/of_b/f +b/of_a/f");
+    swap(watched.folder.file("out/c"), watched.at("a"));
+    EXPECT_EQ(shortForm(watched.eventsOf(": > a/of_c/f; : > b/of_a/g"), watched.root()),
+              "+a/of_c/f +b/of_a/g");
+    EXPECT_EQ(shortForm(watched.eventsOf(": > ../out/c/of_b/g"), watched.root()), "");
 }
 
 TEST_P(LinuxFileEventsOfBoth, AnOverflowAsksForAFullLook) {
