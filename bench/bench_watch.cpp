@@ -84,7 +84,7 @@ void measure(const char* name, WatchSet::Backends backends, const std::string& t
     for (int i = 0; i < 1000; i++) {
         const size_t before = reader.created;
         const Time made = now();
-        makeFile(top + "/1/1/one" + std::to_string(i));
+        makeFile(top + "/1/1/" + name + std::to_string(i));
         while (reader.created == before && secondsSince(made) < 1) std::this_thread::yield();
         delays.push_back(secondsSince(made) * 1000);
     }
@@ -112,6 +112,7 @@ void measure(const char* name, WatchSet::Backends backends, const std::string& t
         "created=%zu scans=%zu unwatched=%zu\n",
         name, start, drop, delays[500], delays[990], made, told, reader.created - before,
         reader.scans - scansBefore, unwatched);
+    std::fflush(stdout);
 }
 
 }  // namespace
