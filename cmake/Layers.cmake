@@ -15,7 +15,7 @@ function(trovast_test name)
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
     target_link_libraries(${name} PRIVATE ${ARG_LINK} GTest::gtest_main trovast_options)
     set(properties TIMEOUT 120 ENVIRONMENT ${TROVAST_TEST_ENVIRONMENT})
-    if(ARG_LINK MATCHES "trovast_views|trovast_linux|Qt6::")
+    if(ARG_LINK MATCHES "trovast_views|trovast_linux(;|$)|Qt6::")
         list(APPEND properties LABELS qt)
     endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60

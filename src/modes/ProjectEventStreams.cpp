@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "datatypes/Project.h"
+#include "modes/FoldersOfInterest.h"
 #include "util/log.h"
 
 namespace {
@@ -17,13 +19,38 @@ ProjectEventStreams::ProjectEventStreams(FileEvents& events, Callback callback)
                                                .markSelf = false,
                                                .callback = callback_})) {}
 
-void ProjectEventStreams::start(std::vector<FileURL> paths, uint64_t sinceWhen) {
+FileEvents::Request ProjectEventStreams::requestFor(const std::shared_ptr<const Project>& project) {
+    std::vector<FileURL> paths;
+    for (const auto& folder : project->sorderFoldersDesc()) paths.push_back(folder->url);
+    const auto interest = std::make_shared<const FoldersOfInterest>(project);
+    return {.paths = std::move(paths),
+            .shouldWatch = [interest](std::string_view path) { return interest->contains(path); },
+            .callback = callback_};
+}
+
+uint64_t ProjectEventStreams::startRecording(const std::shared_ptr<const Project>& project) {
+    const uint64_t id = events_.currentEventId();
+    events_.startRecording(requestFor(project));
+    return id;
+}
+
+void ProjectEventStreams::start(const std::shared_ptr<const Project>& project, uint64_t sinceWhen) {
     end();
-    const bool hasVolumes = std::find(paths.begin(), paths.end(), FileURL(kVolumes)) != paths.end();
-    eventStream_ = events_.streamCreate(
-        {.paths = std::move(paths), .sinceWhen = sinceWhen, .callback = callback_});
+    FileEvents::Request request = requestFor(project);
+    request.sinceWhen = sinceWhen;
+    const bool hasVolumes = std::find(request.paths.begin(), request.paths.end(),
+                                      FileURL(kVolumes)) != request.paths.end();
+    eventStream_ = events_.streamCreate(std::move(request));
     startEventStream();
     if (!hasVolumes) volumesEventStream_->start();
+}
+
+std::vector<FileURL> ProjectEventStreams::unwatchedFolders() const {
+    return eventStream_ ? eventStream_->unwatchedFolders() : std::vector<FileURL>();
+}
+
+void ProjectEventStreams::recheckUnwatched() {
+    if (eventStream_) eventStream_->recheckUnwatched();
 }
 
 void ProjectEventStreams::end() {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "util/FileURL.h"
@@ -51,7 +52,15 @@ class FileEventStream {
     /// May be started again after a stop; what happened meanwhile is told then, or that all below
     /// the folders must be read again.
     virtual void start() = 0;
+    /// The callback is not running and will not run when this returns. Not from the callback.
     virtual void stop() = 0;
+
+    /// The folders that get no events, with all below them, since the system has no watch left for
+    /// them. They are only listed, by recheckUnwatched.
+    virtual std::vector<FileURL> unwatchedFolders() const { return {}; }
+    /// Lists them in the background; those that hold something else than before are told as
+    /// MustScanSubDirs. For when somebody is about to look at them.
+    virtual void recheckUnwatched() {}
 };
 
 /// The source of file-system events. Ids grow over all streams of a run.
@@ -66,11 +75,18 @@ class FileEvents {
         uint64_t sinceWhen = kSinceNow;  // replay what came after this id, within this run
         bool fileEvents = true;          // each item; else only mounts and unmounts
         bool markSelf = true;            // set OwnEvent
+        /// Whether a folder is of interest, and anything below it; empty: all are. What happens
+        /// below one that is not is not told. Called on a thread of the source, with the path.
+        std::function<bool(std::string_view)> shouldWatch;
         /// Called on a thread of the source, one call at a time a stream; batches in order.
         std::function<void(FileEventBatch)> callback;
     };
     virtual ~FileEvents() = default;
     /// Never null.
     virtual std::unique_ptr<FileEventStream> streamCreate(Request request) = 0;
+    /// Keeps what happens from now on for a stream of the same paths that is made later, with an
+    /// id from after this call: so a scan begins. Replaces what an earlier call began; the callback
+    /// and the id of the request mean nothing here.
+    virtual void startRecording(Request /*request*/) {}
     virtual uint64_t currentEventId() const = 0;
 };
