@@ -11,12 +11,12 @@
 #include "platform/linux/LinuxFrontmost.h"
 #include "platform/linux/LinuxHotKeys.h"
 #include "platform/linux/LinuxStatusBar.h"
-#include "platform/linux/NoFileEvents.h"
 #include "platform/linux/NoUpdater.h"
 #include "platform/linux/QtMainLoop.h"
 #include "platform/linux/TerminationSignals.h"
 #include "platform/linux/WindowHints.h"
 #include "platform/linux/chooseDisplay.h"
+#include "platform/linux/events/LinuxFileEvents.h"
 #include "util/UserFolders.h"
 #include "util/World.h"
 #include "util/log.h"
@@ -72,7 +72,7 @@ struct Desktop {
     LinuxApplications applications;
     LinuxApplication application;
     LinuxFileTypes fileTypes;
-    NoFileEvents fileEvents;
+    LinuxFileEvents fileEvents;
     LinuxHotKeys hotKeys;
     LinuxStatusBar statusBar{programIcon()};
     LinuxAppearance appearance;

@@ -71,7 +71,8 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     void abortScanAndWait();
     /// Watches the project's folders: from where its Cache stands, else from the id. True: its
     /// Cache did not tell, so it has to be scanned. Main thread.
-    bool addFSObserversForProject(const Project& project, uint64_t maybeUsingFsEventStreamEventId);
+    bool addFSObserversForProject(const std::shared_ptr<const Project>& project,
+                                  uint64_t maybeUsingFsEventStreamEventId);
     void removeFSObserversForProject(const Project* project);
     LiveIndex& liveIndex() { return liveIndex_; }
     ModeHost& modeHost() const { return host(); }
@@ -139,7 +140,7 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     void leaveCache();
     void startScan(const std::shared_ptr<const Project>& project);
     void scan(const std::shared_ptr<const Project>& project);
-    void scanEnded(const Project& project, uint64_t eventIdAtStart);
+    void scanEnded(const std::shared_ptr<const Project>& project, uint64_t eventIdAtStart);
     void resumeFSObservers(const std::shared_ptr<const Project>& project);
     bool somebodySeesTheList() const;
 

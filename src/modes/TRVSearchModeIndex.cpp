@@ -91,7 +91,8 @@ void TRVSearchMode::scan(const std::shared_ptr<const Project>& project) {
     MainQueue::async([this] { host().updateTextsOfCurrentMode(); });
     scanned_ = 0;
     ignored_ = 0;
-    const uint64_t eventIdAtStart = fileEvents_.currentEventId();
+    uint64_t eventIdAtStart = 0;
+    MainQueue::sync([&] { eventIdAtStart = streams_.startRecording(project); });
     const ScanEnd end = scanProject(FSScanner::sharedInstance(), *project,
                                     {.cache = cache,
                                      .refresh = [this] { triggerRefresh(); },
@@ -104,38 +105,35 @@ void TRVSearchMode::scan(const std::shared_ptr<const Project>& project) {
         MainQueue::async([this] { host().stopScanAnimation(); });
         return;
     }
-    MainQueue::async([this, project, eventIdAtStart] { scanEnded(*project, eventIdAtStart); });
+    MainQueue::async([this, project, eventIdAtStart] { scanEnded(project, eventIdAtStart); });
 }
 
-void TRVSearchMode::scanEnded(const Project& project, uint64_t eventIdAtStart) {
-    const auto cache = caches_.cacheForProject(project);
+void TRVSearchMode::scanEnded(const std::shared_ptr<const Project>& project,
+                              uint64_t eventIdAtStart) {
+    const auto cache = caches_.cacheForProject(*project);
     logInfo("Done. Scanned %ld files, found %llu files.", static_cast<long>(scanned_),
             static_cast<unsigned long long>(cache ? cache->count() : 0));
-    const auto current = currentProject();
     // What happened since the scan began is told again, so nothing is lost.
-    if (current && current->uuid == project.uuid) addFSObserversForProject(project, eventIdAtStart);
+    if (currentProject() == project) addFSObserversForProject(project, eventIdAtStart);
 }
 
 // ---- File-system events
 
-bool TRVSearchMode::addFSObserversForProject(const Project& project,
+bool TRVSearchMode::addFSObserversForProject(const std::shared_ptr<const Project>& project,
                                              uint64_t maybeUsingFsEventStreamEventId) {
-    std::vector<FileURL> paths;
     std::string list;
-    for (const auto& folder : project.sorderFoldersDesc()) {
-        paths.push_back(folder->url);
+    for (const auto& folder : project->sorderFoldersDesc())
         list += (list.empty() ? "" : ", ") + folder->url.path();
-    }
-    if (paths.empty()) return false;
-    const auto cache = caches_.cacheForProject(project);
+    if (list.empty()) return false;
+    const auto cache = caches_.cacheForProject(*project);
     const uint64_t next = cache ? cache->nextFsEventId() : 0;
     const bool needsRescan = next == 0;
     const uint64_t from = needsRescan ? maybeUsingFsEventStreamEventId : next;
-    streams_.start(std::move(paths), from);
+    streams_.start(project, from);
     logInfo(
         "Started event stream for project %s w/ event id %llu; need rescan: %d; observed "
         "paths: %s",
-        project.name.c_str(), static_cast<unsigned long long>(from), needsRescan,
+        project->name.c_str(), static_cast<unsigned long long>(from), needsRescan,
         logText(list).c_str());
     return needsRescan;
 }
@@ -152,7 +150,7 @@ void TRVSearchMode::resumeFSObservers(const std::shared_ptr<const Project>& proj
     MainQueue::async([this, project] {
         if (currentProject() != project) return;
         addFSObserversForProject(
-            *project, caches_.leftAt(*project).value_or(project->lastEventStreamEventId));
+            project, caches_.leftAt(*project).value_or(project->lastEventStreamEventId));
     });
 }
 

@@ -77,7 +77,7 @@ class FileEvents {
         bool markSelf = true;            // set OwnEvent
         /// Whether a folder is of interest, and anything below it; empty: all are. What happens
         /// below one that is not is not told. Called on a thread of the source, with the path.
-        std::function<bool(std::string_view)> shouldWatch;
+        std::function<bool(std::string_view)> shouldWatch = {};
         /// Called on a thread of the source, one call at a time a stream; batches in order.
         std::function<void(FileEventBatch)> callback;
     };

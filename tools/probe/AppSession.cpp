@@ -2,6 +2,7 @@
 
 #include <thread>
 
+#include "platform/linux/events/LinuxFileEvents.h"
 #include "shell/registry/PreferencesController.h"
 #include "util/log.h"
 #include "util/settings/OVUserDefaults.h"
@@ -24,6 +25,10 @@ AppSession::AppSession(const Start& start) {
     desktop_.modifiers = start.modifiers;
     if (start.screen)
         desktop_.screen.window.screen = {0, 0, start.screen->first, start.screen->second};
+    if (start.followsDisk) {
+        events_ = std::make_unique<LinuxFileEvents>();
+        desktop_.eventSource = events_.get();
+    }
     if (start.prepare) start.prepare(desktop_);
     SimulatedScreen& screen = desktop_.screen;
     app_ = std::make_unique<AppDelegate>(Screen{.views = {.window = screen.window,

@@ -86,6 +86,10 @@ std::unique_ptr<FileEventStream> SimulatedDesktop::streamCreate(Request request)
     return std::make_unique<SilentStream>();
 }
 
+void SimulatedDesktop::startRecording(Request request) {
+    if (eventSource) eventSource->startRecording(std::move(request));
+}
+
 uint64_t SimulatedDesktop::currentEventId() const {
     return eventSource ? eventSource->currentEventId() : 1;
 }

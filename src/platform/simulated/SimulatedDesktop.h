@@ -81,6 +81,7 @@ class SimulatedDesktop : public OwnApplication,
     std::string iconNameForItem(const FileURL& url, uint8_t itemType) const override;
     // FileEvents
     std::unique_ptr<FileEventStream> streamCreate(Request request) override;
+    void startRecording(Request request) override;
     uint64_t currentEventId() const override;
     // Frontmost
     std::optional<RunningApplication> frontmostApplication() override;
