@@ -86,6 +86,13 @@ struct Desktop {
     DiskAccessDialog diskAccessDialog{windowSystem()};
 };
 
+/// By the bus, which then says what it wants, or by a session that begins: whoever starts the
+/// program by hand wants to see its window.
+bool isStartedForLater() {
+    return qEnvironmentVariableIsSet("DBUS_STARTER_BUS_TYPE") ||
+           qEnvironmentVariableIsSet("TROVAST_HIDDEN");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -121,7 +128,7 @@ int main(int argc, char** argv) {
     AppDelegate app(desktop.screen(), desktop.ports());
     delegate = &app;
     app.applicationDidFinishLaunching();
-    app.window().toggleMainWindow();  // who starts the program by hand wants to see it
+    if (!isStartedForLater()) app.window().toggleMainWindow();
     const int status = QApplication::exec();
     delegate = nullptr;
     logging::close();

@@ -111,6 +111,7 @@ class Program:
         kept = {key: value for key, value in os.environ.items() if not key.startswith("XDG_")}
         kept["XDG_RUNTIME_DIR"] = os.environ["XDG_RUNTIME_DIR"]
         self.environment = {**kept, "HOME": self.home.path, "TROVAST_ROWS_TO": self.home.rows_file,
+                            "TROVAST_HIDDEN": "1",
                             **environment}
         self.errors = open(os.path.join(self.home.path, ".errors"), "w+")
         self.begun = time.monotonic()

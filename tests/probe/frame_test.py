@@ -64,7 +64,7 @@ class Frame(unittest.TestCase):
                 (b"{}", "field 'op' is missing"),
                 (b"{\"op\":7}", "field 'op' must be a text"),
                 (b"{\"op\":\"nothing\"}", "unknown op 'nothing'"),
-                (b"{\"op\":\"app.settle\"}", "not built yet"),
+                (b"{\"op\":\"app.operations\"}", "not built yet"),
                 (b"{\"op\":\"rank\",\"filter\":\"a\"}", "field 'candidate' is missing"),
                 (b"{\"op\":\"rank\",\"candidate\":[],\"filter\":\"a\"}",
                  "field 'candidate' must be a text"),
