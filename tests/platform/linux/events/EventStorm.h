@@ -81,7 +81,7 @@ class EventStorm {
     void one(int number) {
         const std::string folder = anyFolder();
         const bool isRoot = folder == root_;
-        switch (below(14)) {
+        switch (below(16)) {
             case 0:
             case 1:
                 return makeFolders(anyName(""));
@@ -110,6 +110,13 @@ class EventStorm {
                 if (!isRoot && rmdir(folder.c_str()) == 0) return touch(folder);
                 if (const std::string file = anyName("f"); unlink(file.c_str()) == 0)
                     mkdir(file.c_str(), 0700);
+                return;
+            case 13:
+                static_cast<void>(!symlink(anyFolder().c_str(), anyName("l").c_str()));
+                return;
+            case 14:
+                chmod(folder.c_str(), 0750);
+                unlink(anyName("l").c_str());
                 return;
             default:
                 if (isRoot) return;
