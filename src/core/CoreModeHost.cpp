@@ -7,6 +7,7 @@
 #include "core/ScanRefresh.h"
 #include "core/SearchFieldController.h"
 #include "core/UserMessages.h"
+#include "core/freshnessText.h"
 #include "core/state/GlobalState.h"
 #include "util/log.h"
 
@@ -60,6 +61,13 @@ void CoreModeHost::updateTextsOfCurrentMode() {
     views_.field.setPlaceholder(mode->searchFieldPlaceholderText());
     const std::string info = mode->infoString();  // first: it finds out what the tool tip tells
     parts_->messages.setRestingText(info, mode->infoTooltip());
+    updateFreshness();
+}
+
+void CoreModeHost::updateFreshness() {
+    if (!freshness_) return;
+    const FreshnessText text = freshnessText(freshness_());
+    views_.infoBar.setFreshness(text.words, text.toolTip);
 }
 
 void CoreModeHost::updateSearchFieldWithEmptySearchString() {

@@ -1,4 +1,5 @@
 #pragma once
+#include "modes/Freshness.h"
 #include "modes/framework/ModeHost.h"
 #include "platform/Appearance.h"
 #include "screen/Alerts.h"
@@ -54,6 +55,9 @@ class CoreModeHost : public ModeHost {
     void adjustWindowHeight() override;
     void updateTextsOfCurrentMode() override;
     void updateSearchFieldWithEmptySearchString() override;
+    /// What it says of the index, as often as there is something new.
+    void setFreshnessSource(std::function<Freshness()> source) { freshness_ = std::move(source); }
+    void updateFreshness();
     void startSearchAnimation();
     void stopSearchAnimation() override;
     void startScanAnimation() override;
@@ -66,4 +70,5 @@ class CoreModeHost : public ModeHost {
     const Views views_;
     const Appearance& appearance_;
     std::optional<Parts> parts_;
+    std::function<Freshness()> freshness_;
 };

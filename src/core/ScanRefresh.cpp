@@ -16,7 +16,9 @@ void ScanRefresh::start() {
 void ScanRefresh::tick() {
     TRVMode* mode = host_.currentMode();
     const uint64_t items = itemCount_();
-    if (!mode || mode->searchString().empty() || !host_.isMainWindowVisible()) return;
+    if (!mode || !host_.isMainWindowVisible()) return;
+    if (++ticks_ % kTicksBetween == 0) told_();
+    if (mode->searchString().empty()) return;
     if (items == itemsSearched_ || --ticksToWait_ > 0) return;
     itemsSearched_ = items;
     ticksToWait_ = mode->filteredCount() > 0 ? kTicksBetween : 1;

@@ -10,9 +10,9 @@
 /// Owner:   AppDelegate. Threads: main.
 class ScanRefresh {
   public:
-    /// itemCount tells how far the scan is.
-    ScanRefresh(ModeHost& host, std::function<uint64_t()> itemCount)
-        : host_(host), itemCount_(std::move(itemCount)) {}
+    /// itemCount tells how far the scan is; told is called each time it has got further.
+    ScanRefresh(ModeHost& host, std::function<uint64_t()> itemCount, std::function<void()> told)
+        : host_(host), itemCount_(std::move(itemCount)), told_(std::move(told)) {}
 
     void start();
     void stop() { timer_.reset(); }
@@ -22,7 +22,9 @@ class ScanRefresh {
 
     ModeHost& host_;
     const std::function<uint64_t()> itemCount_;
+    const std::function<void()> told_;
     std::unique_ptr<RepeatingTimer> timer_;
     uint64_t itemsSearched_ = 0;
     int ticksToWait_ = 0;
+    int ticks_ = 0;
 };

@@ -9,6 +9,7 @@
 #include "datatypes/Project.h"
 #include "index/FSScanner.h"
 #include "index/IndexObserver.h"
+#include "modes/Freshness.h"
 #include "modes/LiveIndex.h"
 #include "modes/ProjectCaches.h"
 #include "modes/ProjectEventStreams.h"
@@ -80,8 +81,10 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     // The visible list follows the index (TRVSearchModeIndex.cpp). Main thread.
     void autoUpdateResult();
     void triggerAutoUpdateTimer();
-    /// Nobody looks: nothing needs to be looked after.
+    /// Nobody looks: nothing needs to be looked after. When somebody does, folders that no event
+    /// comes from are checked at once, and then once a minute.
     void setWindowVisible(bool visible);
+    Freshness freshness() const;
     /// Searches again if somebody sees the list. Any thread.
     void triggerRefresh();
 
@@ -143,6 +146,7 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     void scanEnded(const std::shared_ptr<const Project>& project, uint64_t eventIdAtStart);
     void resumeFSObservers(const std::shared_ptr<const Project>& project);
     bool somebodySeesTheList() const;
+    void recheckUnwatched();
 
     const FileTypes& fileTypes_;
     FileEvents& fileEvents_;
@@ -155,7 +159,9 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     Relaxed<int64_t> scanned_ = 0, ignored_ = 0;
     Relaxed<bool> abortScan_ = false;
     Relaxed<bool> ignoreMaximumResultSetSize_ = false;
-    std::unique_ptr<RepeatingTimer> fsEventUpdateTimer_;  // main thread; while the window is seen
+    // Main thread; while the window is seen.
+    std::unique_ptr<RepeatingTimer> fsEventUpdateTimer_, uncheckedTimer_;
+    std::time_t lastChecked_ = 0;
 
     // The rows: in filteredItemsAccessQueue_.
     match_array_t filtered_;

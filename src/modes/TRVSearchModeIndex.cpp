@@ -3,6 +3,7 @@
 #include "modes/TRVSearchMode.h"
 #include "modes/framework/ModeHost.h"
 #include "util/Unicode.h"
+#include "util/World.h"
 #include "util/log.h"
 
 using namespace std::chrono_literals;
@@ -190,11 +191,28 @@ void TRVSearchMode::triggerAutoUpdateTimer() {
 void TRVSearchMode::setWindowVisible(bool visible) {
     if (!visible) {
         fsEventUpdateTimer_.reset();
+        uncheckedTimer_.reset();
         return;
     }
     if (fsEventUpdateTimer_) return;
     fsEventUpdateTimer_ = std::make_unique<RepeatingTimer>(1s, [this] { autoUpdateResult(); });
+    uncheckedTimer_ = std::make_unique<RepeatingTimer>(60s, [this] { recheckUnwatched(); });
     autoUpdateResult();
+    recheckUnwatched();
+}
+
+void TRVSearchMode::recheckUnwatched() {
+    streams_.recheckUnwatched();
+    lastChecked_ = World::current().clock().time();
+}
+
+Freshness TRVSearchMode::freshness() const {
+    const bool scanning = isScanning();
+    return {.hasProject = currentProject() != nullptr,
+            .isScanning = scanning,
+            .entriesRead = scanned_,
+            .checkedOnly = scanning ? std::vector<FileURL>() : streams_.unwatchedFolders(),
+            .lastChecked = lastChecked_};
 }
 
 void TRVSearchMode::triggerRefresh() {

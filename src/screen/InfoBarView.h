@@ -8,6 +8,9 @@ class InfoBarView {
     virtual ~InfoBarView() = default;
     virtual void setText(const std::string& text) = 0;
     virtual void setToolTip(const std::string& text) = 0;
+    /// How true the list is: a few words at the right end, none if empty, and what the tool tip
+    /// says where there is no other.
+    virtual void setFreshness(const std::string& words, const std::string& toolTip) = 0;
     /// Red, for an error.
     virtual void setErrorLook(bool isError) = 0;
     /// A scan goes on in the background, and a search.

@@ -40,7 +40,24 @@ void InfoBar::setText(const std::string& text) {
 }
 
 void InfoBar::setToolTip(const std::string& text) {
-    QWidget::setToolTip(plainToolTip(text));
+    ownToolTip_ = plainToolTip(text);
+    showToolTip();
+}
+
+void InfoBar::setFreshness(const std::string& words, const std::string& toolTip) {
+    freshness_ = plainText(words, false);
+    freshnessToolTip_ = plainToolTip(toolTip);
+    showToolTip();
+    update();
+}
+
+void InfoBar::showToolTip() {
+    QWidget::setToolTip(ownToolTip_.isEmpty() ? freshnessToolTip_ : ownToolTip_);
+}
+
+int InfoBar::freshnessWidth() const {
+    if (!theme_ || freshness_.isEmpty()) return 0;
+    return QFontMetrics(theme_->info13).horizontalAdvance(freshness_) + kInset;
 }
 
 void InfoBar::setErrorLook(bool isError) {
@@ -132,7 +149,7 @@ QRect InfoBar::ringPlace() const {
 
 QRect InfoBar::textPlace() const {
     const int right = std::max(inset_, hasRing_ ? kInset + kRing + kInset / 2 : kInset);
-    return {kInset, -2, std::max(0, width() - kInset - right), height()};
+    return {kInset, -2, std::max(0, width() - kInset - right - freshnessWidth()), height()};
 }
 
 void InfoBar::paintText(QPainter& painter) const {
@@ -140,6 +157,10 @@ void InfoBar::paintText(QPainter& painter) const {
     const QFontMetrics metrics(theme_->info13);
     painter.drawText(textPlace(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                      metrics.elidedText(text_, Qt::ElideMiddle, textPlace().width()));
+    if (freshness_.isEmpty()) return;
+    painter.setPen(theme_->info);
+    const QRect place(textPlace().right(), textPlace().top(), freshnessWidth(), height());
+    painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, freshness_);
 }
 
 void InfoBar::paintMarquee(QPainter& painter) const {

@@ -19,6 +19,7 @@ class InfoBar : public QWidget, public InfoBarView {
     // InfoBarView
     void setText(const std::string& text) override;
     void setToolTip(const std::string& text) override;
+    void setFreshness(const std::string& words, const std::string& toolTip) override;
     void setErrorLook(bool isError) override;
     void setScanning(bool scanning) override;
     void setSearching(bool searching) override;
@@ -43,6 +44,10 @@ class InfoBar : public QWidget, public InfoBarView {
     void paintRing(QPainter& painter) const;
 
     const Theme* theme_ = nullptr;
+    void showToolTip();
+    int freshnessWidth() const;
+
+    QString ownToolTip_, freshnessToolTip_, freshness_;
     QString text_;
     bool isError_ = false;
     std::optional<QString> marquee_;

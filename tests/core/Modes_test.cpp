@@ -60,8 +60,8 @@ class NamesMode : public Base {
     }
 
     size_t count = 30;
-    int slowness = 0, activations = 0, mostRunning = 0;
-    std::atomic<int> running = 0;
+    int activations = 0, mostRunning = 0;
+    std::atomic<int> slowness = 0, running = 0;
     std::vector<std::u16string> searched;  // on searchQ, one at a time
 };
 using PlainMode = NamesMode<TRVMode>;

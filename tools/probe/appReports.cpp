@@ -108,6 +108,8 @@ json appState(const Fields& request, Session& session) {
         {"indicators", json::object()},
         {"project", project ? json(carriedFromPath(textToPath(project->uuid))) : json()},
         {"error", screen.infoBar.errorLook},
+        {"freshness", screen.infoBar.freshness},
+        {"freshnessTooltip", screen.infoBar.freshnessToolTip},
         {"quickStart", screen.quickStart.visible},
         {"quitProgress", screen.quitProgress.visible ? json(screen.quitProgress.progress) : json()},
         {"statusItem", app.desktop().statusItem().has_value()},

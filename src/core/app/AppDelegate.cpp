@@ -33,7 +33,9 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
                      .field = field_,
                      .application = desktop.application}),
       projectSwitcher_(searchMode_, host_),
-      scanRefresh_(host_, [this] { return static_cast<uint64_t>(searchMode_.scannedCount()); }),
+      scanRefresh_(
+          host_, [this] { return static_cast<uint64_t>(searchMode_.scannedCount()); },
+          [this] { host_.updateFreshness(); }),
       opener_(desktop.applications, [this](const std::string& text) { messages_.error(text); }),
       keys_({.host = host_,
              .searchMode = searchMode_,
@@ -84,6 +86,7 @@ void AppDelegate::joinParts() {
                 .modeSwitcher = modeSwitcher_,
                 .projectSwitcher = projectSwitcher_});
     searchMode_.setHost(&host_);
+    host_.setFreshnessSource([this] { return searchMode_.freshness(); });
     screen_.views.field.setDelegate(this);
     screen_.views.table.setDelegate(this);
     screen_.views.table.setData(&table_);
@@ -94,8 +97,10 @@ void AppDelegate::joinParts() {
                  host_.stopSearchAnimation();
                  host_.updateTextsOfCurrentMode();
              }});
-    visibility_ = window_.visibilityChanged().observe(
-        [this](bool visible) { searchMode_.setWindowVisible(visible); });
+    visibility_ = window_.visibilityChanged().observe([this](bool visible) {
+        searchMode_.setWindowVisible(visible);
+        host_.updateFreshness();
+    });
 }
 
 void AppDelegate::search(const std::u16string& query) {

@@ -76,13 +76,17 @@ class SimulatedInfoBar : public InfoBarView {
   public:
     void setText(const std::string& t) override { text = t; }
     void setToolTip(const std::string& t) override { toolTip = t; }
+    void setFreshness(const std::string& words, const std::string& tip) override {
+        freshness = words;
+        freshnessToolTip = tip;
+    }
     void setErrorLook(bool isError) override { errorLook = isError; }
     void setScanning(bool is) override { scanning = is; }
     void setSearching(bool is) override { searching = is; }
     void setMarquee(const std::optional<std::string>& t) override { marquee = t; }
     void setInset(double width) override { inset = width; }
 
-    std::string text, toolTip;
+    std::string text, toolTip, freshness, freshnessToolTip;
     std::optional<std::string> marquee;
     bool errorLook = false, scanning = false, searching = false;
     double inset = 0;

@@ -1,0 +1,44 @@
+#include "core/freshnessText.h"
+
+#include <algorithm>
+#include <array>
+
+#include "util/Unicode.h"
+
+namespace {
+
+constexpr size_t kMostNamed = 6;
+
+std::string grouped(int64_t number) {
+    std::string text = std::to_string(number);
+    for (size_t place = text.size(); place > 3; place -= 3) text.insert(place - 3, ",");
+    return text;
+}
+
+std::string timeOf(std::time_t time) {
+    std::tm local{};
+    std::array<char, 16> text{};
+    if (!localtime_r(&time, &local)) return {};
+    const size_t length = std::strftime(text.data(), text.size(), "%H:%M:%S", &local);
+    return std::string(text.data(), length);
+}
+
+}  // namespace
+
+FreshnessText freshnessText(const Freshness& freshness) {
+    if (!freshness.hasProject) return {};
+    if (freshness.isScanning)
+        return {.words = grouped(freshness.entriesRead) + " read",
+                .toolTip = "The list grows while the folders are read."};
+    if (freshness.checkedOnly.empty()) return {.words = {}, .toolTip = "Live"};
+    std::string toolTip = "Live, but these folders are only checked now and then";
+    if (freshness.lastChecked) toolTip += ", last at " + timeOf(freshness.lastChecked);
+    toolTip += ":";
+    for (size_t i = 0; i < std::min(kMostNamed, freshness.checkedOnly.size()); i++)
+        toolTip += "\n  • " + displayText(freshness.checkedOnly[i].path());
+    if (freshness.checkedOnly.size() > kMostNamed)
+        toolTip += "\n  • and " +
+                   grouped(static_cast<int64_t>(freshness.checkedOnly.size() - kMostNamed)) +
+                   " more";
+    return {.words = {}, .toolTip = toolTip};
+}
