@@ -104,12 +104,11 @@ int main(int argc, char** argv) {
     QApplication::setWindowIcon(programIcon());
     QApplication::setQuitOnLastWindowClosed(false);
 
-    World world;
     LinuxEntryPoints entryPoints;
     AppDelegate* delegate = nullptr;
     const auto ask = [&](void (SearchWindowController::*what)()) {
         return [&delegate, what] {
-            if (delegate) (delegate->window().*what)();
+            if (delegate && delegate->isLaunched()) (delegate->window().*what)();
         };
     };
     const auto show = ask(&SearchWindowController::showMainWindow);
@@ -119,18 +118,22 @@ int main(int argc, char** argv) {
                            .open = [show](const std::vector<std::string>&) { show(); }});
     if (!first) return 0;  // the one that runs was told to toggle its window
 
+    // The desktop outlives all that uses it, the log all that writes to it.
+    struct LogEnd {
+        ~LogEnd() { logging::close(); }
+    } logEnd;
+    Desktop desktop(display);
+    World world;
     openSettingsAndLog({.home = userFolders::home(),
                         .configuration = userFolders::configuration(),
                         .state = userFolders::state()});
-    Desktop desktop(display);
     QtMainLoop loop(world.mainQueue(), world.clock());
     TerminationSignals signals([&desktop] { desktop.application.terminate(); });
     AppDelegate app(desktop.screen(), desktop.ports());
     delegate = &app;
     app.applicationDidFinishLaunching();
-    if (!isStartedForLater()) app.window().toggleMainWindow();
+    if (!isStartedForLater() && app.isLaunched()) app.window().toggleMainWindow();
     const int status = QApplication::exec();
     delegate = nullptr;
-    logging::close();
     return status;
 }

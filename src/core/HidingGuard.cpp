@@ -3,9 +3,13 @@
 #include "util/queues/MainQueue.h"
 
 void HidingGuard::performBlockPreventingHiding(const std::function<void()>& block) {
-    preventHiding();
+    struct Hold {
+        explicit Hold(HidingGuard& g) : guard(g) { guard.preventHiding(); }
+        ~Hold() { guard.allowHiding(); }
+        HidingGuard& guard;
+    };
+    const Hold hold(*this);
     block();
-    allowHiding();
 }
 
 void HidingGuard::didPerformAuthorization() {

@@ -77,5 +77,8 @@ void ModeSwitcher::showLook(TRVMode& mode) {
 }
 
 void ModeSwitcher::themeChanged() {
-    if (TRVMode* mode = GlobalState::sharedInstance().currentMode()) showLook(*mode);
+    TRVMode* mode = GlobalState::sharedInstance().currentMode();
+    if (!mode) return;
+    showLook(*mode);
+    parts_.host.reloadInBackgroundAnimated(false);
 }

@@ -74,7 +74,7 @@ void ResultTableController::adjustWindowHeight() {
     const double rowHeight = rows < 1 ? 0 : heightOfRow();
     const long limit = WindowGeometry::rowLimit(maximized, window_.visibleScreenFrame(), rowHeight);
     state.setMaxNumberOfRows(limit);
-    resultTableViewResizeInProgress_ = true;
+    resultTableViewResizeInProgress_++;
     table_.setHasVerticalScroller(rows > limit);
     MainQueue::async([this, rows, limit, rowHeight, maximized] {
         Rect frame = window_.frame();
@@ -84,7 +84,7 @@ void ResultTableController::adjustWindowHeight() {
         }
         const double height = WindowGeometry::heightForRows(std::min(rows, limit), rowHeight);
         window_.setFrame(WindowGeometry::withHeight(frame, height), true,
-                         [this] { resultTableViewResizeInProgress_ = false; });
+                         [this] { resultTableViewResizeInProgress_--; });
         if (TRVMode* mode = host_.currentMode()) mode->windowHeightUpdated();
     });
 }
@@ -102,7 +102,7 @@ void ResultTableController::tableViewSelectionDidChange() {
 }
 
 void ResultTableController::clipViewBoundsDidChange() {
-    if (resultTableViewResizeInProgress_) return;
+    if (resultTableViewResizeInProgress_ > 0) return;
     TRVMode* mode = host_.currentMode();
     if (mode && mode->selection()) mode->selection()->clipOrigin = table_.clipOrigin();
 }

@@ -37,7 +37,7 @@ class ResultTableController : public ResultTableData {
     ModeHost& host_;
     std::function<void(const ChangedRows&)> reloaded_;
     bool resultTableViewReloadDataInProgress_ = false;
-    bool resultTableViewResizeInProgress_ = false;
+    int resultTableViewResizeInProgress_ = 0;  // resizings under way
     // The rows that were asked for last: the table asks row by row, a mode answers a screenful in
     // one section.
     mutable std::vector<RowContent> contents_;

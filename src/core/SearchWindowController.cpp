@@ -22,6 +22,10 @@ SearchWindowController::SearchWindowController(const Parts& parts)
     parts_.application.setDelegate(this);
 }
 
+bool SearchWindowController::searchFieldMayReceiveInput() const {
+    return !parts_.guard.isHidingPrevented() && parts_.field.isSearchFieldEnabled();
+}
+
 SearchWindowController::~SearchWindowController() {
     parts_.window.setDelegate(nullptr);
     parts_.application.setDelegate(nullptr);
@@ -84,7 +88,10 @@ void SearchWindowController::windowDidResize() {
 }
 
 void SearchWindowController::windowWillClose() {
-    closeWindowAndHideApplication(Hide::yes);
+    const bool wasVisible = parts_.window.isVisible();
+    parts_.window.hide();
+    if (wasVisible) visibilityChanged_.emit(false);
+    parts_.application.hide();
 }
 
 void SearchWindowController::applicationWillResignActive() {

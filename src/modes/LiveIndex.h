@@ -21,6 +21,7 @@ class LiveIndex : private FsEventClient {
 
     /// What an event stream delivers.
     void process(FileEventBatch batch);
+    void waitUntilAllOperationsAreFinished() { fsEventQ_.waitUntilAllOperationsAreFinished(); }
     /// After a change of the index that no event caused: whoever sees a list of files sees it anew.
     void scheduleResultListUpdate();
 

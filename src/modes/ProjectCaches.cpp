@@ -1,5 +1,7 @@
 #include "modes/ProjectCaches.h"
 
+#include <malloc.h>
+
 #include <mutex>
 
 #include "datatypes/Project.h"
@@ -34,9 +36,10 @@ bool ProjectCaches::removeCacheForProject(const Project& project) {
     {
         std::lock_guard lock(cachesAccessLock_);
         const auto found = caches_.find(project.uuid);
-        if (found == caches_.end()) return false;
+        const Cache* cache = found == caches_.end() ? nullptr : found->second.cache.get();
         logInfo("Deleting cache: Project: %s; Search mode %p; Cache %p", project.name.c_str(),
-                static_cast<void*>(&observer_), static_cast<void*>(found->second.cache.get()));
+                static_cast<void*>(&observer_), static_cast<const void*>(cache));
+        if (!cache) return false;
         wasCurrent = take(found, dropped);
     }
     drop(std::move(dropped));
@@ -68,7 +71,14 @@ bool ProjectCaches::take(Entries::iterator entry, std::vector<std::shared_ptr<Ca
 
 void ProjectCaches::drop(std::vector<std::shared_ptr<Cache>> dropped) {
     if (dropped.empty()) return;
-    dropQueue_.async([dropped = std::move(dropped)]() mutable { dropped.clear(); });
+    dropQueue_.async([dropped = std::move(dropped)]() mutable {
+        dropped.clear();
+        (void)malloc_trim(0);  // gives the memory back to the system
+    });
+}
+
+void ProjectCaches::dropLater(std::shared_ptr<Cache> cache) {
+    if (cache) dropQueue_.async([cache = std::move(cache)]() mutable { cache.reset(); });
 }
 
 void ProjectCaches::noteLeftAt(const Project& project, uint64_t eventId) {

@@ -34,6 +34,8 @@ class ProjectCaches {
     std::optional<uint64_t> leftAt(const Project& project) const;
     /// All of them, on the caller's thread.
     void removeAll();
+    /// Lets go of a reference that may be the last one, on the thread for that.
+    void dropLater(std::shared_ptr<Cache> cache);
 
   private:
     struct Entry {

@@ -59,6 +59,11 @@ void ProjectEventStreams::end() {
     eventStream_.reset();
 }
 
+void ProjectEventStreams::close() {
+    if (volumesEventStream_) end();
+    volumesEventStream_.reset();
+}
+
 void ProjectEventStreams::startEventStream() {
     if (!eventStream_) return;
     eventStream_->start();

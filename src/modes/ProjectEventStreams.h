@@ -24,6 +24,10 @@ class ProjectEventStreams {
     void recheckUnwatched();
     /// Ends the project's stream; that of the volumes rests.
     void end();
+    /// Both streams go, for good.
+    void close();
+    /// The project's stream runs.
+    bool isRunning() const { return eventStream_ != nullptr; }
     void startEventStream();
     void stopEventStream();
 

@@ -33,13 +33,12 @@ TRVSearchMode::TRVSearchMode(const FileTypes& fileTypes, FileEvents& fileEvents)
       numberOfThreads_(rankingThreads()),
       liveIndex_(*this, fileTypes) {
     projectSubscription_ = currentProject_.observe(
-        [this](const auto&, const auto& project) { currentProjectDidChange(project); });
+        [this](const auto& old, const auto& project) { currentProjectDidChange(old, project); });
     scanParameterSubscription_ = Notifications::sharedInstance().scanParameterModified.observe(
         [this](const auto& project) { scanParameterModified(project); });
 }
 
 TRVSearchMode::~TRVSearchMode() {
-    streams_.end();
     // The rows before the items that they are of; and these while they can still be reported.
     deleteFilteredItems();
     caches_.removeAll();
@@ -77,7 +76,7 @@ void TRVSearchMode::searchForString(const std::u16string& string, const SearchFi
         return;
     }
     const std::shared_ptr<Cache> cache = caches_.currentCache();
-    if (!cache || isBlank(string)) {
+    if (!cache || !currentProject() || isBlank(string)) {
         deleteFilteredItems();
         block(true, std::nullopt);
         return;
@@ -92,6 +91,7 @@ TRVSearchMode::Outcome TRVSearchMode::search(const ReadSection& section,
                                              const std::shared_ptr<Cache>& cache,
                                              const std::u16string& string,
                                              const RankRequest& request) {
+    noteMissingFolders(section, *cache);
     const bool stringChanged = string != lastSearchString_;
     lastSearchString_ = string;
     int64_t total = 0;
@@ -132,12 +132,15 @@ TRVSearchMode::Outcome TRVSearchMode::search(const ReadSection& section,
 
 void TRVSearchMode::createFilteredItemsFromList(match_array_t list,
                                                 const std::shared_ptr<Cache>& cache) {
+    std::shared_ptr<Cache> old = cache;
     filteredItemsAccessQueue_.write([&](const WriteSection&) {
         filtered_.swap(list);
-        rowsByItem_.clear();
-        filteredCache_ = cache;
+        rowsByItem_.reset();
+        filteredCache_.swap(old);
         filteredCount_ = filtered_.size();
     });
+    list.clear();  // before the items that it is of
+    caches_.dropLater(std::move(old));
 }
 
 void TRVSearchMode::renewMatchIndicators(match_array_t list) {
@@ -156,21 +159,25 @@ void TRVSearchMode::deleteFilteredItems() {
     filteredItemsAccessQueue_.write([&](const WriteSection&) {
         filteredCount_ = 0;
         filtered_.swap(dropped);
-        rowsByItem_.clear();
+        rowsByItem_.reset();
         cache.swap(filteredCache_);
     });
+    dropped.clear();  // before the items that it is of
+    caches_.dropLater(std::move(cache));
 }
 
 void TRVSearchMode::removeFilteredItem(const fs_item_t* item) {
     if (filteredCount_ == 0) return;
     filteredItemsAccessQueue_.write([&](const WriteSection&) {
-        if (rowsByItem_.empty())
+        if (!rowsByItem_) {
+            rowsByItem_.emplace();
             for (size_t row = 0; row < filtered_.size(); row++)
-                if (filtered_[row]) rowsByItem_[filtered_[row]->item] = row;
-        const auto found = rowsByItem_.find(item);
-        if (found == rowsByItem_.end()) return;
+                if (filtered_[row]) (*rowsByItem_)[filtered_[row]->item] = row;
+        }
+        const auto found = rowsByItem_->find(item);
+        if (found == rowsByItem_->end()) return;
         filtered_[found->second].reset();
-        rowsByItem_.erase(found);
+        rowsByItem_->erase(found);
         filteredCountChanged_ = true;
     });
 }
@@ -179,8 +186,21 @@ void TRVSearchMode::consolidateFilteredList() {
     if (!filteredCountChanged_) return;
     filteredItemsAccessQueue_.write([&](const WriteSection&) {
         std::erase(filtered_, nullptr);
-        rowsByItem_.clear();
+        rowsByItem_.reset();
         filteredCount_ = filtered_.size();
+    });
+    showConsolidatedList();
+}
+
+void TRVSearchMode::showConsolidatedList() {
+    // At once: until then a row on screen is another one of the list.
+    if (isShowingConsolidatedList_.exchange(true)) return;
+    MainQueue::async([this] {
+        isShowingConsolidatedList_ = false;
+        if (!isActive()) return;
+        host().applyDiffableDataSourceSnapshotAnimated(false, std::nullopt);
+        host().adjustWindowHeight();
+        resultSetReloaded();
     });
 }
 

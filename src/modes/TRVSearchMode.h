@@ -70,6 +70,12 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     void abortScan();
     /// The same, and waits for their end. Any thread but theirs.
     void abortScanAndWait();
+    /// The same for good: nothing begins any more. Before the application goes.
+    void endWork();
+    /// No events come any more; after all queues are drained.
+    void endEvents() { streams_.close(); }
+    /// Each time a first scan is complete; main thread.
+    Signal<>& scanCompleted() { return scanCompleted_; }
     /// Watches the project's folders: from where its Cache stands, else from the id. True: its
     /// Cache did not tell, so it has to be scanned. Main thread.
     bool addFSObserversForProject(const std::shared_ptr<const Project>& project,
@@ -136,9 +142,12 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
                    const std::u16string& string, const RankRequest& request);
     void createFilteredItemsFromList(match_array_t list, const std::shared_ptr<Cache>& cache);
     void renewMatchIndicators(match_array_t list);
+    void showConsolidatedList();
+    void noteMissingFolders(const ReadSection& section, Cache& cache);
     /// Inside a read section of the Cache and one of the rows, if there are rows.
     void readFilteredItems(FunctionRef<void(const match_array_t&)> block);
-    void currentProjectDidChange(const std::shared_ptr<const Project>& project);
+    void currentProjectDidChange(const std::shared_ptr<const Project>& old,
+                                 const std::shared_ptr<const Project>& project);
     void observeCurrentCache();
     void leaveCache();
     void startScan(const std::shared_ptr<const Project>& project);
@@ -157,7 +166,8 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     const unsigned numberOfThreads_;
 
     Relaxed<int64_t> scanned_ = 0, ignored_ = 0;
-    Relaxed<bool> abortScan_ = false;
+    Relaxed<bool> abortScan_ = false, isEnding_ = false;
+    Signal<> scanCompleted_;
     Relaxed<bool> ignoreMaximumResultSetSize_ = false;
     // Main thread; while the window is seen.
     std::unique_ptr<RepeatingTimer> fsEventUpdateTimer_, uncheckedTimer_;
@@ -165,14 +175,17 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
 
     // The rows: in filteredItemsAccessQueue_.
     match_array_t filtered_;
-    std::unordered_map<const fs_item_t*, size_t> rowsByItem_;  // made at the first removal
-    std::shared_ptr<Cache> filteredCache_;                     // whose items they are
+    // Made at the first removal.
+    std::optional<std::unordered_map<const fs_item_t*, size_t>> rowsByItem_;
+    std::shared_ptr<Cache> filteredCache_;  // whose items they are
     Relaxed<uint64_t> filteredCount_ = 0;
     Relaxed<bool> filteredCountChanged_ = false;
     // Of the last search.
     std::u16string lastSearchString_;  // searchQ
     Relaxed<int64_t> totalMatches_ = 0, visibleMatches_ = 0;
-    std::vector<FileURL> missingFolders_;  // main thread: project folders that the index lacks
+    Relaxed<bool> isShowingConsolidatedList_ = false;
+    mutable std::mutex missingFoldersMutex_;
+    std::vector<FileURL> missingFolders_;  // project folders that the index lacks
 
     // Last: their blocks use all of the above.
     SerialQueue scanQ_{"scanQ", Qos::userInitiated};

@@ -18,7 +18,12 @@ bool TRVSearchMode::setCurrentCacheByProject(const Project& project) {
 }
 
 void TRVSearchMode::removeCacheForProject(const Project& project) {
-    if (caches_.removeCacheForProject(project)) leaveCache();
+    const auto cache = caches_.cacheForProject(project);
+    const bool wasCurrent = caches_.removeCacheForProject(project);
+    const bool isShown = filteredItemsAccessQueue_.read(
+        [&](const ReadSection&) { return cache && filteredCache_ == cache; });
+    if (wasCurrent || isShown) leaveCache();
+    caches_.dropLater(cache);
 }
 
 void TRVSearchMode::observeCurrentCache() {
@@ -57,9 +62,15 @@ void TRVSearchMode::abortScan() {
     FSScanner::sharedInstance().abortScan();
 }
 
+void TRVSearchMode::endWork() {
+    isEnding_ = true;
+    abortScan();
+}
+
 void TRVSearchMode::abortScanAndWait() {
     abortScan();
     scanQ_.waitUntilAllOperationsAreFinished();
+    liveIndex_.waitUntilAllOperationsAreFinished();  // what was told of the project it is of
     if (const auto cache = caches_.currentCache()) cache->waitUntilAllOperationsAreFinished();
 }
 
@@ -68,6 +79,7 @@ void TRVSearchMode::triggerScanProject(std::shared_ptr<const Project> project) {
     scanLaunchQ_.async([this, project = std::move(project)] {
         scanQ_.waitUntilAllOperationsAreFinished();
         GlobalState::sharedInstance().waitForSearches();
+        if (isEnding_) return;
         abortScan_ = false;
         if (project && !project->uuid.empty()) startScan(project);
     });
@@ -106,6 +118,8 @@ void TRVSearchMode::scan(const std::shared_ptr<const Project>& project) {
         MainQueue::async([this] { host().stopScanAnimation(); });
         return;
     }
+    caches_.noteLeftAt(*project, eventIdAtStart);  // until its stream runs
+    cache->setNextResultListUpdateDue();           // for a window that opens later
     MainQueue::async([this, project, eventIdAtStart] { scanEnded(project, eventIdAtStart); });
 }
 
@@ -115,7 +129,9 @@ void TRVSearchMode::scanEnded(const std::shared_ptr<const Project>& project,
     logInfo("Done. Scanned %ld files, found %llu files.", static_cast<long>(scanned_),
             static_cast<unsigned long long>(cache ? cache->count() : 0));
     // What happened since the scan began is told again, so nothing is lost.
-    if (currentProject() == project) addFSObserversForProject(project, eventIdAtStart);
+    if (currentProject() == project && !abortScan_)
+        addFSObserversForProject(project, eventIdAtStart);
+    scanCompleted_.emit();
 }
 
 // ---- File-system events
@@ -140,11 +156,11 @@ bool TRVSearchMode::addFSObserversForProject(const std::shared_ptr<const Project
 }
 
 void TRVSearchMode::removeFSObserversForProject(const Project* project) {
+    // Where to resume if no event ever tells; a stream that never ran has told nothing.
+    const bool ran = streams_.isRunning();
+    const uint64_t eventId = fileEvents_.currentEventId();
     streams_.end();
-    // Where to resume if no event ever tells.
-    if (project)
-        if (const auto cache = caches_.cacheForProject(*project))
-            caches_.noteLeftAt(*project, fileEvents_.currentEventId());
+    if (project && ran) caches_.noteLeftAt(*project, eventId);
 }
 
 void TRVSearchMode::resumeFSObservers(const std::shared_ptr<const Project>& project) {
@@ -165,7 +181,7 @@ void TRVSearchMode::scanParameterModified(const std::shared_ptr<const Project>& 
     }
     host().updateTextsOfCurrentMode();
     removeFSObserversForProject(current.get());
-    triggerScanProject(current);
+    switchModeQueue().async([this, current] { triggerScanProject(current); });
 }
 
 // ---- The visible list

@@ -11,13 +11,29 @@
 // The projects of Search mode, and which of them is current.
 
 namespace {
+
 constexpr uint8_t kFilesAndFolders = 3;
+
+bool haveSameForm(const Project& a, const Project& b) {
+    return a.dictionaryRepresentation() == b.dictionaryRepresentation();
 }
 
+bool haveSameFolders(const Project& a, const Project& b) {
+    return a.dictionaryRepresentation()["folders"] == b.dictionaryRepresentation()["folders"];
+}
+
+}  // namespace
+
 void TRVSearchMode::loadProjects() {
-    projects_.clear();
-    for (const auto& dictionary : OVUserDefaults::sharedInstance().arrayForKey("projects"))
-        if (dictionary.is_object()) projects_.push_back(std::make_shared<Project>(dictionary));
+    std::vector<std::shared_ptr<const Project>> projects;
+    for (const auto& dictionary : OVUserDefaults::sharedInstance().arrayForKey("projects")) {
+        if (!dictionary.is_object()) continue;
+        auto project = std::make_shared<const Project>(dictionary);
+        // What has not changed stays the same object, the current one above all.
+        const auto old = projectByUuid(project->uuid);
+        projects.push_back(old && haveSameForm(*old, *project) ? old : std::move(project));
+    }
+    projects_ = std::move(projects);
 }
 
 void TRVSearchMode::initSelectedProject() {
@@ -48,7 +64,16 @@ void TRVSearchMode::setCurrentProject(std::shared_ptr<const Project> project) {
     currentProject_.set(std::move(project));
 }
 
-void TRVSearchMode::currentProjectDidChange(const std::shared_ptr<const Project>& project) {
+void TRVSearchMode::currentProjectDidChange(const std::shared_ptr<const Project>& old,
+                                            const std::shared_ptr<const Project>& project) {
+    if (old && project && old->uuid == project->uuid) {  // the same one, edited
+        if (haveSameFolders(*old, *project))
+            host().reloadInBackgroundAnimated(false);
+        else
+            scanParameterModified(project);
+        host().updateTextsOfCurrentMode();
+        return;
+    }
     host().updateSearchFieldWithEmptySearchString();
     if (isActive()) {  // the rows of the project that was left go at once
         host().applyDiffableDataSourceSnapshotAnimated(false, std::nullopt);

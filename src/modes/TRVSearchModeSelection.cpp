@@ -53,7 +53,8 @@ void TRVSearchMode::saveSelection() {
     const std::vector<size_t> rows = table.selectedRows();
     Selection saved;
     saved.clipOrigin = table.clipOrigin();
-    saved.mostRecentlySelectedRow = rows.empty() ? -1 : static_cast<int64_t>(rows.front());
+    const auto last = table.selectedRow();
+    saved.mostRecentlySelectedRow = last ? static_cast<int64_t>(*last) : -1;
     saved.selectedRowIndexes = {rows.begin(), rows.end()};
     readFilteredItems([&](const match_array_t& matches) {
         for (const size_t row : rows)

@@ -36,28 +36,36 @@ std::string TRVSearchMode::searchFieldPlaceholderText() {
     return "Search " + displayText(name) + (project->isVirtualProject() && name != "/" ? "/" : "");
 }
 
+void TRVSearchMode::noteMissingFolders(const ReadSection& section, Cache& cache) {
+    std::vector<FileURL> missing;
+    if (const auto project = currentProject())
+        for (const auto& folder : project->sorderFoldersAsc())
+            if (!cache.existsFsItemWithPath(section, folder->url)) missing.push_back(folder->url);
+    std::lock_guard lock(missingFoldersMutex_);
+    missingFolders_ = std::move(missing);
+}
+
+// The folders that the last search missed: to ask the index here would have the main thread wait
+// for those who change it.
 std::string TRVSearchMode::infoString() {
     const auto project = currentProject();
     if (!project) return "No active project";
-    std::string count;
-    missingFolders_.clear();
     const auto cache = caches_.currentCache();
-    if (cache && !searchString().empty()) {
-        cache->performBlockReadOnly([&](const ReadSection& section) {
-            for (const auto& folder : project->sorderFoldersAsc())
-                if (!cache->existsFsItemWithPath(section, folder->url))
-                    missingFolders_.push_back(folder->url);
-        });
+    const bool scanning = cache && cache->scanInProgress().value();
+    std::string count;
+    std::lock_guard lock(missingFoldersMutex_);
+    if (searchString().empty())
+        missingFolders_.clear();
+    else
         count = " [" + std::to_string(visibleMatches_) + "/" + std::to_string(totalMatches_) +
                 (missingFolders_.empty() ? "]" : "*]");
-    }
-    const bool scanning = cache && cache->scanInProgress().value();
     return std::string(scanning ? "Indexing" : "Search") +
            (project->isVirtualProject() ? " directory " : " project ") + nameOf(*project) +
            (scanning ? "… " : "") + count;
 }
 
 std::string TRVSearchMode::infoTooltip() {
+    std::lock_guard lock(missingFoldersMutex_);
     if (missingFolders_.empty()) return {};
     std::string text = "Missing from cache:";
     for (const FileURL& folder : missingFolders_) text += "\n  • " + displayText(folder.path());

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "screen/Geometry.h"
@@ -40,6 +41,8 @@ class ResultTableView {
     virtual void deselectAll() = 0;
     virtual void setAllowsEmptySelection(bool allows) = 0;
     virtual void setAllowsMultipleSelection(bool allows) = 0;
+    /// The one selected last, of those that are selected.
+    virtual std::optional<size_t> selectedRow() const = 0;
     /// Ascending.
     virtual std::vector<size_t> selectedRows() const = 0;
     virtual bool isRowVisible(size_t row) const = 0;

@@ -80,7 +80,13 @@ void ResultTable::selectRow(size_t row, bool extend) {
     else
         anchor_ = row;
     rows.insert(row);
+    lastSelected_ = row;
     setSelection(std::move(rows));
+}
+
+std::optional<size_t> ResultTable::selectedRow() const {
+    if (selection_.empty()) return std::nullopt;
+    return selection_.count(lastSelected_) ? lastSelected_ : *selection_.begin();
 }
 
 void ResultTable::deselectAll() {
@@ -210,6 +216,7 @@ void ResultTable::mousePressEvent(QMouseEvent* event) {
         if (!rows.insert(*row).second) rows.erase(*row);
         if (rows.empty() && !allowsEmpty_) return;
     }
+    lastSelected_ = *row;
     setSelection(std::move(rows));
 }
 

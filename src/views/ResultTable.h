@@ -32,6 +32,7 @@ class ResultTable : public QWidget, public ResultTableView {
     void deselectAll() override;
     void setAllowsEmptySelection(bool allows) override { allowsEmpty_ = allows; }
     void setAllowsMultipleSelection(bool allows) override { allowsMultiple_ = allows; }
+    std::optional<size_t> selectedRow() const override;
     std::vector<size_t> selectedRows() const override;
     /// A part of it will do.
     bool isRowVisible(size_t row) const override;
@@ -67,6 +68,7 @@ class ResultTable : public QWidget, public ResultTableView {
     double offset_ = 0;  // what has scrolled out at the top
     size_t count_ = 0;   // of rows, at the last reload
     std::set<size_t> selection_;
+    size_t lastSelected_ = 0;
     size_t anchor_ = 0;                      // where a range of selected rows begins
     std::map<size_t, RowContent> contents_;  // of the rows on screen, so that a repaint shows what
                                              // was there even if the data has moved on

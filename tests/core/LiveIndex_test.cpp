@@ -132,6 +132,36 @@ TEST_F(LiveIndexTest, ANewFileIsInTheVisibleListWithItsSelectionKept) {
     EXPECT_EQ(screen().table.selectedRows(), std::vector<size_t>{2});
 }
 
+TEST_F(LiveIndexTest, ReturnOpensTheRowThatIsShownThoughOneBeforeItHasGone) {
+    for (int i = 0; i < 5; i++) home_.file("root/wombat" + std::to_string(i));
+    start();
+    type(u"wombat");
+    screen().table.click({2});
+    settle();
+    ASSERT_EQ(unlink(home_.at("root/wombat0").c_str()), 0);
+    // Our own doing is no event for us: told as if another program had done it.
+    searchMode().currentCache()->removePath(home_.at("root/wombat0"), 5);
+    session_->world().mainQueue().runPending();
+    EXPECT_EQ(names().at(screen().table.selectedRows().at(0)), "wombat2");
+    press(kKeyReturn);
+    const auto opened = requests("open");
+    ASSERT_EQ(opened.size(), 1u);
+    EXPECT_EQ(opened[0]["paths"][0], home_.at("root/wombat2").path());
+}
+
+TEST_F(LiveIndexTest, ABetterMatchThatArrivesDoesNotTakeTheSelection) {
+    home_.file("root/wombat");
+    start();
+    for (const char16_t letter : std::u16string(u"wom")) type({&letter, 1});
+    ASSERT_EQ(screen().table.selectedRows(), std::vector<size_t>{0});
+    ASSERT_EQ(std::system(("touch '" + root_.path() + "/wom'").c_str()), 0);
+    settle();
+    session_->advance(5);
+    settle();
+    EXPECT_EQ(names(), (std::vector<std::string>{"wom", "wombat"}));
+    EXPECT_EQ(screen().table.selectedRows(), std::vector<size_t>{1});
+}
+
 TEST_F(LiveIndexTest, WhatHappensWhileAProjectIsLeftIsThereOnReturn) {
     home_.file("root/sheet");
     start();

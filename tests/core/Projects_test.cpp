@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "index/checkTree.h"
+#include "modes/framework/Notifications.h"
 #include "support/ApplicationTest.h"
 #include "util/settings/OVUserDefaults.h"
 
@@ -136,6 +137,47 @@ TEST_F(ProjectsTest, ChangedRulesAndMetadataBuildTheIndexAnew) {
     EXPECT_EQ(checkTree(*after), "");
     empty();
     type(u"sheet");
+    EXPECT_EQ(names(), Names{"sheet in a"});
+}
+
+TEST_F(ProjectsTest, AnEditedProjectStaysCurrentAndAnotherIsLeft) {
+    startWithTwoProjects();
+    type(u"sheet");
+    auto& settings = OVUserDefaults::sharedInstance();
+    nlohmann::json edited = project("A", a_);
+    edited["name"] = "Renamed";
+    const auto cache = searchMode().sharedCurrentCache();
+    settings.setObject({edited, project("B", b_)}, "projects");
+    settle();
+    EXPECT_EQ(screen().infoBar.text, "Search project Renamed [1/1]");
+    EXPECT_EQ(field().content, u"sheet");
+    EXPECT_EQ(searchMode().sharedCurrentCache(), cache);
+    edited["visibleItemType"] = 2;
+    settings.setObject({edited}, "projects");
+    settle();
+    EXPECT_TRUE(names().empty()) << "folders alone";
+    edited["visibleItemType"] = 3;
+    edited["folders"][0]["path"] = b_.path();
+    settings.setObject({edited}, "projects");
+    settle();
+    EXPECT_EQ(names(), Names{"sheet in b"}) << "scanned anew, the text still there";
+    edited["enabled"] = false;
+    settings.setObject({edited}, "projects");
+    settle();
+    type(u"sheet");
+    EXPECT_TRUE(names().empty()) << "no project, no rows";
+}
+
+TEST_F(ProjectsTest, AScanThatEndsBehindAHiddenWindowIsSeenWhenItOpens) {
+    startWithTwoProjects();
+    type(u"sheet");
+    session_->app().window().hideMainWindow();
+    Notifications::sharedInstance().scanParameterModified.emit(nullptr);
+    settle();
+    home_.file("a/x");
+    session_->app().window().toggleMainWindow();
+    session_->advance(2);
+    settle();
     EXPECT_EQ(names(), Names{"sheet in a"});
 }
 

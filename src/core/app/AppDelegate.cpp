@@ -67,9 +67,11 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
 }
 
 AppDelegate::~AppDelegate() {
-    searchMode_.abortScan();
+    GlobalState::sharedInstance().endWork();
+    searchMode_.endWork();
     World::current().mainQueue().close();
     World::current().work().drainAll();
+    searchMode_.endEvents();
     screen_.views.field.setDelegate(nullptr);
     screen_.views.table.setDelegate(nullptr);
     screen_.views.table.setData(nullptr);
@@ -97,6 +99,7 @@ void AppDelegate::joinParts() {
                  host_.stopSearchAnimation();
                  host_.updateTextsOfCurrentMode();
              }});
+    scanCompleted_ = searchMode_.scanCompleted().observe([this] { quickStart_.indexChanged(); });
     visibility_ = window_.visibilityChanged().observe([this](bool visible) {
         searchMode_.setWindowVisible(visible);
         host_.updateFreshness();

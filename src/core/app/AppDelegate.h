@@ -136,7 +136,7 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     std::unique_ptr<RowsFile> rowsFile_;
     OneShotTimer quickStartTimer_;
     bool isLaunched_ = false;
-    Subscription theme_, visibility_;
+    Subscription theme_, fontWeight_, visibility_, scanCompleted_;
 };
 
 /// The settings and the log, before anything else is made: the settings in a file of the folder, or

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "core/app/AppDelegate.h"
+#include "modes/framework/Notifications.h"
 #include "platform/Appearance.h"
 #include "platform/Updater.h"
 #include "shell/registry/PreferencesController.h"
@@ -130,6 +131,8 @@ void AppDelegate::makeSearchModeCurrent() {
 
 void AppDelegate::watchTheme() {
     theme_ = desktop_.appearance.observe([this] { modeSwitcher_.themeChanged(); });
+    fontWeight_ = Notifications::sharedInstance().fontWeightChanged.observe(
+        [this] { MainQueue::async([this] { modeSwitcher_.themeChanged(); }); });
 }
 
 void AppDelegate::watchRows() {

@@ -57,7 +57,10 @@ void SettingsObservers::projectsChanged() {
     const auto current = parts_.searchMode.currentProject();
     if (!current || current->isVirtualProject()) return;
     const auto stored = parts_.searchMode.projectByUuid(current->uuid);
-    if (stored && stored->enabled) return;
+    if (stored && stored->enabled) {
+        if (stored != current) parts_.searchMode.setCurrentProject(stored);
+        return;
+    }
     TRVMode::switchModeQueue().async([this, reloads = stored != nullptr] {
         parts_.projects.makeCurrentProject(nullptr);
         if (reloads) parts_.host.reloadInBackgroundAnimated(false);

@@ -20,6 +20,7 @@ void GlobalState::searchInBackgroundForceBlockExecution(ForceBlock force,
     mode->setAbortSearch(true);
     searchLaunchQ_.addBlock([this, mode, force, finalBlock = std::move(finalBlock)] {
         searchQ_.waitUntilAllOperationsAreFinished();
+        if (isEnding_) return;
         mode->setAbortSearch(false);
         searchQ_.addBlock([this, mode, force, finalBlock] { search(*mode, force, finalBlock); });
     });

@@ -33,6 +33,8 @@ class GlobalState {
     /// starts a new one with the text that the mode has then. A search that has gone stale calls
     /// its block only if forced.
     void searchInBackgroundForceBlockExecution(ForceBlock force, ModeHost::SearchBlock finalBlock);
+    /// No search begins any more; before the application goes.
+    void endWork() { isEnding_ = true; }
     void waitForSearches() { searchQ_.waitUntilAllOperationsAreFinished(); }
 
   private:
@@ -40,6 +42,7 @@ class GlobalState {
 
     Relaxed<TRVMode*> currentMode_ = nullptr;
     Relaxed<long> maxNumberOfRows_ = 10;
+    Relaxed<bool> isEnding_ = false;
     Observable<bool> maximized_{false};
     SearchObserver observer_;
     OperationQueue searchQ_{"searchQ", OperationQueue::kUnlimited, Qos::userInteractive};

@@ -34,7 +34,7 @@ void TRVMode::activate() {
     // The old result at once instead of the new one after a slow search.
     host_->applyDiffableDataSourceSnapshotAnimated(false, std::nullopt);
     host_->adjustWindowHeight();
-    if (selection_) restoreSelection();
+    resultSetReloaded();
 }
 
 void TRVMode::resign() {
@@ -98,6 +98,8 @@ void TRVMode::resultSetReloaded() {
     ResultTableView& table = host_->resultTable();
     table.selectRow(0, false);
     table.scrollRowToVisible(0);
+    // The row may have been selected before: then nobody has told of a change.
+    if (!selection_) saveSelection();
 }
 
 void TRVMode::saveSelectionByIndexOfSelectedRow() {
@@ -120,6 +122,10 @@ void TRVMode::restoreSelectionWithIndexSet(std::vector<size_t> rows) {
         } else {
             restoresScrollPosition = false;
             int64_t row = selection_ ? selection_->mostRecentlySelectedRow : 0;
+            if (row < 0) {  // nothing was selected, by the user's own doing
+                restoreSelectionInProgress_ = false;
+                return;
+            }
             logIf(processFlags.debugSelection, Debug,
                   "    None of the previously selected indexes exist anymore. Using "
                   "mostRecentlySelectedRow %ld instead; Will also ignore scroll position.",

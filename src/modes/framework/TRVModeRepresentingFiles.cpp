@@ -33,7 +33,8 @@ void TRVModeRepresentingFiles::saveSelection() {
     const std::vector<size_t> rows = table.selectedRows();
     Selection& saved = *selection();
     saved.clipOrigin = table.clipOrigin();
-    saved.mostRecentlySelectedRow = rows.empty() ? -1 : static_cast<int64_t>(rows.front());
+    const auto last = table.selectedRow();
+    saved.mostRecentlySelectedRow = last ? static_cast<int64_t>(*last) : -1;
     saved.selectedRowIndexes = {rows.begin(), rows.end()};
     for (FileURL& url : urlsOfFilteredItemsAtIndexSet(rows))
         saved.selectedItems.emplace_back(std::move(url));

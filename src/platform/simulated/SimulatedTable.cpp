@@ -21,6 +21,7 @@ void SimulatedTable::selectRow(size_t row, bool extend) {
     if (row >= count_) return;
     std::set<size_t> rows = extend && allowsMultiple_ ? selected_ : std::set<size_t>();
     rows.insert(row);
+    lastSelected_ = row;
     select(std::move(rows));
 }
 

@@ -23,6 +23,10 @@ class SimulatedTable : public ResultTableView {
     void deselectAll() override;
     void setAllowsEmptySelection(bool allows) override { allowsEmpty_ = allows; }
     void setAllowsMultipleSelection(bool allows) override { allowsMultiple_ = allows; }
+    std::optional<size_t> selectedRow() const override {
+        if (selected_.empty()) return std::nullopt;
+        return selected_.contains(lastSelected_) ? lastSelected_ : *selected_.begin();
+    }
     std::vector<size_t> selectedRows() const override {
         return {selected_.begin(), selected_.end()};
     }
@@ -54,7 +58,7 @@ class SimulatedTable : public ResultTableView {
     ResultTableViewDelegate* delegate_ = nullptr;
     std::vector<Change> changes_;
     std::set<size_t> selected_;
-    size_t count_ = 0;
+    size_t count_ = 0, lastSelected_ = 0;
     double rowHeight_ = 47;
     double offset_ = 0;
     bool hasScroller_ = false, allowsEmpty_ = true, allowsMultiple_ = true;

@@ -1,0 +1,197 @@
+// bench_app ROOT WHAT: the whole application on the simulated desktop, ROOT as its one project, on
+// the real disk. Prints a line of NAME=VALUE words. WHAT is
+//   takeover  how long a newer key stroke waits for the search that runs
+//   switches  memory before and after 50 changes of project
+//   live      from a change on the disk to the index, and key strokes meanwhile
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <thread>
+
+#include "AppSession.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+double now() {
+    return std::chrono::duration<double, std::milli>(
+               std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+double quantile(std::vector<double> values, double q) {
+    std::sort(values.begin(), values.end());
+    return values[size_t(q * double(values.size() - 1))];
+}
+
+double residentMegabytes() {
+    std::ifstream file("/proc/self/statm");
+    double all = 0, resident = 0;
+    file >> all >> resident;
+    return resident * double(sysconf(_SC_PAGESIZE)) / 1e6;
+}
+
+nlohmann::json project(const std::string& path) {
+    return {{"uuid", path},
+            {"name", "bench"},
+            {"enabled", true},
+            {"matchFilenameOnly", true},
+            {"folders",
+             {{{"path", path},
+               {"ignoreGlobalFolderRules", true},
+               {"ignoreGlobalFoldersToSkip", true}}}}};
+}
+
+struct Bench {
+    Bench(const std::string& root, bool followsDisk) {
+        begin = now();
+        session = std::make_unique<AppSession>(
+            AppSession::Start{.home = home.url(),
+                              .settings = {{"projects", {project(root)}}, {"currentProject", root}},
+                              .followsDisk = followsDisk});
+        session->app().window().toggleMainWindow();
+        session->settle(300);
+        started = now() - begin;
+    }
+    TRVSearchMode& mode() { return session->app().searchMode(); }
+    SimulatedField& field() { return session->screen().field; }
+    void run() { session->world().mainQueue().runPending(); }
+    bool has(const FileURL& url) {
+        Cache& cache = *mode().currentCache();
+        return cache.performBlockReadOnly(
+            [&](const ReadSection& section) { return cache.existsFsItemWithPath(section, url); });
+    }
+    /// Milliseconds from a key stroke until the table has its rows.
+    double keyStroke(std::u16string_view text) {
+        field().setText({});
+        session->settle(60);
+        session->screen().table.takeChanges();
+        const double begun = now();
+        field().type(text);
+        while (session->screen().table.takeChanges().empty() && now() - begun < 10000) {
+            run();
+            std::this_thread::sleep_for(50us);
+        }
+        return now() - begun;
+    }
+
+    TemporaryFolder home;
+    std::unique_ptr<AppSession> session;
+    double begin = 0, started = 0;
+};
+
+void takeover(const std::string& root) {
+    Bench bench(root, false);
+    std::vector<double> waits;
+    for (int i = 0; i < 40; i++) {
+        bench.field().type(u"e");
+        std::this_thread::sleep_for(std::chrono::milliseconds(i % 12));
+        const double begun = now();
+        bench.field().type(u"a");
+        while (bench.mode().abortSearch()) std::this_thread::sleep_for(20us);
+        waits.push_back(now() - begun);
+        bench.session->settle(60);
+        bench.field().setText({});
+        bench.session->settle(60);
+    }
+    std::printf("items=%llu median_ms=%.2f worst_ms=%.2f\n",
+                static_cast<unsigned long long>(bench.mode().currentCache()->count()),
+                quantile(waits, 0.5), quantile(waits, 1));
+}
+
+void switches(const std::string& root) {
+    Bench bench(root, true);
+    const auto change = [&](const FileURL& url) {
+        TRVMode::switchModeQueue().async(
+            [&bench, url] { bench.mode().createVirtualProjectFromPath(url); });
+        bench.session->settle(300);
+    };
+    const FileURL one(root), other = FileURL(root).deletingLastPathComponent();
+    change(one);
+    change(other);
+    change(one);
+    const double before = residentMegabytes();
+    for (int i = 0; i < 25; i++) {
+        change(other);
+        change(one);
+    }
+    const double after = residentMegabytes();
+    std::printf("before_mb=%.1f after_mb=%.1f grown=%.3f\n", before, after, after / before - 1);
+}
+
+/// A process that makes files, as many a second as told.
+pid_t maker(const std::string& folder, int count, int perSecond) {
+    const pid_t child = fork();
+    if (child != 0) return child;
+    for (int i = 0; i < count; i++) {
+        const std::string path = folder + "/made " + std::to_string(i);
+        std::fclose(std::fopen(path.c_str(), "w"));
+        if (perSecond > 0 && i % 2) unlink(path.c_str());
+        if (perSecond > 0)
+            std::this_thread::sleep_for(std::chrono::microseconds(900'000 / perSecond));
+    }
+    _exit(0);
+}
+
+void live(const std::string& root) {
+    Bench bench(root, true);
+    const std::string folder = root + "/bench-live";
+    mkdir(folder.c_str(), 0700);
+    std::vector<double> delays;
+    for (int i = 0; i < 40; i++) {
+        const FileURL url(folder + "/one " + std::to_string(i));
+        const double begun = now();
+        if (std::system(("touch '" + url.path() + "'").c_str()) != 0) std::abort();
+        while (!bench.has(url) && now() - begun < 5000) {
+            bench.run();
+            std::this_thread::sleep_for(200us);
+        }
+        delays.push_back(now() - begun);
+    }
+    pid_t child = maker(folder, 100'000, 0);
+    waitpid(child, nullptr, 0);
+    const double made = now();
+    const uint64_t expected = 100'000;
+    const FileURL last(folder + "/made " + std::to_string(expected - 1));
+    while (!bench.has(last) && now() - made < 60000) {
+        bench.run();
+        std::this_thread::sleep_for(1ms);
+    }
+    bench.session->settle(60);
+    const double equal = now() - made;
+    child = maker(folder, 20'000, 2000);
+    std::vector<double> strokes;
+    while (waitpid(child, nullptr, WNOHANG) == 0) strokes.push_back(bench.keyStroke(u"rep"));
+    bench.session->settle(60);
+    if (std::system(("rm -rf '" + folder + "'").c_str()) != 0) std::abort();
+    std::printf(
+        "start_s=%.1f index_median_ms=%.1f index_worst_ms=%.1f many_ms=%.0f "
+        "strokes=%zu stroke_median_ms=%.1f stroke_p99_ms=%.1f\n",
+        bench.started / 1000, quantile(delays, 0.5), quantile(delays, 1), equal, strokes.size(),
+        quantile(strokes, 0.5), quantile(strokes, 0.99));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) return 2;
+    const std::string root = argv[1], what = argv[2];
+    if (what == "takeover")
+        takeover(root);
+    else if (what == "switches")
+        switches(root);
+    else if (what == "live")
+        live(root);
+    else
+        return 2;
+    return 0;
+}
