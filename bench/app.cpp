@@ -128,7 +128,7 @@ void switches(const std::string& root) {
     std::printf("before_mb=%.1f after_mb=%.1f grown=%.3f\n", before, after, after / before - 1);
 }
 
-/// A process that makes files, as many a second as told.
+/// A process that makes files, so many a second.
 pid_t maker(const std::string& folder, int count, int perSecond) {
     const pid_t child = fork();
     if (child != 0) return child;
