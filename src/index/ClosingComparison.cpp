@@ -29,23 +29,41 @@ TouchedFolders touchedBy(const std::vector<Difference>& differences,
 
 }  // namespace
 
-int ClosingComparison::process(FileEventBatch events) {
-    TouchedFolders touched = TouchedFolders::of(events);
-    uint64_t eventId = 0;
-    for (const FileEvent& event : events) eventId = std::max(eventId, event.id);
-    handler_.processFsEvents(std::move(events));
-    const std::shared_ptr<Cache> cache = client_.cacheForEvents();
-    if (!cache) return 0;
-    TouchedFolders earlier = std::exchange(postponed_, {});
-    if (postponedOf_.lock() == cache)
-        for (const auto& [url, depth] : earlier.folders) touched.add(url, depth);
-    if (!cache->scanInProgress().value()) return compare(std::move(touched), eventId);
-    postponed_ = std::move(touched);
-    postponedOf_ = cache;
-    return 0;
+void ClosingComparison::add(const TouchedFolders& touched) {
+    for (const auto& [url, depth] : touched.folders) touched_.add(url, depth);
 }
 
-void ClosingComparison::readAnew(const std::vector<Difference>& differences, uint64_t eventId) {
+void ClosingComparison::takeEvents(FileEventBatch events) {
+    const TouchedFolders touched = TouchedFolders::of(events);
+    for (const FileEvent& event : events) eventId_ = std::max(eventId_, event.id);
+    handler_.processFsEvents(std::move(events));
+    const std::shared_ptr<Cache> cache = client_.cacheForEvents();
+    // What was touched in an index that is left is looked at when that one is taken up again.
+    if (touchedOf_.lock() != cache) touched_ = {};
+    touchedOf_ = cache;
+    if (cache) add(touched);
+}
+
+int ClosingComparison::compare(FunctionRef<bool()> moreEventsWait) {
+    std::vector<Difference> differences;
+    for (int round = 0; round <= kMaxRounds; round++) {
+        const std::shared_ptr<const Project> project = client_.currentProject();
+        const std::shared_ptr<Cache> cache = client_.cacheForEvents();
+        if (!project || !cache || cache != touchedOf_.lock()) touched_ = {};
+        if (!isDue() || cache->scanInProgress().value()) return round;
+        if (round > 0 && moreEventsWait()) return round;
+        FolderComparison comparison(*cache, *project);
+        differences = comparison.differences(std::exchange(touched_, {}));
+        if (differences.empty()) return round;
+        if (round == kMaxRounds) break;
+        handler_.processDifferences(differences, eventId_);
+        touched_ = touchedBy(differences, comparison);
+    }
+    readAnew(differences);
+    return kMaxRounds;
+}
+
+void ClosingComparison::readAnew(const std::vector<Difference>& differences) {
     const std::shared_ptr<const Project> project = client_.currentProject();
     const std::shared_ptr<Cache> cache = client_.cacheForEvents();
     if (!project || !cache) return;
@@ -55,23 +73,6 @@ void ClosingComparison::readAnew(const std::vector<Difference>& differences, uin
         logWarning("The index of %s differs from the disk again and again", folder.c_str());
         // What events do not read must not be cleared either.
         if (FolderComparison(*cache, *project).isReadByEvents(folder))
-            handler_.rescan(folder, eventId);
+            handler_.rescan(folder, eventId_);
     }
-}
-
-int ClosingComparison::compare(TouchedFolders touched, uint64_t eventId) {
-    std::vector<Difference> differences;
-    for (int round = 0; round <= kMaxRounds; round++) {
-        const std::shared_ptr<const Project> project = client_.currentProject();
-        const std::shared_ptr<Cache> cache = client_.cacheForEvents();
-        if (!project || !cache) return round;
-        FolderComparison comparison(*cache, *project);
-        differences = comparison.differences(touched);
-        if (differences.empty()) return round;
-        if (round == kMaxRounds) break;
-        handler_.processDifferences(differences, eventId);
-        touched = touchedBy(differences, comparison);
-    }
-    readAnew(differences, eventId);
-    return kMaxRounds;
 }

@@ -1,11 +1,21 @@
 #include "modes/LiveIndex.h"
 
+#include <algorithm>
+#include <thread>
+
 #include "index/FSScanner.h"
 #include "modes/TRVSearchMode.h"
 #include "modes/framework/ModeHost.h"
 #include "util/Unicode.h"
 #include "util/log.h"
 #include "util/settings/OVUserDefaults.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+constexpr auto kShortestRest = 2ms, kRestWithSomethingLeft = 20ms, kLongestRest = 500ms,
+               kLongestPatience = 2000ms;
+}
 
 LiveIndex::LiveIndex(TRVSearchMode& searchMode, const FileTypes& types)
     : searchMode_(searchMode),
@@ -26,8 +36,44 @@ void LiveIndex::takeDebugFsEventPath() {
 void LiveIndex::process(FileEventBatch batch) {
     std::erase_if(batch, [](const FileEvent& event) { return event.flags == 0; });
     if (batch.empty()) return;
-    fsEventQ_.addBlock(
-        [this, events = std::move(batch)]() mutable { comparison_.process(std::move(events)); });
+    waitingBatches_.add(1);
+    fsEventQ_.addBlock([this, events = std::move(batch)]() mutable {
+        waitingBatches_.add(-1);
+        comparison_.takeEvents(std::move(events));
+        compareWhenDue();
+    });
+}
+
+// A comparison lists whole folders. While events pour in, it waits for those that are there
+// already, and it rests so long after each time that it takes a quarter of the time at most.
+void LiveIndex::compareWhenDue() {
+    const auto now = std::chrono::steady_clock::now;
+    if (!comparison_.isDue()) {
+        firstTouchedAt_.reset();
+        return;
+    }
+    if (!firstTouchedAt_) firstTouchedAt_ = now();
+    const bool moreWait = waitingBatches_ > 0 && now() - *firstTouchedAt_ < kLongestPatience;
+    if (moreWait || rests_) return;
+    const auto begin = now();
+    comparison_.compare([this] { return waitingBatches_ > 0; });
+    firstTouchedAt_.reset();
+    rest(std::min<Clock::Duration>(3 * (now() - begin), kLongestRest));
+}
+
+void LiveIndex::rest(Clock::Duration time) {
+    // What is left over waits for more events, or for the end of a scan.
+    if (comparison_.isDue()) time = std::max<Clock::Duration>(time, kRestWithSomethingLeft);
+    if (time < kShortestRest) return;
+    rests_ = true;
+    restQ_.async([this, end = std::chrono::steady_clock::now() + time] {
+        while (!isEnding_ && std::chrono::steady_clock::now() < end)
+            std::this_thread::sleep_for(kShortestRest);
+        fsEventQ_.addBlock([this] {
+            rests_ = false;
+            if (!isEnding_) compareWhenDue();
+        });
+    });
 }
 
 void LiveIndex::scheduleResultListUpdate() {

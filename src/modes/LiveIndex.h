@@ -5,7 +5,9 @@
 #include "index/ClosingComparison.h"
 #include "index/FsEventClient.h"
 #include "index/FsEventHandler.h"
+#include "util/Clock.h"
 #include "util/Observable.h"
+#include "util/Relaxed.h"
 #include "util/queues/OperationQueue.h"
 
 class FileTypes;
@@ -22,6 +24,8 @@ class LiveIndex : private FsEventClient {
     /// What an event stream delivers.
     void process(FileEventBatch batch);
     void waitUntilAllOperationsAreFinished() { fsEventQ_.waitUntilAllOperationsAreFinished(); }
+    /// Comparisons that rest are given up; before the application goes.
+    void endWork() { isEnding_ = true; }
     /// After a change of the index that no event caused: whoever sees a list of files sees it anew.
     void scheduleResultListUpdate();
 
@@ -34,10 +38,19 @@ class LiveIndex : private FsEventClient {
     void reloadResultSet() override;
     void updateRowRepresentingURL(const FileURL& url) override;
     void takeDebugFsEventPath();
+    // On fsEventQ.
+    void compareWhenDue();
+    void rest(Clock::Duration time);
 
     TRVSearchMode& searchMode_;
     FsEventHandler handler_;        // fsEventQ's
     ClosingComparison comparison_;  // too
+    Relaxed<int64_t> waitingBatches_ = 0;
+    Relaxed<bool> isEnding_ = false;
+    bool rests_ = false;                              // fsEventQ's
+    std::optional<Clock::TimePoint> firstTouchedAt_;  // too
+    // The pauses between comparisons: real time, and work that "settled" waits for.
+    SerialQueue restQ_{"fsEventRestQ", Qos::background};
     OperationQueue fsEventQ_{"fsEventQ", 1, Qos::background};
     Subscription debugFsEventPath_;
 };

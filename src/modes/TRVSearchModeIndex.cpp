@@ -64,6 +64,7 @@ void TRVSearchMode::abortScan() {
 
 void TRVSearchMode::endWork() {
     isEnding_ = true;
+    liveIndex_.endWork();
     abortScan();
 }
 
