@@ -1,6 +1,5 @@
 #include "searchmodes/RegexPattern.h"
 
-#include <algorithm>
 #include <iterator>
 
 namespace {
@@ -103,9 +102,14 @@ bool isAsciiWithout(std::string_view literal, std::u16string_view text) {
     unsigned all = 0;
     for (const char16_t unit : text) all |= unit;
     if (all > 127) return false;
-    const auto isSame = [](char16_t unit, char wanted) {
-        return lowerCasedAscii(unit) == static_cast<unsigned char>(wanted);
-    };
-    return std::search(text.begin(), text.end(), literal.begin(), literal.end(), isSame) ==
-           text.end();
+    if (literal.size() > text.size()) return true;
+    const char16_t first = static_cast<unsigned char>(literal.front());
+    const char16_t other = first >= u'a' && first <= u'z' ? first - 32 : first;
+    for (size_t i = 0; i <= text.size() - literal.size(); i++) {
+        if (text[i] != first && text[i] != other) continue;
+        size_t same = 1;
+        while (same < literal.size() && lowerCasedAscii(text[i + same]) == literal[same]) same++;
+        if (same == literal.size()) return false;
+    }
+    return true;
 }
