@@ -22,14 +22,24 @@ bool matchesAnyEnd(std::u16string_view term) {
     return term == u"+^" || term == u"+$";
 }
 
+/// No NUL, no half of a character: so for all text that comes from names.
+bool isProperText(std::u16string_view text) {
+    for (size_t i = 0; i < text.size(); i++) {
+        if (text[i] == 0) return false;
+        if (!U16_IS_SURROGATE(text[i])) continue;
+        if (i + 1 == text.size() || !U16_IS_LEAD(text[i]) || !U16_IS_TRAIL(text[i + 1]))
+            return false;
+        i++;
+    }
+    return true;
+}
+
 /// What StringRanker gives for a part of the candidate without choosing positions.
 double scoreOfPart(std::u16string_view candidate, const TextRange& range) {
     const std::u16string_view part = candidate.substr(range.location, range.length);
     if (part.empty()) return 0;
     if (part.size() == candidate.size()) return 1;
-    // It refuses some of the texts that have a NUL or half a character.
-    if (U16_IS_SURROGATE(part.front()) || U16_IS_SURROGATE(part.back()) ||
-        candidate.find(u'\0') != std::u16string_view::npos)
+    if (!isProperText(candidate))  // it may even refuse that
         return StringRanker::rankString(
             candidate, {.usingFilter = part, .usingLcFilter = part, .unifyCase = false}, nullptr);
     return rankScore(part.size(), candidate.size(),

@@ -89,6 +89,7 @@ TEST(RegexSearch, ScoresAPartAsTheRankerDoes) {
     for (int round = 0; round < 20'000; round++) {
         std::u16string text;
         for (size_t n = 1 + random() % 12; n > 0; n--) text += units[random() % units.size()];
+        if (round % 2) text = toUtf16Lenient(toUtf8(text) + "😀");  // proper text
         if (round % 50 == 0) text[random() % text.size()] = u'\0';
         const size_t length = 1 + random() % 3;
         const Found found = find(length == 1   ? u"+[B1\u6771.]"
