@@ -1,5 +1,7 @@
 #include "searchmodes/Decomposition.h"
 
+#include "searchmodes/DecompositionCheck.h"
+#include "searchmodes/corpus.h"
 #include "util/TestSupport.h"
 #include "util/Unicode.h"
 
@@ -113,6 +115,19 @@ TEST(Decomposition, OnlyWhatIsFollowedByChoicesIsBold) {
               (StyledText{{"Invalid unit provided for size.", Look::plain}}));
     EXPECT_EQ(message(u"\\", kQueriesOff).front(),
               (StyledSpan{"Incomplete query. ", Look::strong}));
+}
+
+TEST(Decomposition, WhatTheFuzzerFoundHolds) {
+    int count = 0;
+    for (const std::string& bytes : contentsOfFolder(TROVAST_FUZZ_CORPUS "/decomposition")) {
+        count++;
+        for (const bool files : {false, true}) {
+            const std::u16string text = textFromBytes(bytes);
+            EXPECT_EQ(troubleWithSearchText(text, true, files), "") << bytes;
+            EXPECT_EQ(troubleWithSearchText(text, false, files), "") << bytes;
+        }
+    }
+    EXPECT_GT(count, 10);
 }
 
 TEST(RangeMessages, TheFirstRangeAtTheSelectionSpeaks) {

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <random>
 
+#include "searchmodes/RegexTermCheck.h"
 #include "searchmodes/StringRanker.h"
+#include "searchmodes/corpus.h"
 #include "util/TestSupport.h"
 #include "util/Unicode.h"
 #include "util/queues/OperationQueue.h"
@@ -262,6 +264,16 @@ TEST(RegexSearch, CopiesMatchSideBySide) {
     queue.waitUntilAllOperationsAreFinished();
     EXPECT_EQ(std::count(right.begin(), right.end(), 2 * 1999), 8);
     EXPECT_TRUE(make(u"-x")->didExcludingSearchOnly()) << "another string than that of the model";
+}
+
+TEST(RegexSearch, WhatTheFuzzerFoundHolds) {
+    int count = 0;
+    for (const std::string& bytes : contentsOfFolder(TROVAST_FUZZ_CORPUS "/regex_term")) {
+        count++;
+        const auto [pattern, text] = lineAndRest(textFromBytes(bytes));
+        EXPECT_EQ(troubleWithPattern(pattern, text), "") << bytes;
+    }
+    EXPECT_GT(count, 10);
 }
 
 TEST(RegexPattern, ErrorsAreReadable) {
