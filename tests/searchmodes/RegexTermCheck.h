@@ -2,6 +2,7 @@
 #include <chrono>
 #include <cmath>
 #include <condition_variable>
+#include <ctime>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -63,7 +64,7 @@ inline bool isOrdinaryPattern(std::u16string_view pattern) {
 
 /// Empty where all is well.
 inline std::string troubleWithPattern(const std::u16string& pattern, std::u16string_view text) {
-    const auto begin = std::chrono::steady_clock::now();
+    const std::clock_t begin = std::clock();  // others may hold the processor up
     StaleAfter after(std::chrono::milliseconds(20));
     RegexSearch positive(u"+" + pattern, &after.stale), negative(u"-" + pattern, &after.stale);
     IndexSet indexes, none;
@@ -71,8 +72,7 @@ inline std::string troubleWithPattern(const std::u16string& pattern, std::u16str
     const bool match = positive.match(text, indexes, score);
     const bool refused = !negative.match(text, none, nothing);
     const bool stale = after.stale;
-    if (std::chrono::steady_clock::now() - begin > std::chrono::seconds(5))
-        return "it does not end in time";
+    if (std::clock() - begin > 2 * CLOCKS_PER_SEC) return "it does not end in time";
     if (!std::isfinite(score)) return "the score is no number";
     if (!indexes.empty() && indexes.items().back() >= text.size()) return "a position is outside";
     if (stale || !isOrdinaryPattern(pattern)) return "";
