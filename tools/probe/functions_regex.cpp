@@ -30,6 +30,10 @@ json regex(const Fields& request, Session&) {
 
 namespace {
 
+json jsonFrom(const StyledText& text) {
+    return carriedFromUnits(toUtf16Lenient(plainText(text)));
+}
+
 json jsonFrom(const TextRange& range) {
     return {range.location, range.length};
 }
@@ -54,7 +58,7 @@ json decompose(const Fields& request, Session&) {
     for (const auto& [range, message] : made.rangeMessages.all())
         messages.push_back({{"range", jsonFrom(range)},
                             {"type", static_cast<uint64_t>(message.messageType)},
-                            {"text", plainText(message.message)}});
+                            {"text", jsonFrom(message.message)}});
     return {{"styles", std::move(styles)},
             {"messages", std::move(messages)},
             {"visibleAttributes", made.visibleAttributes.items()}};
@@ -72,7 +76,7 @@ json messageAt(const Fields& request, Session&) {
     const Decomposition made = decomposed(text, request);
     const RangeMessage* message = made.rangeMessages.messageToShow(range, text.size());
     json shown;
-    if (message) shown = plainText(message->message);
+    if (message) shown = jsonFrom(message->message);
     return {{"text", std::move(shown)}};
 }
 
