@@ -7,15 +7,14 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "index/ItemPathFilter.h"
 #include "searchmodes/IndexSet.h"
 #include "util/Relaxed.h"
 
-class FileURL;
 struct RankedItem;
 struct fs_item_metadata;
 
-/// The engines beside the fuzzy one, and the live path filter, as ranking needs them. Each worker
-/// makes its own engines.
+/// The engines beside the fuzzy one, as ranking needs them. Each worker makes its own.
 class RegexEngine {
   public:
     virtual ~RegexEngine() = default;
@@ -34,13 +33,6 @@ class MetadataEngine {
     /// does; 0, it does not tell. Threads: also several at once.
     virtual bool hasSortOrder() const { return false; }
     virtual int compare(const RankedItem&, const RankedItem&) const { return 0; }
-};
-
-class ItemPathFilter {
-  public:
-    virtual ~ItemPathFilter() = default;
-    virtual bool hasRules() const = 0;
-    virtual bool isPathExcluded(const FileURL& path) const = 0;
 };
 
 /// What one search looks for: read before its section, then only read.

@@ -7,6 +7,7 @@
 #include "Stopwatch.h"
 #include "Surrogates.h"
 #include "index/checkTree.h"
+#include "searchmodes/RegexSearch.h"
 #include "searchmodes/rankStringInSearchMode.h"
 #include "util/ProcessFlags.h"
 #include "util/Unicode.h"
@@ -63,7 +64,8 @@ json cacheFacts(const Fields&, Session& session) {
 
 json cacheSearch(const Fields& request, Session& session) {
     Cache& cache = session.cacheSession().cache();
-    const RankRequest search = rankRequestFrom(request, session.cacheSession().project());
+    RankRequest search = rankRequestFrom(request, session.cacheSession().project());
+    search.makeRegexEngine = RegexSearch::maker(search.searchString, nullptr);
     int64_t total = 0;
     double seconds = 0;
     json rows = json::array();
