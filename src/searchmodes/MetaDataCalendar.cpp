@@ -1,0 +1,119 @@
+#include "searchmodes/MetaDataCalendar.h"
+
+#include <unicode/ucal.h>
+#include <unicode/uloc.h>
+
+#include <array>
+#include <clocale>
+#include <ctime>
+#include <string_view>
+
+namespace {
+
+constexpr int64_t kDay = 86400;
+constexpr int64_t kDaysPerEra = 146097;  // 400 years
+
+int64_t floorDivided(int64_t value, int64_t by) {
+    return value / by - (value % by < 0);
+}
+
+bool isLeapYear(int64_t year) {
+    return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+}
+
+/// Days since 1970. Years are counted from March, so that the leap day is their last one.
+int64_t dayNumber(int64_t year, int64_t month, int64_t day) {
+    if (month <= 2) year--;
+    const int64_t era = floorDivided(year, 400), yearOfEra = year - era * 400;
+    const int64_t dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5;
+    return era * kDaysPerEra + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear + day -
+           1 - 719468;
+}
+
+std::tm localTime(time_t epoch) {
+    std::tm fields{};
+    localtime_r(&epoch, &fields);
+    return fields;
+}
+
+/// Empty: what the environment says, also for a locale that is not installed.
+std::string_view localeOfTimes() {
+    const char* name = std::setlocale(LC_TIME, nullptr);
+    const std::string_view locale = name ? name : "C";
+    const std::string_view language = locale.substr(0, locale.find('.'));
+    return language == "C" || language == "POSIX" ? std::string_view() : locale;
+}
+
+}  // namespace
+
+namespace metaDataCalendar {
+
+int64_t daysInMonth(int64_t year, int64_t month) {
+    constexpr std::array<int, 12> kDays = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    return kDays[static_cast<size_t>(month - 1)] + (month == 2 && isLeapYear(year));
+}
+
+int64_t epochOf(int64_t year, int64_t month, int64_t day) {
+    return dayNumber(year, month, day) * kDay;
+}
+
+int64_t epochOfBeginYear(int64_t year, int64_t month, int64_t day) {
+    std::tm fields{};
+    fields.tm_year = static_cast<int>(year - 1900);
+    fields.tm_mon = static_cast<int>(month - 1);
+    fields.tm_mday = static_cast<int>(day);
+    fields.tm_isdst = -1;
+    const time_t midnight = std::mktime(&fields);
+    // Clocks that are put forward at midnight have none; what mktime makes of it may lie before.
+    const std::tm there = localTime(midnight);
+    const int64_t shown = epochOf(there.tm_year + int64_t{1900}, there.tm_mon + 1, there.tm_mday) +
+                          there.tm_hour * 3600 + there.tm_min * 60 + there.tm_sec;
+    const int64_t early = epochOf(year, month, day) - shown;
+    if (early > 0) return midnight + early;
+    // Clocks that are put back to midnight have two: the first one begins the day.
+    const std::tm before = localTime(midnight - 3600);
+    return before.tm_mday == there.tm_mday && there.tm_hour == 0 ? midnight - 3600 : midnight;
+}
+
+int64_t epochOfEndYear(int64_t year, int64_t month, int64_t day) {
+    if (day < daysInMonth(year, month)) return epochOfBeginYear(year, month, day + 1) - 1;
+    if (month < 12) return epochOfBeginYear(year, month + 1, 1) - 1;
+    return epochOfBeginYear(year + 1, 1, 1) - 1;
+}
+
+int currentFirstWeekday() {
+    std::array<char, ULOC_FULLNAME_CAPACITY> name{};
+    UErrorCode status = U_ZERO_ERROR;
+    const char* locale = nullptr;
+    if (const auto times = localeOfTimes(); !times.empty()) {
+        uloc_canonicalize(times.data(), name.data(), static_cast<int32_t>(name.size()), &status);
+        if (U_SUCCESS(status)) locale = name.data();
+    }
+    status = U_ZERO_ERROR;
+    UCalendar* calendar = ucal_open(nullptr, 0, locale, UCAL_DEFAULT, &status);
+    if (U_FAILURE(status)) return UCAL_SUNDAY;
+    const int day = ucal_getAttribute(calendar, UCAL_FIRST_DAY_OF_WEEK);
+    ucal_close(calendar);
+    return day;
+}
+
+Fields fieldsOf(int64_t epoch) {
+    const int64_t days = floorDivided(epoch, kDay);
+    const int64_t shifted = days + 719468;
+    const int64_t era = floorDivided(shifted, kDaysPerEra), dayOfEra = shifted - era * kDaysPerEra;
+    const int64_t yearOfEra =
+        (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    const int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    const int64_t monthFromMarch = (5 * dayOfYear + 2) / 153;
+    const int64_t month = monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9;
+    const int64_t year = era * 400 + yearOfEra + (month <= 2);
+    const int64_t weekday = (days % 7 + 11) % 7;  // 1 January 1970 was a Thursday
+    return {.year = year,
+            .month = static_cast<int>(month),
+            .day = static_cast<int>(dayOfYear - (153 * monthFromMarch + 2) / 5 + 1),
+            .weekday = static_cast<int>(weekday),
+            .dayOfYear = static_cast<int>(days - dayNumber(year, 1, 1)),
+            .secondOfDay = epoch - days * kDay};
+}
+
+}  // namespace metaDataCalendar
