@@ -15,6 +15,8 @@ using Op = json(const Fields& request, Session& session);
 namespace ops {
 // functions_rank.cpp
 Op rank, split, fuzzy, compare;
+// functions_metadata.cpp
+Op metadataParse, metadataMatch, metadataSort, metadataCompare;
 // functions_rules.cpp
 Op rulePrepare, ruleStatus;
 // functions_text.cpp

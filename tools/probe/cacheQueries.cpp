@@ -6,6 +6,7 @@
 #include "Stopwatch.h"
 #include "Surrogates.h"
 #include "index/checkTree.h"
+#include "searchmodes/MetaDataSearch.h"
 #include "searchmodes/rankStringInSearchMode.h"
 #include "util/ProcessFlags.h"
 #include "util/Unicode.h"
@@ -33,13 +34,19 @@ RankRequest rankRequestFrom(const Fields& request, const Project* project) {
                            "threads", static_cast<uint8_t>(std::min(processors - 1, 255u))),
                        .limit = resultLimit(request.integer<int64_t>(
                            "limit", settings.integerForKey("maxResultsetSize")))};
-    if (!project) return search;
-    search.showFiles = (project->visibleItemType & 1) != 0;
-    search.showDirectories = (project->visibleItemType & 2) != 0;
-    search.filenameOnly = project->matchFilenameOnly;
-    search.ignoreDiacritics = project->ignoreDiacritics;
+    if (project) {
+        search.showFiles = (project->visibleItemType & 1) != 0;
+        search.showDirectories = (project->visibleItemType & 2) != 0;
+        search.filenameOnly = project->matchFilenameOnly;
+        search.ignoreDiacritics = project->ignoreDiacritics;
+    }
     if (search.ignoreDiacritics)
         search.searchString = stringByRemovingDiacritics(search.searchString);
+    if (search.processMetadata)
+        search.makeMetadataEngine =
+            [engine = MetaDataSearch(search.searchString,
+                                     MetaDataContext::at(World::current().clock().time()))](
+                std::u16string_view) { return std::make_unique<MetaDataSearch>(engine); };
     return search;
 }
 
