@@ -36,14 +36,6 @@ std::tm localTime(time_t epoch) {
     return fields;
 }
 
-/// Empty: what the environment says, also for a locale that is not installed.
-std::string_view localeOfTimes() {
-    const char* name = std::setlocale(LC_TIME, nullptr);
-    const std::string_view locale = name ? name : "C";
-    const std::string_view language = locale.substr(0, locale.find('.'));
-    return language == "C" || language == "POSIX" ? std::string_view() : locale;
-}
-
 }  // namespace
 
 namespace metaDataCalendar {
@@ -81,16 +73,22 @@ int64_t epochOfEndYear(int64_t year, int64_t month, int64_t day) {
     return epochOfBeginYear(year + 1, 1, 1) - 1;
 }
 
-int currentFirstWeekday() {
-    std::array<char, ULOC_FULLNAME_CAPACITY> name{};
+std::string currentLocale() {
+    const char* name = std::setlocale(LC_TIME, nullptr);
+    const std::string_view times = name ? name : "C";
+    const std::string_view language = times.substr(0, times.find('.'));
+    // "C" is also what a locale that is not installed leaves: ICU knows it from the environment.
+    if (language == "C" || language == "POSIX") return uloc_getDefault();
+    std::array<char, ULOC_FULLNAME_CAPACITY> locale{};
     UErrorCode status = U_ZERO_ERROR;
-    const char* locale = nullptr;
-    if (const auto times = localeOfTimes(); !times.empty()) {
-        uloc_canonicalize(times.data(), name.data(), static_cast<int32_t>(name.size()), &status);
-        if (U_SUCCESS(status)) locale = name.data();
-    }
-    status = U_ZERO_ERROR;
-    UCalendar* calendar = ucal_open(nullptr, 0, locale, UCAL_DEFAULT, &status);
+    uloc_canonicalize(name, locale.data(), static_cast<int32_t>(locale.size()), &status);
+    return status == U_ZERO_ERROR ? locale.data() : uloc_getDefault();
+}
+
+int currentFirstWeekday() {
+    UErrorCode status = U_ZERO_ERROR;
+    const std::string locale = currentLocale();
+    UCalendar* calendar = ucal_open(nullptr, 0, locale.c_str(), UCAL_DEFAULT, &status);
     if (U_FAILURE(status)) return UCAL_SUNDAY;
     const int day = ucal_getAttribute(calendar, UCAL_FIRST_DAY_OF_WEEK);
     ucal_close(calendar);
@@ -104,16 +102,17 @@ Fields fieldsOf(int64_t epoch) {
     const int64_t yearOfEra =
         (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
     const int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-    const int64_t monthFromMarch = (5 * dayOfYear + 2) / 153;
-    const int64_t month = monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9;
-    const int64_t year = era * 400 + yearOfEra + (month <= 2);
-    const int64_t weekday = (days % 7 + 11) % 7;  // 1 January 1970 was a Thursday
+    const auto fromMarch = static_cast<int>(dayOfYear);
+    const int monthFromMarch = (5 * fromMarch + 2) / 153;
+    const bool isNextYear = monthFromMarch >= 10;  // January or February
+    const int64_t year = era * 400 + yearOfEra + isNextYear;
+    const int64_t second = epoch % kDay;
     return {.year = year,
-            .month = static_cast<int>(month),
-            .day = static_cast<int>(dayOfYear - (153 * monthFromMarch + 2) / 5 + 1),
-            .weekday = static_cast<int>(weekday),
-            .dayOfYear = static_cast<int>(days - dayNumber(year, 1, 1)),
-            .secondOfDay = epoch - days * kDay};
+            .month = isNextYear ? monthFromMarch - 9 : monthFromMarch + 3,
+            .day = fromMarch - (153 * monthFromMarch + 2) / 5 + 1,
+            .weekday = static_cast<int>((days % 7 + 11) % 7),  // 1970 began on a Thursday
+            .dayOfYear = isNextYear ? fromMarch - 306 : fromMarch + 59 + isLeapYear(year),
+            .secondOfDay = second < 0 ? second + kDay : second};
 }
 
 }  // namespace metaDataCalendar

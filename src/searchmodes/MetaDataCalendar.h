@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <string>
 
 /// The calendar of metadata queries: Gregorian, also before its time. Ranges are those of the local
 /// time zone, fields those of UTC.
@@ -10,6 +11,8 @@ int64_t daysInMonth(int64_t year, int64_t month);
 /// A day's first and last second in the local time zone, whatever its clocks do that day.
 int64_t epochOfBeginYear(int64_t year, int64_t month, int64_t day);
 int64_t epochOfEndYear(int64_t year, int64_t month, int64_t day);
+/// ICU's name of the locale of setlocale(LC_TIME), or its own default.
+std::string currentLocale();
 /// The first day of the week where the user lives, 1 for Sunday. Not for every item.
 int currentFirstWeekday();
 
