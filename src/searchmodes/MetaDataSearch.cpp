@@ -99,6 +99,13 @@ MetaDataSearch::MetaDataSearch(std::u16string_view searchString, const MetaDataC
     }
 }
 
+std::function<std::unique_ptr<MetadataEngine>(std::u16string_view)> MetaDataSearch::engineMaker(
+    std::u16string_view searchString, int64_t now) {
+    return [search = MetaDataSearch(searchString, MetaDataContext::at(now))](std::u16string_view) {
+        return std::make_unique<MetaDataSearch>(search);
+    };
+}
+
 MetaDataParse MetaDataSearch::parseWord(std::u16string_view word, int firstWeekday) {
     return MetaDataParser(word, firstWeekday).parseWord();
 }

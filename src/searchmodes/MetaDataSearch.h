@@ -1,5 +1,7 @@
 #pragma once
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -33,6 +35,10 @@ struct MetaDataSortKey {
 class MetaDataSearch final : public MetadataEngine {
   public:
     MetaDataSearch(std::u16string_view searchString, const MetaDataContext& context);
+
+    /// For RankRequest::makeMetadataEngine: parses once and copies for each worker.
+    static std::function<std::unique_ptr<MetadataEngine>(std::u16string_view)> engineMaker(
+        std::u16string_view searchString, int64_t now);
 
     /// The query of one term, or all that a user needs to make it one.
     static MetaDataParse parseWord(std::u16string_view word, int firstWeekday);

@@ -44,9 +44,7 @@ RankRequest rankRequestFrom(const Fields& request, const Project* project) {
         search.searchString = stringByRemovingDiacritics(search.searchString);
     if (search.processMetadata)
         search.makeMetadataEngine =
-            [engine = MetaDataSearch(search.searchString,
-                                     MetaDataContext::at(World::current().clock().time()))](
-                std::u16string_view) { return std::make_unique<MetaDataSearch>(engine); };
+            MetaDataSearch::engineMaker(search.searchString, World::current().clock().time());
     return search;
 }
 
