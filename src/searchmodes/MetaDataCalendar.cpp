@@ -55,15 +55,10 @@ int64_t epochOfBeginYear(int64_t year, int64_t month, int64_t day) {
     fields.tm_mon = static_cast<int>(month - 1);
     fields.tm_mday = static_cast<int>(day);
     fields.tm_isdst = -1;
+    // Where clocks are put forward at midnight this is one o'clock, the day's first second.
     const time_t midnight = std::mktime(&fields);
-    // Clocks that are put forward at midnight have none; what mktime makes of it may lie before.
-    const std::tm there = localTime(midnight);
-    const int64_t shown = epochOf(there.tm_year + int64_t{1900}, there.tm_mon + 1, there.tm_mday) +
-                          there.tm_hour * 3600 + there.tm_min * 60 + there.tm_sec;
-    const int64_t early = epochOf(year, month, day) - shown;
-    if (early > 0) return midnight + early;
-    // Clocks that are put back to midnight have two: the first one begins the day.
-    const std::tm before = localTime(midnight - 3600);
+    // Where they are put back there are two midnights, and mktime takes either: the first counts.
+    const std::tm there = localTime(midnight), before = localTime(midnight - 3600);
     return before.tm_mday == there.tm_mday && there.tm_hour == 0 ? midnight - 3600 : midnight;
 }
 
@@ -98,11 +93,13 @@ int currentFirstWeekday() {
 Fields fieldsOf(int64_t epoch) {
     const int64_t days = floorDivided(epoch, kDay);
     const int64_t shifted = days + 719468;
-    const int64_t era = floorDivided(shifted, kDaysPerEra), dayOfEra = shifted - era * kDaysPerEra;
-    const int64_t yearOfEra =
+    const int64_t era = floorDivided(shifted, kDaysPerEra);
+    // 32 bits from here on: every item's dates go through this.
+    const auto dayOfEra = static_cast<uint32_t>(shifted - era * kDaysPerEra);
+    const uint32_t yearOfEra =
         (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
-    const int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-    const auto fromMarch = static_cast<int>(dayOfYear);
+    const auto fromMarch =
+        static_cast<int>(dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100));
     const int monthFromMarch = (5 * fromMarch + 2) / 153;
     const bool isNextYear = monthFromMarch >= 10;  // January or February
     const int64_t year = era * 400 + yearOfEra + isNextYear;

@@ -3,9 +3,13 @@
 #include <gtest/gtest.h>
 #include <unicode/uloc.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <ctime>
+#include <numeric>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "searchmodes/MetaDataSearch.h"
 
@@ -49,25 +53,26 @@ TEST(MetaDataCalendar, FieldsAreThoseOfTheCLibrary) {
     }
 }
 
-TEST(MetaDataCalendar, DaysFollowOneAnotherWhateverTheClocksDo) {
-    // Havana has two midnights in November; Cairo, Beirut and São Paulo had days without one.
+TEST(MetaDataCalendar, DaysBeginAndEndWithThemselvesWhateverTheClocksDo) {
+    // Havana has two midnights in November; Cairo, Beirut and São Paulo had days without one. Which
+    // of two the C library takes depends on what it was asked before.
+    std::vector<int64_t> days(366 * 20);
+    std::iota(days.begin(), days.end(), metaDataCalendar::epochOf(2004, 1, 1) / 86400);
+    std::shuffle(days.begin(), days.end(), std::mt19937(7));
     for (const char* name :
          {"UTC", "Europe/Berlin", "America/New_York", "America/Havana", "Africa/Cairo",
-          "Asia/Beirut", "America/Sao_Paulo", "Australia/Lord_Howe", "Africa/Casablanca"}) {
+          "Asia/Beirut", "America/Sao_Paulo", "Australia/Lord_Howe", "Atlantic/Azores"}) {
         const TimeZone zone(name);
-        int64_t next = 0;
-        for (int64_t year = 2008; year < 2026; year++)
-            for (int64_t month = 1; month <= 12; month++)
-                for (int64_t day = 1; day <= metaDataCalendar::daysInMonth(year, month); day++) {
-                    const int64_t begin = metaDataCalendar::epochOfBeginYear(year, month, day);
-                    const int64_t end = metaDataCalendar::epochOfEndYear(year, month, day);
-                    ASSERT_TRUE(!next || begin == next)
-                        << name << year << '-' << month << '-' << day;
-                    ASSERT_EQ(localTime(begin).tm_mday, day) << name << year << '-' << month;
-                    ASSERT_EQ(localTime(end).tm_mday, day) << name << year << '-' << month;
-                    ASSERT_NE(localTime(begin - 1).tm_mday, day) << name << year << '-' << month;
-                    next = end + 1;
-                }
+        for (const int64_t number : days) {
+            const auto day = metaDataCalendar::fieldsOf(number * 86400);
+            const int64_t begin = metaDataCalendar::epochOfBeginYear(day.year, day.month, day.day);
+            const int64_t end = metaDataCalendar::epochOfEndYear(day.year, day.month, day.day);
+            const auto where = std::string(name) + ' ' + std::to_string(number);
+            ASSERT_EQ(localTime(begin).tm_mday, day.day) << where;
+            ASSERT_NE(localTime(begin - 1).tm_mday, day.day) << where;
+            ASSERT_EQ(localTime(end).tm_mday, day.day) << where;
+            ASSERT_NE(localTime(end + 1).tm_mday, day.day) << where;
+        }
     }
 }
 

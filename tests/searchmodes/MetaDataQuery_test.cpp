@@ -92,7 +92,7 @@ TEST(MetaDataQuery, RefusalsTellWhatIsWrongWhereAndWhatMayCome) {
         {u"\\u=", -2, "Missing user.", "[0..9] uid|User name |: Sort order"},
         {u"\\u<:a", 3, "Invalid user."},
         {u"\\g=:a", 3, "Invalid group."},
-        {u"\\u4294967294123", 2, "No such uid.", "[0..9] uid"},
+        {u"\\u4294967296", 2, "No such uid.", "[0..9] uid"},  // 0 in 32 bits
         {u"\\g=4294967294", 3, "No such gid.", "[0..9] gid"},
         {u"\\u>=root", 4, "Operator works only with uid, not with name."},
         {u"\\g<root", 3, "Operator works only with gid, not with name."},
