@@ -8,7 +8,7 @@
 namespace {
 
 using Look = StyledSpan::Look;
-using Suggestions = std::vector<ParsedQueryTerm::Suggestion>;
+using Suggestions = std::vector<MetaDataSuggestion>;
 
 /// lead, what it is about, and pairs of a token and what it means. The last blank goes.
 StyledText messageText(const std::string& lead, const char* purpose, const Suggestions& pairs) {
@@ -78,7 +78,7 @@ class Decomposer {
     }
 
     void processSearchStringMetadataComponent(std::u16string_view component, TextRange range) {
-        const ParsedQueryTerm parsed = options_.parser(component);
+        const MetaDataParse parsed = options_.parser(component);
         const size_t end = range.location + range.length;
         if (parsed.query) {
             made_.visibleAttributes.add(parsed.query->criterion);

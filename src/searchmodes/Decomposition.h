@@ -6,26 +6,12 @@
 #include <vector>
 
 #include "searchmodes/IndexSet.h"
+#include "searchmodes/MetaDataQuery.h"
 #include "searchmodes/RangeMessages.h"
 #include "util/FunctionRef.h"
 
-/// What the parser of metadata queries makes of a term that begins with a backslash. Neither a
-/// query nor an error nor a suggestion: the term is none of its own.
-struct ParsedQueryTerm {
-    struct Query {
-        uint64_t criterion = 0;
-    };
-    struct Suggestion {
-        std::string token, description;
-    };
-    std::optional<Query> query;
-    std::optional<std::string> errorString;
-    /// A place in the term. Above 0: what stands there is wrong; else the term is incomplete from
-    /// the absolute value on.
-    std::optional<int64_t> errorLocation;
-    std::vector<Suggestion> suggestions;
-};
-using QueryTermParser = FunctionRef<ParsedQueryTerm(std::u16string_view term)>;
+/// Called at once, for each term that begins with a backslash.
+using QueryTermParser = FunctionRef<MetaDataParse(std::u16string_view term)>;
 
 enum class TermStyle : uint8_t { plain, regexp, error, incomplete };
 

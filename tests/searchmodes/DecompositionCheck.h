@@ -21,11 +21,11 @@ inline bool isInside(TextRange inner, const std::vector<TextRange>& ranges) {
 }
 
 /// Stands for the parser of queries: every answer that it could give, and some that it should not.
-inline ParsedQueryTerm anyAnswer(std::u16string_view term) {
+inline MetaDataParse anyAnswer(std::u16string_view term) {
     uint64_t seed = 0;
     for (const char16_t unit : term) seed = seed * 31 + unit;
-    ParsedQueryTerm parsed;
-    if (seed % 3 == 0) parsed.query = {seed % 4097};
+    MetaDataParse parsed;
+    if (seed % 3 == 0) parsed.query = MetaDataQuery{.criterion = seed % 4097};
     if (seed % 5 < 3) parsed.errorString = seed % 5 ? "Incomplete query." : "";
     if (seed % 7 < 5)
         parsed.errorLocation = static_cast<int64_t>(seed % 11) - 5;

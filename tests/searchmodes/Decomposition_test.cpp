@@ -8,7 +8,7 @@
 namespace {
 
 /// Knows a few terms, as the parser of queries answers them.
-ParsedQueryTerm parse(std::u16string_view term) {
+MetaDataParse parse(std::u16string_view term) {
     if (term == u"\\") return {{}, "Incomplete query.", 0, {{"s", "Size"}}};
     if (term == u"\\t")
         return {{}, "Missing timestamp specifier.", -1, {{"b", "Birth"}, {"*", "Any"}}};
@@ -16,9 +16,9 @@ ParsedQueryTerm parse(std::u16string_view term) {
     if (term == u"\\?") return {{}, {}, {}, {{"t", "Timestamp"}}};
     if (term == u"\\far") return {{}, "Far.", INT64_MAX, {}};
     if (term == u"\\near") return {{}, "Near.", INT64_MIN, {}};
-    if (term == u"\\l") return {ParsedQueryTerm::Query{32}, {}, {}, {}};
+    if (term == u"\\l") return {MetaDataQuery{.criterion = 32}, {}, {}, {}};
     if (term == u"\\s9")
-        return {ParsedQueryTerm::Query{16}, {}, {}, {{"k", "kiB"}, {":", "Sort by size"}}};
+        return {MetaDataQuery{.criterion = 16}, {}, {}, {{"k", "kiB"}, {":", "Sort by size"}}};
     return {};
 }
 

@@ -17,6 +17,8 @@ namespace ops {
 Op rank, split, fuzzy, compare;
 // functions_regex.cpp
 Op decompose, messageAt, pathfilter, regex;
+// functions_metadata.cpp
+Op metadataParse, metadataMatch, metadataSort, metadataCompare;
 // functions_rules.cpp
 Op rulePrepare, ruleStatus;
 // functions_text.cpp

@@ -7,6 +7,7 @@
 #include "Stopwatch.h"
 #include "Surrogates.h"
 #include "index/checkTree.h"
+#include "searchmodes/MetaDataSearch.h"
 #include "searchmodes/RegexSearch.h"
 #include "searchmodes/rankStringInSearchMode.h"
 #include "util/ProcessFlags.h"
@@ -28,13 +29,17 @@ RankRequest rankRequestFrom(const Fields& request, const Project* project) {
                            "threads", static_cast<uint8_t>(std::min(processors - 1, 255u))),
                        .limit = resultLimit(request.integer<int64_t>(
                            "limit", settings.integerForKey("maxResultsetSize")))};
-    if (!project) return search;
-    search.showFiles = (project->visibleItemType & 1) != 0;
-    search.showDirectories = (project->visibleItemType & 2) != 0;
-    search.filenameOnly = project->matchFilenameOnly;
-    search.ignoreDiacritics = project->ignoreDiacritics;
+    if (project) {
+        search.showFiles = (project->visibleItemType & 1) != 0;
+        search.showDirectories = (project->visibleItemType & 2) != 0;
+        search.filenameOnly = project->matchFilenameOnly;
+        search.ignoreDiacritics = project->ignoreDiacritics;
+    }
     if (search.ignoreDiacritics)
         search.searchString = stringByRemovingDiacritics(search.searchString);
+    if (search.processMetadata)
+        search.makeMetadataEngine =
+            MetaDataSearch::engineMaker(search.searchString, World::current().clock().time());
     return search;
 }
 

@@ -5,6 +5,8 @@
 #include "Surrogates.h"
 #include "index/LivePathFilter.h"
 #include "searchmodes/Decomposition.h"
+#include "searchmodes/MetaDataCalendar.h"
+#include "searchmodes/MetaDataSearch.h"
 #include "searchmodes/RegexSearch.h"
 #include "util/Unicode.h"
 #include "util/World.h"
@@ -41,10 +43,13 @@ json jsonFrom(const TextRange& range) {
 /// text: precomposed.
 Decomposition decomposed(std::u16string_view text, const Fields& request) {
     constexpr unsigned kFileModes = 15;
-    return ::decompose(text,
-                       {.processMetadata = request.boolean("processMetadata", true),
-                        .listsFiles = (request.integer<unsigned>("mode", 1) & kFileModes) != 0,
-                        .parser = [](std::u16string_view) { return ParsedQueryTerm(); }});
+    return ::decompose(
+        text,
+        {.processMetadata = request.boolean("processMetadata", true),
+         .listsFiles = (request.integer<unsigned>("mode", 1) & kFileModes) != 0,
+         .parser = [weekday = metaDataCalendar::currentFirstWeekday()](std::u16string_view term) {
+             return MetaDataSearch::parseWord(term, weekday);
+         }});
 }
 
 }  // namespace
