@@ -2,12 +2,14 @@
 #include "modes/framework/ModeHost.h"
 #include "platform/Appearance.h"
 #include "screen/Alerts.h"
+#include "screen/IndicatorsView.h"
 #include "screen/InfoBarView.h"
 #include "screen/ResultTableView.h"
 #include "screen/SearchFieldView.h"
 #include "screen/WindowView.h"
 
 class HidingGuard;
+class Indicators;
 class ModeSwitcher;
 class ProjectSwitcher;
 class ResultTableController;
@@ -24,6 +26,7 @@ class CoreModeHost : public ModeHost {
         SearchFieldView& field;
         ResultTableView& table;
         InfoBarView& infoBar;
+        IndicatorsView& indicators;
         Alerts& alerts;
     };
     /// The parts that need the host themselves.
@@ -31,6 +34,7 @@ class CoreModeHost : public ModeHost {
         UserMessages& messages;
         ResultTableController& table;
         SearchFieldController& field;
+        Indicators& indicators;
         ScanRefresh& scanRefresh;
         HidingGuard& guard;
         ModeSwitcher& modeSwitcher;
@@ -53,6 +57,8 @@ class CoreModeHost : public ModeHost {
                                                  const ChangedRows& forRows) override;
     void adjustWindowHeight() override;
     void updateTextsOfCurrentMode() override;
+    void updateSearchCriterionIndicators() override;
+    void error(const std::string& text) override;
     void updateSearchFieldWithEmptySearchString() override;
     void startSearchAnimation();
     void stopSearchAnimation() override;

@@ -73,6 +73,15 @@ void LivePathFilter::reset() {
     publishHasRules();
 }
 
+std::shared_ptr<const LivePathFilter> LivePathFilter::copy() const {
+    auto made = std::make_shared<LivePathFilter>();
+    const std::lock_guard lock(mutex_);
+    made->paths_ = paths_;
+    made->hasRules_ = !paths_.empty();
+    made->exclusive_ = exclusive_;
+    return made;
+}
+
 bool LivePathFilter::includesAny() const {
     return std::any_of(paths_.begin(), paths_.end(),
                        [](const PathRule& each) { return each.rule == Rule::included; });

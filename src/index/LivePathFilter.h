@@ -1,4 +1,5 @@
 #pragma once
+#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -10,8 +11,8 @@
 /// A passing narrowing of the search to parts of the tree: only below these folders, or not below
 /// those. The index knows nothing of it. The longest rule that covers a path decides.
 /// Owner:   each mode that supports paths has one.
-/// Threads: addPath and reset on any but the main thread, while no ranking is in progress: what
-///          ranking asks takes no lock. hasRules and activePaths from any at any time.
+/// Threads: addPath and reset on any but the main thread; hasRules, activePaths and copy on any.
+///          What ranking asks takes no lock: it asks a copy.
 /// Units:   bytes of paths, of any length.
 /// Fails:   by a line in the log.
 class LivePathFilter final : public ItemPathFilter {
@@ -21,6 +22,9 @@ class LivePathFilter final : public ItemPathFilter {
     /// The opposite of a rule that stands takes it away.
     void addPath(const FileURL& url, Rule isIncluded);
     void reset();
+
+    /// For one ranking, whatever happens to the rules meanwhile.
+    std::shared_ptr<const LivePathFilter> copy() const;
 
     bool hasRules() const override { return hasRules_; }
     bool isPathExcluded(const FileURL& path) const override;

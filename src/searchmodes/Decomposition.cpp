@@ -71,6 +71,7 @@ class Decomposer {
             return setStyle(backslash, TermStyle::incomplete);
         }
         if (component[1] == u'+' || component[1] == u'-' || component[1] == u'\\') return;
+        made_.needsMetadata = true;
         const TextRange wrong{range.location, 1};
         made_.rangeMessages.addRangeWithInfo(
             wrong, messageText("Invalid escape sequence.", "Expecting: ", {{signs, signs}}));

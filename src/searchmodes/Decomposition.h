@@ -13,18 +13,11 @@
 /// Called at once, for each term that begins with a backslash.
 using QueryTermParser = FunctionRef<MetaDataParse(std::u16string_view term)>;
 
-enum class TermStyle : uint8_t { plain, regexp, error, incomplete };
-
-struct StyledRange {
-    TextRange range;
-    TermStyle style;
-    friend bool operator==(const StyledRange&, const StyledRange&) = default;
-};
-
 struct Decomposition {
     std::vector<StyledRange> styles;  // ascending, not overlapping; between them it is plain
     RangeMessages rangeMessages;
     IndexSet visibleAttributes;  // criteria of the queries
+    bool needsMetadata = false;  // a term has the form of a query, and queries are off
 };
 
 struct DecompositionOptions {

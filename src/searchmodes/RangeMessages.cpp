@@ -4,12 +4,6 @@
 
 #include "util/log.h"
 
-std::string plainText(const StyledText& text) {
-    std::string plain;
-    for (const StyledSpan& span : text) plain += span.text;
-    return plain;
-}
-
 void RangeMessages::addRangeWithError(TextRange range, StyledText message) {
     if (message.empty()) return logError("Missing error message");
     store(range, {std::move(message), RangeMessage::kError});

@@ -6,20 +6,7 @@
 #include <vector>
 
 #include "screen/Geometry.h"
-
-/// Text in stretches of one look each.
-struct StyledSpan {
-    enum class Look {
-        plain,
-        strong,  // bold
-        token,   // what can be typed: bold, one width for all characters, a colour of its own
-    };
-    std::string text;
-    Look look = Look::plain;
-    friend bool operator==(const StyledSpan&, const StyledSpan&) = default;
-};
-using StyledText = std::vector<StyledSpan>;
-std::string plainText(const StyledText& text);
+#include "screen/StyledText.h"
 
 struct RangeMessage {
     enum Type : uint64_t { kInformation = 0, kError = 1 };

@@ -45,7 +45,7 @@ struct RankRequest {
     bool ignoreDiacritics = false;
     bool processMetadata = false;
     std::optional<std::unordered_set<std::string>> extensionFilter = {};
-    const ItemPathFilter* pathFilter = nullptr;
+    std::shared_ptr<const ItemPathFilter> pathFilter = {};
     std::function<std::unique_ptr<RegexEngine>(std::u16string_view)> makeRegexEngine = {};
     std::function<std::unique_ptr<MetadataEngine>(std::u16string_view)> makeMetadataEngine = {};
     unsigned numberOfThreads = 1;

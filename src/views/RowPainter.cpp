@@ -9,6 +9,7 @@
 namespace {
 
 constexpr double kSelectionInset = 5, kSelectionRadius = 7;
+constexpr double kAttributeLine = 20;
 constexpr double kMarkedDot = 8, kMarkedRoom = 16;
 
 void layOut(QTextLayout& layout) {
@@ -22,7 +23,10 @@ void layOut(QTextLayout& layout) {
 }  // namespace
 
 RowPainter::RowPainter(const Theme* theme)
-    : theme_(theme), nameMetrics_(theme->nameMarkFont), pathMetrics_(theme->pathMarkFont) {}
+    : theme_(theme),
+      nameMetrics_(theme->nameMarkFont),
+      pathMetrics_(theme->pathMarkFont),
+      attributeMetrics_(theme->attributeMarkFont) {}
 
 void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& content, Look look) {
     painter.setRenderHint(QPainter::Antialiasing);
@@ -45,6 +49,9 @@ void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& co
     const Line path{theme_->pathFont, theme_->pathMarkFont,
                     selected ? theme_->selectedPath : theme_->path,
                     selected ? theme_->selectedText : theme_->pathMark, Qt::LeftToRight};
+    const Line attribute{theme_->info13, theme_->attributeMarkFont,
+                         selected ? theme_->selectedPath : theme_->info,
+                         selected ? theme_->selectedText : theme_->accent, Qt::LeftToRight};
     const double x = row.left() + kTextLeft;
     const double width =
         row.width() - kTextLeft - kRightInset - (content.isMarked ? kMarkedRoom : 0);
@@ -64,6 +71,14 @@ void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& co
         {plainText(content.path, theme_->hasControlPictures), content.pathHighlights}, width,
         widthOf(pathMetrics_)));
     drawLine(painter, shownPath, path, x, row.top() + 39, width);
+    double y = row.top() + 39;
+    for (const RowLine& attributes : content.attributes) {
+        y += kAttributeLine;
+        const MarkedText shown = elidedAroundMarks(
+            {plainText(attributes.text, theme_->hasControlPictures), attributes.highlights}, width,
+            widthOf(attributeMetrics_));
+        drawLine(painter, shown, attribute, x, y, width);
+    }
 }
 
 void RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x,

@@ -35,5 +35,5 @@ class RowPainter {
 
     const Theme* theme_;
     IconCache icons_;
-    QFontMetricsF nameMetrics_, pathMetrics_;  // of the heavier, wider faces
+    QFontMetricsF nameMetrics_, pathMetrics_, attributeMetrics_;  // of the heavier, wider faces
 };

@@ -14,10 +14,12 @@ struct Theme {
     QColor name, nameMark, path, pathMark;
     QColor selection, selectedText, selectedPath, otherSelection;  // the last: without the keyboard
     QColor info, error, accent, scroller;
+    QColor regexpTerm, errorTerm, incompleteTerm;  // in the search field
+    QColor token;                                  // what can be typed
 
     /// The marks of matched letters are heavier than the text around them. Where the desktop's font
     /// has no light face, both are one step heavier.
-    QFont field, nameFont, nameMarkFont, pathFont, pathMarkFont, info13;
+    QFont field, nameFont, nameMarkFont, pathFont, pathMarkFont, info13, attributeMarkFont;
     /// Whether the fonts can draw the pictures of control characters (U+2400 and on).
     bool hasControlPictures = false;
 

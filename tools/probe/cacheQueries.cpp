@@ -37,9 +37,8 @@ RankRequest rankRequestFrom(const Fields& request, const Project* project) {
     }
     if (search.ignoreDiacritics)
         search.searchString = stringByRemovingDiacritics(search.searchString);
-    if (search.processMetadata)
-        search.makeMetadataEngine =
-            MetaDataSearch::engineMaker(search.searchString, World::current().clock().time());
+    search.makeMetadataEngine =
+        MetaDataSearch::engineMaker(search.searchString, World::current().clock().time());
     return search;
 }
 

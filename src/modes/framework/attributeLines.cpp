@@ -4,6 +4,7 @@
 #include <pwd.h>
 #include <unicode/udat.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <utility>
@@ -56,7 +57,7 @@ class LineBuilder {
         append(value);
         if (isHighlighted) line_.highlights.push_back({start, length_ - start});
     }
-    AttributeLine take() { return std::move(line_); }
+    RowLine take() { return std::move(line_); }
 
   private:
     void append(const std::string& text) {
@@ -64,12 +65,21 @@ class LineBuilder {
         length_ += toUtf16Lenient(text).size();
     }
 
-    AttributeLine line_;
+    RowLine line_;
     size_t length_ = 0;
 };
 
 bool isQueried(const AttributeDisplay& display, uint64_t attribute) {
     return shouldDisplayAttribute(display, attribute, IgnoreSettings::yes);
+}
+
+bool isDisplayed(const AttributeDisplay& display, AttributeRow row) {
+    if (display.showMetadata == kShowAlways) return true;
+    const auto& attributes = display.visibleAttributes.items();
+    return std::any_of(attributes.begin(), attributes.end(), [&](uint64_t attribute) {
+        return attrRowTypeForCriterion(attribute) == row &&
+               shouldDisplayAttribute(display, attribute);
+    });
 }
 
 std::string shownName(const char* name) {
@@ -107,19 +117,23 @@ bool shouldDisplayAttribute(const AttributeDisplay& display, uint64_t attribute,
 
 unsigned requiredNumberOfRows(uint64_t modeIdentifier, const AttributeDisplay& display) {
     if (!(modeIdentifier & kFileModes)) return 0;
-    if (display.showMetadata == kShowAlways) return 2;
-    bool timestamps = false, sizeAndOwner = false;
-    for (const uint64_t attribute : display.visibleAttributes.items()) {
-        if (!shouldDisplayAttribute(display, attribute)) continue;
-        const AttributeRow row = attrRowTypeForCriterion(attribute);
-        timestamps = timestamps || row == AttributeRow::timestamps;
-        sizeAndOwner = sizeAndOwner || row == AttributeRow::sizeAndOwner;
-    }
-    return unsigned{timestamps} + unsigned{sizeAndOwner};
+    return unsigned{isDisplayed(display, AttributeRow::timestamps)} +
+           unsigned{isDisplayed(display, AttributeRow::sizeAndOwner)};
 }
 
-AttributeLine timestampsLine(const fs_item_metadata& metadata, const AttributeDisplay& display,
-                             const IndexSet* matchingCriterions) {
+std::vector<RowLine> attributeLines(const fs_item_metadata& metadata,
+                                    const AttributeDisplay& display,
+                                    const IndexSet* matchingCriterions) {
+    std::vector<RowLine> lines;
+    if (isDisplayed(display, AttributeRow::timestamps))
+        lines.push_back(timestampsLine(metadata, display, matchingCriterions));
+    if (isDisplayed(display, AttributeRow::sizeAndOwner))
+        lines.push_back(sizeAndOwnerLine(metadata, display));
+    return lines;
+}
+
+RowLine timestampsLine(const fs_item_metadata& metadata, const AttributeDisplay& display,
+                       const IndexSet* matchingCriterions) {
     struct Date {
         const char* label;
         uint64_t criterion;
@@ -138,7 +152,7 @@ AttributeLine timestampsLine(const fs_item_metadata& metadata, const AttributeDi
     return line.take();
 }
 
-AttributeLine sizeAndOwnerLine(const fs_item_metadata& metadata, const AttributeDisplay& display) {
+RowLine sizeAndOwnerLine(const fs_item_metadata& metadata, const AttributeDisplay& display) {
     LineBuilder line;
     line.add("⚖️ ", sizeText(metadata.size, metadata.mode), isQueried(display, kSize));
     line.add(" 👤 ", userName(metadata.uid), isQueried(display, kUser));

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "screen/Geometry.h"
+#include "screen/RowContent.h"
 #include "searchmodes/IndexSet.h"
 
 struct fs_item_metadata;
@@ -31,14 +31,15 @@ bool shouldDisplayAttribute(const AttributeDisplay& display, uint64_t attribute,
 /// 0 to 2 for a mode; modeIdentifier as ModeIdentifier.
 unsigned requiredNumberOfRows(uint64_t modeIdentifier, const AttributeDisplay& display);
 
-struct AttributeLine {
-    std::string text = {};  // UTF-8 that can be shown as it is
-    std::vector<TextRange> highlights = {};
-};
 /// matchingCriterions are the item's own; null: none matched.
-AttributeLine timestampsLine(const fs_item_metadata& metadata, const AttributeDisplay& display,
-                             const IndexSet* matchingCriterions);
-AttributeLine sizeAndOwnerLine(const fs_item_metadata& metadata, const AttributeDisplay& display);
+RowLine timestampsLine(const fs_item_metadata& metadata, const AttributeDisplay& display,
+                       const IndexSet* matchingCriterions);
+RowLine sizeAndOwnerLine(const fs_item_metadata& metadata, const AttributeDisplay& display);
+
+/// Those of the lines that are displayed, in their order.
+std::vector<RowLine> attributeLines(const fs_item_metadata& metadata,
+                                    const AttributeDisplay& display,
+                                    const IndexSet* matchingCriterions);
 
 /// "(unnamed)" for an entry without a name, "(unknown)" where there is none.
 std::string userName(uint32_t uid);

@@ -15,7 +15,7 @@ AttributeDisplay displayOf(int64_t showMetadata, std::initializer_list<uint64_t>
     return display;
 }
 
-std::vector<std::string> highlightedTexts(const AttributeLine& line) {
+std::vector<std::string> highlightedTexts(const RowLine& line) {
     std::vector<std::string> texts;
     const std::u16string text = *toUtf16(line.text);
     for (const TextRange& range : line.highlights)
@@ -63,18 +63,18 @@ TEST(AttributeLines, TheSettingDecidesUnlessItIsIgnored) {
 }
 
 TEST(AttributeLines, WhatIsQueriedIsHighlighted) {
-    const AttributeLine plain = sizeAndOwnerLine(kFile, displayOf(1, {1}));
+    const RowLine plain = sizeAndOwnerLine(kFile, displayOf(1, {1}));
     const passwd* user = getpwuid(0);
     const std::string name = user ? user->pw_name : "(unknown)";
     EXPECT_EQ(plain.text, "⚖️ 5 Bytes 👤 " + name + " 👥 (unknown) 🔒 rw- r-- --- 🔗 1234");
     EXPECT_TRUE(plain.highlights.empty());
-    const AttributeLine all = sizeAndOwnerLine(kFile, displayOf(2, {16, 32, 64, 128, 256}));
+    const RowLine all = sizeAndOwnerLine(kFile, displayOf(2, {16, 32, 64, 128, 256}));
     EXPECT_EQ(highlightedTexts(all),
               (std::vector<std::string>{"5 Bytes", name, "(unknown)", "1234"}));
 }
 
 TEST(AttributeLines, DatesStandInOneOrder) {
-    const AttributeLine line = timestampsLine(kFile, displayOf(2, {1, 8}), nullptr);
+    const RowLine line = timestampsLine(kFile, displayOf(2, {1, 8}), nullptr);
     const auto texts = highlightedTexts(line);
     ASSERT_EQ(texts.size(), 2u);
     EXPECT_TRUE(line.text.starts_with("✨ " + texts[0] + " ✏️ ")) << line.text;
