@@ -54,11 +54,11 @@ void drawFilter(QPainter& p, const QColor& colour) {
 void drawPath(QPainter& p, bool isNameOnly, const QColor& colour) {
     const QColor folders = isNameOnly ? paler(colour) : colour;
     p.setPen(penOf(folders, 1.4));
-    p.drawLine(QPointF(1.0, 12.0), QPointF(3.6, 4.0));
-    p.drawLine(QPointF(5.4, 12.0), QPointF(8.0, 4.0));
+    p.drawLine(QPointF(1.2, 13.5), QPointF(4.0, 3.0));
+    p.drawLine(QPointF(5.2, 13.5), QPointF(8.0, 3.0));
     p.setPen(penOf(colour, 1.4));
     p.setBrush(colour);
-    p.drawRoundedRect(QRectF(10.0, 6.2, 4.8, 5.4), 1, 1);
+    p.drawRoundedRect(QRectF(9.6, 6.0, 5.4, 6.6), 1, 1);
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 #include "views/Theme.h"
 
 namespace {
-constexpr int kButton = 17, kIcon = 13;
+constexpr int kButton = 17, kIcon = 15;
 constexpr int kTextRoom = 9, kAfterText = 6;
 constexpr const char* kEnableText = "Index Metadata";
 }  // namespace

@@ -13,7 +13,7 @@
 namespace {
 constexpr int kInset = 15;
 constexpr int kRing = 10;
-constexpr int kButtonsRight = 12;
+constexpr int kButtonsRight = 12, kBeforeButtons = 8;
 constexpr int kBeforeRing = 200;  // milliseconds: what is shorter needs no ring
 constexpr int kFrame = 40;        // milliseconds
 constexpr int kStep = 18;         // degrees a frame: once around in 0.8 s
@@ -116,7 +116,7 @@ void InfoBar::layOut() {
 
 int InfoBar::rightInset() const {
     const int needed = indicators_->neededWidth();
-    return std::max({kInset, inset_, needed > 0 ? needed + kButtonsRight : 0});
+    return std::max({kInset, inset_, needed > 0 ? needed + kButtonsRight + kBeforeButtons : 0});
 }
 
 void InfoBar::setInset(double width) {

@@ -12,6 +12,22 @@ constexpr double kSelectionInset = 5, kSelectionRadius = 7;
 constexpr double kAttributeLine = 20;
 constexpr double kMarkedDot = 8, kMarkedRoom = 16;
 
+/// For desktops without a font of coloured pictures. As long as before, in units.
+QString inPlainSymbols(QString text) {
+    constexpr QChar kNoWidth(0x200B);
+    constexpr std::pair<char32_t, char16_t> kSymbols[] = {
+        {U'✨', u'★'}, {U'📎', u'⚙'}, {U'👁', u'◉'}, {U'👤', u'☺'},
+        {U'👥', u'☻'}, {U'🔒', u'⚿'}, {U'🔗', u'∞'},
+    };
+    for (const auto& [picture, symbol] : kSymbols) {
+        const QString old = QString::fromUcs4(&picture, 1);
+        QString plain{QChar(symbol)};
+        if (old.size() == 2) plain += kNoWidth;
+        text.replace(old, plain);
+    }
+    return text.replace(QChar(0xFE0F), kNoWidth);  // asks for a picture
+}
+
 void layOut(QTextLayout& layout) {
     layout.beginLayout();
     QTextLine line = layout.createLine();
@@ -23,10 +39,7 @@ void layOut(QTextLayout& layout) {
 }  // namespace
 
 RowPainter::RowPainter(const Theme* theme)
-    : theme_(theme),
-      nameMetrics_(theme->nameMarkFont),
-      pathMetrics_(theme->pathMarkFont),
-      attributeMetrics_(theme->attributeMarkFont) {}
+    : theme_(theme), nameMetrics_(theme->nameMarkFont), pathMetrics_(theme->pathMarkFont) {}
 
 void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& content, Look look) {
     painter.setRenderHint(QPainter::Antialiasing);
@@ -49,9 +62,6 @@ void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& co
     const Line path{theme_->pathFont, theme_->pathMarkFont,
                     selected ? theme_->selectedPath : theme_->path,
                     selected ? theme_->selectedText : theme_->pathMark, Qt::LeftToRight};
-    const Line attribute{theme_->info13, theme_->attributeMarkFont,
-                         selected ? theme_->selectedPath : theme_->info,
-                         selected ? theme_->selectedText : theme_->accent, Qt::LeftToRight};
     const double x = row.left() + kTextLeft;
     const double width =
         row.width() - kTextLeft - kRightInset - (content.isMarked ? kMarkedRoom : 0);
@@ -72,13 +82,27 @@ void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& co
         widthOf(pathMetrics_)));
     drawLine(painter, shownPath, path, x, row.top() + 39, width);
     double y = row.top() + 39;
-    for (const RowLine& attributes : content.attributes) {
-        y += kAttributeLine;
-        const MarkedText shown = elidedAroundMarks(
-            {plainText(attributes.text, theme_->hasControlPictures), attributes.highlights}, width,
-            widthOf(attributeMetrics_));
-        drawLine(painter, shown, attribute, x, y, width);
-    }
+    for (const RowLine& attributes : content.attributes)
+        drawAttributes(painter, attributes, selected, x, y += kAttributeLine, width);
+}
+
+void RowPainter::drawAttributes(QPainter& painter, const RowLine& attributes, bool selected,
+                                double x, double y, double width) {
+    QString text = plainText(attributes.text, theme_->hasControlPictures);
+    if (!theme_->hasPictures) text = inPlainSymbols(text);
+    constexpr int kLargest = 12, kSmallest = 10;
+    int pixels = kLargest;
+    QFont marked = Theme::attributeFont(theme_->info13, pixels, true);
+    while (pixels > kSmallest && QFontMetricsF(marked).horizontalAdvance(text) > width)
+        marked = Theme::attributeFont(theme_->info13, --pixels, true);
+    const QFontMetricsF metrics(marked);
+    const Line line{Theme::attributeFont(theme_->info13, pixels, false), marked,
+                    selected ? theme_->selectedPath : theme_->info,
+                    selected ? theme_->selectedText : theme_->accent, Qt::LeftToRight};
+    const MarkedText shown = elidedAroundMarks(
+        {text, attributes.highlights}, width,
+        [&metrics](const QString& part) { return metrics.horizontalAdvance(part); });
+    drawLine(painter, shown, line, x, y, width);
 }
 
 void RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x,

@@ -2,6 +2,8 @@
 
 #include <QFontDatabase>
 #include <QFontMetrics>
+#include <QGlyphRun>
+#include <QTextLayout>
 
 #include "views/Contrast.h"
 
@@ -29,6 +31,17 @@ QFont sized(QFont font, int pixels, QFont::Weight weight) {
     return font;
 }
 
+/// With whatever font stands in for the one that is asked for.
+bool canDraw(const QFont& font, const QString& text) {
+    QTextLayout layout(text, font);
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+    for (const QGlyphRun& run : layout.glyphRuns())
+        if (run.glyphIndexes().contains(0)) return false;
+    return true;
+}
+
 void setFonts(Theme& theme, const QFont& desktopFont) {
     const bool light = hasLightFace(desktopFont.family());
     const QFont::Weight thin = light ? QFont::Light : QFont::Normal;
@@ -39,8 +52,8 @@ void setFonts(Theme& theme, const QFont& desktopFont) {
     theme.pathFont = sized(desktopFont, 14, thin);
     theme.pathMarkFont = sized(desktopFont, 14, marked);
     theme.info13 = sized(desktopFont, 13, QFont::Normal);
-    theme.attributeMarkFont = sized(desktopFont, 13, QFont::DemiBold);
     constexpr QChar kPictureOfLineFeed(0x240A);
+    theme.hasPictures = canDraw(theme.info13, QString::fromUtf8("✨📎👤🔒"));
     theme.hasControlPictures = QFontMetrics(theme.nameFont).inFont(kPictureOfLineFeed);
 }
 
@@ -94,6 +107,10 @@ void setLightColours(Theme& theme, const Hue& hsb) {
 }
 
 }  // namespace
+
+QFont Theme::attributeFont(const QFont& desktopFont, int pixels, bool isMark) {
+    return sized(desktopFont, pixels, isMark ? QFont::DemiBold : QFont::Normal);
+}
 
 Theme Theme::make(double hue, bool dark, const QFont& desktopFont) {
     Theme theme;

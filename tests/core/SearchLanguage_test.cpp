@@ -60,7 +60,7 @@ TEST_F(SearchLanguage, AListIsNarrowedToFoldersUntilTheFilterIsReset) {
     onSwitchModeQueue([this] { searchMode().ignoreURL(home_.at("a/in")); });
     EXPECT_EQ(names(), std::vector<std::string>{"x1"});
     EXPECT_EQ(indicator(IndicatorButton::resetFilterButton).toolTip,
-              "Result is filtered by path (Super+Esc to clear)\n\n[+] " + home_.at("a").path() +
+              "Result is filtered by path (Super+Escape to clear)\n\n[+] " + home_.at("a").path() +
                   "/\n[-] " + home_.at("a/in").path() + "/");
     EXPECT_TRUE(screen().indicators.click(IndicatorButton::resetFilterButton));
     settle();
@@ -125,7 +125,7 @@ TEST_F(SearchLanguage, WhatIsNotReadOrdersAndTestsNothing) {
     home_.file("bb");
     home_.file("bbb");
     startWith();
-    type(u"b \\n:d \\s>1T");
+    type(u"b \\pl:d \\s>1G");
     EXPECT_EQ(names(), (std::vector<std::string>{"bb", "bbb"}));
     screen().indicators.click(IndicatorButton::enableMetadata);
     settle();
