@@ -17,7 +17,7 @@ QString inPlainSymbols(QString text) {
     constexpr QChar kNoWidth(0x200B);
     constexpr std::pair<char32_t, char16_t> kSymbols[] = {
         {U'✨', u'★'}, {U'📎', u'⚙'}, {U'👁', u'◉'}, {U'👤', u'☺'},
-        {U'👥', u'☻'}, {U'🔒', u'⚿'}, {U'🔗', u'∞'},
+        {U'👥', u'☻'}, {U'🔒', u'▣'}, {U'🔗', u'∞'},
     };
     for (const auto& [picture, symbol] : kSymbols) {
         const QString old = QString::fromUcs4(&picture, 1);
@@ -91,18 +91,25 @@ void RowPainter::drawAttributes(QPainter& painter, const RowLine& attributes, bo
     QString text = plainText(attributes.text, theme_->hasControlPictures);
     if (!theme_->hasPictures) text = inPlainSymbols(text);
     constexpr int kLargest = 12, kSmallest = 10;
-    int pixels = kLargest;
-    QFont marked = Theme::attributeFont(theme_->info13, pixels, true);
-    while (pixels > kSmallest && QFontMetricsF(marked).horizontalAdvance(text) > width)
-        marked = Theme::attributeFont(theme_->info13, --pixels, true);
-    const QFontMetricsF metrics(marked);
-    const Line line{Theme::attributeFont(theme_->info13, pixels, false), marked,
-                    selected ? theme_->selectedPath : theme_->info,
-                    selected ? theme_->selectedText : theme_->accent, Qt::LeftToRight};
-    const MarkedText shown = elidedAroundMarks(
-        {text, attributes.highlights}, width,
-        [&metrics](const QString& part) { return metrics.horizontalAdvance(part); });
-    drawLine(painter, shown, line, x, y, width);
+    for (int pixels = kLargest; pixels >= kSmallest; --pixels) {
+        const QFont plain = Theme::attributeFont(theme_->info13, pixels, false);
+        const QFont marked = Theme::attributeFont(theme_->info13, pixels, true);
+        const QFontMetricsF plainMetrics(plain), markedMetrics(marked);
+        double needed = plainMetrics.horizontalAdvance(text);
+        for (const TextRange& mark : attributes.highlights) {
+            const QString part = text.mid(int(mark.location), int(mark.length));
+            needed += markedMetrics.horizontalAdvance(part) - plainMetrics.horizontalAdvance(part);
+        }
+        if (needed > width && pixels > kSmallest) continue;
+        const Line line{plain, marked, selected ? theme_->selectedPath : theme_->info,
+                        selected ? theme_->selectedText : theme_->accent, Qt::LeftToRight};
+        MarkedText shown{text, attributes.highlights};
+        if (needed > width)
+            shown = elidedAroundMarks(shown, width, [&markedMetrics](const QString& part) {
+                return markedMetrics.horizontalAdvance(part);
+            });
+        return drawLine(painter, shown, line, x, y, width);
+    }
 }
 
 void RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x,
