@@ -16,6 +16,7 @@
 #include "searchmodes/rankStringInSearchMode.h"
 #include "support/PlainCache.h"
 #include "util/ProcessFlags.h"
+#include "util/Unicode.h"
 
 namespace {
 
