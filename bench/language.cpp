@@ -52,7 +52,7 @@ double searchOnce(Cache& cache, std::u16string_view query, unsigned threads, int
 int main(int argc, char** argv) {
     unsigned threads = 2;
     int repeats = 5;
-    for (int option; (option = getopt(argc, argv, "t:n:")) != -1;) {
+    for (int option; (option = getopt(argc, argv, "+t:n:")) != -1;) {
         if (option == 't')
             threads = static_cast<unsigned>(std::max(1, std::atoi(optarg)));
         else if (option == 'n')
