@@ -61,6 +61,7 @@ struct Desktop {
                           .field = window.field(),
                           .table = window.table(),
                           .infoBar = window.infoBar(),
+                          .indicators = window.indicators(),
                           .alerts = alerts},
                 .keyEvents = keyEvents,
                 .quitProgress = quitProgress,

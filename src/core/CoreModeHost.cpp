@@ -1,6 +1,7 @@
 #include "core/CoreModeHost.h"
 
 #include "core/HidingGuard.h"
+#include "core/Indicators.h"
 #include "core/ModeSwitcher.h"
 #include "core/ProjectSwitcher.h"
 #include "core/ResultTableController.h"
@@ -62,6 +63,15 @@ void CoreModeHost::updateTextsOfCurrentMode() {
     const std::string info = mode->infoString();  // first: it finds out what the tool tip tells
     parts_->messages.setRestingText(info, mode->infoTooltip());
     updateFreshness();
+    updateSearchCriterionIndicators();
+}
+
+void CoreModeHost::updateSearchCriterionIndicators() {
+    parts_->indicators.updateSearchCriterionIndicators();
+}
+
+void CoreModeHost::error(const std::string& text) {
+    parts_->messages.error(text);
 }
 
 void CoreModeHost::updateFreshness() {

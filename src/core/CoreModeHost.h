@@ -3,12 +3,14 @@
 #include "modes/framework/ModeHost.h"
 #include "platform/Appearance.h"
 #include "screen/Alerts.h"
+#include "screen/IndicatorsView.h"
 #include "screen/InfoBarView.h"
 #include "screen/ResultTableView.h"
 #include "screen/SearchFieldView.h"
 #include "screen/WindowView.h"
 
 class HidingGuard;
+class Indicators;
 class ModeSwitcher;
 class ProjectSwitcher;
 class ResultTableController;
@@ -25,6 +27,7 @@ class CoreModeHost : public ModeHost {
         SearchFieldView& field;
         ResultTableView& table;
         InfoBarView& infoBar;
+        IndicatorsView& indicators;
         Alerts& alerts;
     };
     /// The parts that need the host themselves.
@@ -32,6 +35,7 @@ class CoreModeHost : public ModeHost {
         UserMessages& messages;
         ResultTableController& table;
         SearchFieldController& field;
+        Indicators& indicators;
         ScanRefresh& scanRefresh;
         HidingGuard& guard;
         ModeSwitcher& modeSwitcher;
@@ -54,6 +58,8 @@ class CoreModeHost : public ModeHost {
                                                  const ChangedRows& forRows) override;
     void adjustWindowHeight() override;
     void updateTextsOfCurrentMode() override;
+    void updateSearchCriterionIndicators() override;
+    void error(const std::string& text) override;
     void updateSearchFieldWithEmptySearchString() override;
     /// What it says of the index, as often as there is something new.
     void setFreshnessSource(std::function<Freshness()> source) { freshness_ = std::move(source); }

@@ -66,7 +66,7 @@ void ModeSwitcher::showText(TRVMode& mode) {
         parts_.field.updateSearchFieldWithEmptySearchString();
         return;
     }
-    parts_.field.updateSearchString(mode.searchString());
+    parts_.field.updateSearchFieldWithSearchString(mode.searchString());
     parts_.field.selectText();  // so that the next key replaces it
 }
 

@@ -2,6 +2,10 @@
 
 #include "core/ResultTableController.h"
 #include "screen/InfoBarView.h"
+#include "searchmodes/Decomposition.h"
+#include "searchmodes/MetaDataCalendar.h"
+#include "searchmodes/MetaDataSearch.h"
+#include "util/ProcessFlags.h"
 #include "util/Unicode.h"
 #include "util/log.h"
 #include "util/queues/MainQueue.h"
@@ -20,8 +24,20 @@ void SearchFieldController::selectionChanged(TextRange selection) {
     searchFieldCursorDidChange(selection, textChanged);
 }
 
-void SearchFieldController::searchFieldCursorDidChange(TextRange, bool textChanged) {
-    if (textChanged) searchStringDidChange();
+void SearchFieldController::searchFieldCursorDidChange(TextRange selection, bool textChanged) {
+    if (textChanged) {
+        searchStringDidChange();
+        selection = field_.selection();  // composed characters are fewer
+    }
+    showMessageFor(selection);
+}
+
+void SearchFieldController::showMessageFor(TextRange selection) {
+    const RangeMessage* message = rangeMessages_.messageToShow(selection, field_.text().size());
+    if (message)
+        showMarqueeInfoField(message->message);
+    else
+        hideMarqueeInfoField();
 }
 
 void SearchFieldController::searchStringDidChange() {
@@ -31,6 +47,7 @@ void SearchFieldController::searchStringDidChange() {
     {
         const CursorUpdatePause pause(*this);
         const std::u16string text = field_.text();
+        forgetMessages();
         if (isBlank(text)) showEmptyState(*mode);
         if (!text.empty()) updateSearchFieldWithSearchString(nfc(text));
         mode->updateNumberOfAdditionalRows();
@@ -72,11 +89,38 @@ void SearchFieldController::updateSearchString(const std::u16string& string) {
 }
 
 void SearchFieldController::updateSearchFieldWithSearchString(const std::u16string& string) {
+    TRVMode* mode = host_.currentMode();
+    const bool listsFiles = mode && (mode->identifier() & kFileModes);
+    const auto parser = [weekday = metaDataCalendar::currentFirstWeekday()](auto term) {
+        return MetaDataSearch::parseWord(term, weekday);
+    };
+    Decomposition made = decompose(string, {.processMetadata = processFlags.processMetadata,
+                                            .listsFiles = listsFiles,
+                                            .parser = parser});
     updateSearchString(string);
+    if (mode) mode->visibleAttributes() = std::move(made.visibleAttributes);
+    rangeMessages_ = std::move(made.rangeMessages);
+    needsMetadata_ = made.needsMetadata;
+    field_.setStyles(made.styles);
+    host_.updateSearchCriterionIndicators();
+}
+
+void SearchFieldController::refreshStyles() {
+    const CursorUpdatePause pause(*this);
+    if (isSearchFieldEmpty()) return;
+    updateSearchFieldWithSearchString(nfc(field_.text()));
+    showMessageFor(field_.selection());
+}
+
+void SearchFieldController::forgetMessages() {
+    rangeMessages_.clearMessageRanges();
+    needsMetadata_ = false;
 }
 
 void SearchFieldController::updateSearchFieldWithEmptySearchString() {
     updateSearchString({});
+    forgetMessages();
+    hideMarqueeInfoField();
     TRVMode* mode = host_.currentMode();
     if (!mode) return;
     mode->visibleAttributes().clear();
@@ -106,7 +150,7 @@ void SearchFieldController::updatePlaceholder() {
         field_.setPlaceholder(mode->searchFieldPlaceholderText());
 }
 
-void SearchFieldController::showMarqueeInfoField(const std::string& text) {
+void SearchFieldController::showMarqueeInfoField(const StyledText& text) {
     infoBar_.setMarquee(text);
 }
 

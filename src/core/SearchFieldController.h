@@ -5,6 +5,7 @@
 
 #include "modes/framework/ModeHost.h"
 #include "screen/SearchFieldView.h"
+#include "searchmodes/RangeMessages.h"
 
 class InfoBarView;
 class ResultTableController;
@@ -22,7 +23,10 @@ class SearchFieldController {
     void searchStringDidChange();
     /// Shows a text without searching for it.
     void updateSearchString(const std::u16string& string);
+    /// The same, each term in its own colour; what is to be said about them is kept.
     void updateSearchFieldWithSearchString(const std::u16string& string);
+    /// The same text once more: what terms may be has changed.
+    void refreshStyles();
     void updateSearchFieldWithEmptySearchString();
     /// The first Escape: an empty field and an empty list.
     void clear();
@@ -34,7 +38,9 @@ class SearchFieldController {
     void enableSearchField() { field_.setEnabled(true); }
     void disableSeachField() { field_.setEnabled(false); }
     bool isSearchFieldEnabled() const { return field_.isEnabled(); }
-    void showMarqueeInfoField(const std::string& text);
+    /// A term asks for metadata, which is not read.
+    bool needsMetadata() const { return needsMetadata_; }
+    void showMarqueeInfoField(const StyledText& text);
     void hideMarqueeInfoField();
 
     /// For as long as it lives, changes of text and cursor are the program's own.
@@ -54,11 +60,15 @@ class SearchFieldController {
   private:
     void searchFieldCursorDidChange(TextRange selection, bool searchStringDidChange);
     void showEmptyState(TRVMode& mode);
+    void showMessageFor(TextRange selection);
+    void forgetMessages();
 
     SearchFieldView& field_;
     InfoBarView& infoBar_;
     ModeHost& host_;
     ResultTableController& table_;
+    RangeMessages rangeMessages_;
+    bool needsMetadata_ = false;
     int cursorUpdatePauses_ = 0;
     // As the last change left them.
     std::u16string previousSearchString_;

@@ -8,6 +8,8 @@
 #include "modes/framework/Notifications.h"
 #include "modes/rowText.h"
 #include "platform/FileTypes.h"
+#include "searchmodes/MetaDataSearch.h"
+#include "searchmodes/RegexSearch.h"
 #include "searchmodes/rankStringInSearchMode.h"
 #include "searchmodes/rowComparison.h"
 #include "util/Unicode.h"
@@ -67,6 +69,11 @@ RankRequest TRVSearchMode::makeRequest(const std::u16string& string) {
                         ? kNoResultLimit
                         : resultLimit(settings.integerForKey("maxResultsetSize"));
     request.abortSearch = &abortSearchFlag();
+    request.pathFilter = livePathFilter().copy();
+    request.makeRegexEngine = RegexSearch::maker(request.searchString, request.abortSearch);
+    // Also while metadata is not read: its terms count, though they test nothing then.
+    request.makeMetadataEngine =
+        MetaDataSearch::engineMaker(request.searchString, World::current().clock().time());
     return request;
 }
 
@@ -215,8 +222,21 @@ void TRVSearchMode::readFilteredItems(FunctionRef<void(const match_array_t&)> bl
     });
 }
 
+namespace {
+
+std::vector<RowLine> linesOf(const match_t& match, const AttributeDisplay& display) {
+    const fs_item_metadata* metadata = match.item->metadata;
+    return metadata
+               ? attributeLines(*metadata, display,
+                                match.matchingCriterions ? &*match.matchingCriterions : nullptr)
+               : std::vector<RowLine>();
+}
+
+}  // namespace
+
 std::vector<RowContent> TRVSearchMode::rowContents(size_t first, size_t count) {
     std::vector<RowContent> rows;
+    const auto display = attributeDisplay();
     readFilteredItems([&](const match_array_t& matches) {
         for (size_t row = first; row < matches.size() && rows.size() < count; row++) {
             if (!matches[row]) continue;
@@ -227,6 +247,7 @@ std::vector<RowContent> TRVSearchMode::rowContents(size_t first, size_t count) {
                             match.indexesInFilename));
             content.iconName = fileTypes_.iconNameForItem(folder.appending(match.item->nameView()),
                                                           match.item->type);
+            if (display) content.attributes = linesOf(match, *display);
             content.isLink = (match.item->type & ITEM_SYMLINK) != 0;
         }
     });

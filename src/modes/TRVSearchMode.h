@@ -45,6 +45,11 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     std::shared_ptr<const Project> currentProject() const { return currentProject_.value(); }
     /// Main thread: the search text goes, and the project's index is brought up. Null: no project.
     void setCurrentProject(std::shared_ptr<const Project> project);
+    /// Puts a changed copy of the current project in its place: what is shown of it changes, not
+    /// what is in its index. Main thread.
+    void changeCurrentProject(FunctionRef<void(Project&)> change);
+    /// Writes the projects to the settings. Main thread.
+    void storeProjects();
     Observable<std::shared_ptr<const Project>>& observableCurrentProject() {
         return currentProject_;
     }
@@ -133,6 +138,8 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     void updatePathCachesAfterRename(const FileURL&, const FileURL&) override {}
 
   private:
+    /// Or an earlier or later copy of it.
+    bool isCurrent(const std::shared_ptr<const Project>& project) const;
     struct Outcome {
         bool valid = false;
         ChangedRows rows = std::nullopt;

@@ -130,8 +130,7 @@ void TRVSearchMode::scanEnded(const std::shared_ptr<const Project>& project,
     logInfo("Done. Scanned %ld files, found %llu files.", static_cast<long>(scanned_),
             static_cast<unsigned long long>(cache ? cache->count() : 0));
     // What happened since the scan began is told again, so nothing is lost.
-    if (currentProject() == project && !abortScan_)
-        addFSObserversForProject(project, eventIdAtStart);
+    if (isCurrent(project) && !abortScan_) addFSObserversForProject(project, eventIdAtStart);
     scanCompleted_.emit();
 }
 
@@ -166,7 +165,7 @@ void TRVSearchMode::removeFSObserversForProject(const Project* project) {
 
 void TRVSearchMode::resumeFSObservers(const std::shared_ptr<const Project>& project) {
     MainQueue::async([this, project] {
-        if (currentProject() != project) return;
+        if (!isCurrent(project)) return;
         addFSObserversForProject(
             project, caches_.leftAt(*project).value_or(project->lastEventStreamEventId));
     });
@@ -174,7 +173,7 @@ void TRVSearchMode::resumeFSObservers(const std::shared_ptr<const Project>& proj
 
 void TRVSearchMode::scanParameterModified(const std::shared_ptr<const Project>& project) {
     const auto current = currentProject();
-    if (project && project != current) return;
+    if (project && !isCurrent(project)) return;
     if (project) {
         removeCacheForProject(*project);
     } else {

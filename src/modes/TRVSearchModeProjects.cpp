@@ -80,7 +80,36 @@ void TRVSearchMode::currentProjectDidChange(const std::shared_ptr<const Project>
         host().adjustWindowHeight();
     }
     host().updateTextsOfCurrentMode();
-    switchModeQueue().async([this, project] { triggerScanProject(project); });
+    switchModeQueue().async([this, project] {
+        forgetPathFilter();  // its folders were of the other project
+        MainQueue::async([this] { host().updateSearchCriterionIndicators(); });
+        triggerScanProject(project);
+    });
+}
+
+void TRVSearchMode::changeCurrentProject(FunctionRef<void(Project&)> change) {
+    const auto old = currentProject();
+    if (!old) return;
+    auto changed = std::make_shared<Project>(*old);
+    change(*changed);
+    for (auto& each : projects_)
+        if (each->uuid == changed->uuid) each = changed;
+    currentProject_.replace(std::move(changed));
+}
+
+void TRVSearchMode::storeProjects() {
+    auto& settings = OVUserDefaults::sharedInstance();
+    nlohmann::json list = nlohmann::json::array();
+    for (const auto& project : projects_) list.push_back(project->dictionaryRepresentation());
+    settings.setObject(std::move(list), "projects");
+    const auto project = currentProject();
+    if (project && project->isVirtualProject())  // it is in no list
+        settings.setObject(project->dictionaryRepresentation(), "currentProject");
+}
+
+bool TRVSearchMode::isCurrent(const std::shared_ptr<const Project>& project) const {
+    const auto current = currentProject();
+    return project == current || (project && current && project->uuid == current->uuid);
 }
 
 bool TRVSearchMode::createVirtualProjectFromPath(const FileURL& path) {

@@ -2,6 +2,8 @@
 #include <optional>
 #include <string>
 
+#include "screen/StyledText.h"
+
 /// The line at the bottom of the window. Plain text. Main thread.
 class InfoBarView {
   public:
@@ -17,7 +19,7 @@ class InfoBarView {
     virtual void setScanning(bool scanning) = 0;
     virtual void setSearching(bool searching) = 0;
     /// A message over the bar, moving if it is longer than that; none: the bar is seen.
-    virtual void setMarquee(const std::optional<std::string>& text) = 0;
+    virtual void setMarquee(const std::optional<StyledText>& text) = 0;
     /// How much of the window's width at the right end is for buttons.
     virtual void setInset(double width) = 0;
 };

@@ -4,6 +4,13 @@
 
 #include "screen/Geometry.h"
 
+/// A line below name and path.
+struct RowLine {
+    std::string text = {};
+    std::vector<TextRange> highlights = {};
+    friend bool operator==(const RowLine&, const RowLine&) = default;
+};
+
 /// What one row of the result table shows. Texts are UTF-8 that can be shown as they are (control
 /// and direction characters are visible marks); ranges count UTF-16 units of their text.
 struct RowContent {
@@ -12,6 +19,7 @@ struct RowContent {
     std::vector<TextRange> nameHighlights = {};
     std::string path = {};  // second line: the folder
     std::vector<TextRange> pathHighlights = {};
+    std::vector<RowLine> attributes = {};
     bool isLink = false;
     bool isMarked = false;
 };

@@ -1,8 +1,10 @@
 #pragma once
 #include <string>
+#include <vector>
 
 #include "screen/Geometry.h"
 #include "screen/KeyEvent.h"
+#include "screen/StyledText.h"
 
 /// Who is told what the user does in the search field. Main thread.
 class SearchFieldViewDelegate {
@@ -21,6 +23,9 @@ class SearchFieldView {
     virtual void setDelegate(SearchFieldViewDelegate* delegate) = 0;
     virtual std::u16string text() const = 0;
     virtual void setText(const std::u16string& text) = 0;
+    /// How parts of the text look, ascending; what is between them is plain. Holds for the text of
+    /// this moment. Leaves text, cursor and selection alone.
+    virtual void setStyles(const std::vector<StyledRange>& styles) = 0;
     virtual void setPlaceholder(const std::string& text) = 0;
     virtual TextRange selection() const = 0;
     virtual void setSelection(TextRange range) = 0;

@@ -7,15 +7,14 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "index/ItemPathFilter.h"
 #include "searchmodes/IndexSet.h"
 #include "util/Relaxed.h"
 
-class FileURL;
 struct RankedItem;
 struct fs_item_metadata;
 
-/// The engines beside the fuzzy one, and the live path filter, as ranking needs them. Each worker
-/// makes its own engines.
+/// The engines beside the fuzzy one, as ranking needs them. Each worker makes its own.
 class RegexEngine {
   public:
     virtual ~RegexEngine() = default;
@@ -36,13 +35,6 @@ class MetadataEngine {
     virtual int compare(const RankedItem&, const RankedItem&) const { return 0; }
 };
 
-class ItemPathFilter {
-  public:
-    virtual ~ItemPathFilter() = default;
-    virtual bool hasRules() const = 0;
-    virtual bool isPathExcluded(const FileURL& path) const = 0;
-};
-
 /// What one search looks for: read before its section, then only read.
 struct RankRequest {
     std::u16string searchString;  // diacritics removed where they are to be ignored
@@ -53,7 +45,7 @@ struct RankRequest {
     bool ignoreDiacritics = false;
     bool processMetadata = false;
     std::optional<std::unordered_set<std::string>> extensionFilter = {};
-    const ItemPathFilter* pathFilter = nullptr;
+    std::shared_ptr<const ItemPathFilter> pathFilter = {};
     std::function<std::unique_ptr<RegexEngine>(std::u16string_view)> makeRegexEngine = {};
     std::function<std::unique_ptr<MetadataEngine>(std::u16string_view)> makeMetadataEngine = {};
     unsigned numberOfThreads = 1;

@@ -28,7 +28,10 @@ class RankWorker {
     uint64_t total() const { return total_; }
     /// In the order of the rows.
     const std::vector<RankedItem>& best() const { return best_.items(); }
-    RowOrder order() const { return RowOrder(metadata_.get()); }
+    /// What is not read orders nothing.
+    RowOrder order() const {
+        return RowOrder(request_.processMetadata ? metadata_.get() : nullptr);
+    }
     /// Positions and criteria for a row that is kept.
     match_ptr makeMatch(const RankedItem& ranked);
 

@@ -83,6 +83,11 @@ class Observable {
         std::lock_guard lock(mutex_);
         return value_;
     }
+    /// A value that stands for the same thing: nobody is told.
+    void replace(T value) {
+        std::lock_guard lock(mutex_);
+        value_ = std::move(value);
+    }
     void set(T value) {
         T old;
         {

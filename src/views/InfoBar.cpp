@@ -1,5 +1,6 @@
 #include "views/InfoBar.h"
 
+#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QTimerEvent>
@@ -12,6 +13,7 @@
 namespace {
 constexpr int kInset = 15;
 constexpr int kRing = 10;
+constexpr int kButtonsRight = 12, kBeforeButtons = 8;
 constexpr int kBeforeRing = 200;  // milliseconds: what is shorter needs no ring
 constexpr int kFrame = 40;        // milliseconds
 constexpr int kStep = 18;         // degrees a frame: once around in 0.8 s
@@ -19,14 +21,15 @@ constexpr double kMarqueeStep = 1.6, kMarqueeGap = 60;
 constexpr int kMarqueeRest = 40;  // frames in which its beginning can be read
 }  // namespace
 
-InfoBar::InfoBar() {
+InfoBar::InfoBar() : indicators_(new IndicatorRow(this, [this] { layOut(); })) {
     setFixedHeight(kHeight);
     setAccessibleName(QStringLiteral("Status"));
 }
 
 void InfoBar::setTheme(const Theme* theme) {
     theme_ = theme;
-    if (marquee_) marqueeWidth_ = QFontMetricsF(theme_->info13).horizontalAdvance(*marquee_);
+    makePieces();
+    indicators_->setTheme(theme);
     moveWhileSeen();
     update();
 }
@@ -89,18 +92,48 @@ void InfoBar::busyChanged(bool wasBusy) {
     update();
 }
 
-void InfoBar::setMarquee(const std::optional<std::string>& text) {
-    std::optional<QString> shown;
-    if (text) shown = plainText(*text, theme_ && theme_->hasControlPictures);
-    if (shown == marquee_) return;
-    marquee_ = std::move(shown);
-    if (marquee_) setAccessibleDescription(*marquee_);
+void InfoBar::setMarquee(const std::optional<StyledText>& text) {
+    if (text == marquee_) return;
+    marquee_ = text;
+    setAccessibleDescription(marquee_ ? plainText(plainText(*marquee_)) : text_);
     marqueeOffset_ = 0;
     marqueeRest_ = kMarqueeRest;
-    marqueeWidth_ =
-        marquee_ && theme_ ? QFontMetricsF(theme_->info13).horizontalAdvance(*marquee_) : 0;
+    makePieces();
     moveWhileSeen();
     update();
+}
+
+void InfoBar::makePieces() {
+    pieces_.clear();
+    marqueeWidth_ = 0;
+    if (!marquee_ || !theme_) return;
+    QFont strong = theme_->info13;
+    strong.setWeight(QFont::Bold);
+    QFont token = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    token.setPixelSize(strong.pixelSize());
+    token.setWeight(QFont::Bold);
+    for (const StyledSpan& span : *marquee_) {
+        using Look = StyledSpan::Look;
+        const QFont& font = span.look == Look::plain    ? theme_->info13
+                            : span.look == Look::strong ? strong
+                                                        : token;
+        const QString text = plainText(span.text, theme_->hasControlPictures);
+        pieces_.push_back({text, font, span.look == Look::token ? theme_->token : theme_->fieldText,
+                           QFontMetricsF(font).horizontalAdvance(text)});
+        marqueeWidth_ += pieces_.back().width;
+    }
+}
+
+void InfoBar::layOut() {
+    const int needed = indicators_->neededWidth();
+    indicators_->setGeometry(width() - kButtonsRight - needed, 0, needed, height());
+    moveWhileSeen();
+    update();
+}
+
+int InfoBar::rightInset() const {
+    const int needed = indicators_->neededWidth();
+    return std::max({kInset, inset_, needed > 0 ? needed + kButtonsRight + kBeforeButtons : 0});
 }
 
 void InfoBar::setInset(double width) {
@@ -144,11 +177,11 @@ void InfoBar::timerEvent(QTimerEvent* event) {
 }
 
 QRect InfoBar::ringPlace() const {
-    return {width() - kInset - kRing, (height() - kRing) / 2 - 1, kRing, kRing};
+    return {width() - rightInset() - kRing, (height() - kRing) / 2 - 1, kRing, kRing};
 }
 
 QRect InfoBar::textPlace() const {
-    const int right = std::max(inset_, hasRing_ ? kInset + kRing + kInset / 2 : kInset);
+    const int right = rightInset() + (hasRing_ ? kRing + kInset / 2 : 0);
     return {kInset, -2, std::max(0, width() - kInset - right - freshnessWidth()), height()};
 }
 
@@ -167,12 +200,19 @@ void InfoBar::paintMarquee(QPainter& painter) const {
     const QRect place = textPlace();
     painter.save();
     painter.setClipRect(place);
-    painter.setPen(theme_->fieldText);
+    const QFontMetricsF metrics(theme_->info13);
+    const double baseLine =
+        place.top() + (place.height() + metrics.ascent() - metrics.descent()) / 2;
     const bool moves = marqueeWidth_ > place.width();
     for (double x = place.left() - marqueeOffset_; x < place.right();
          x += marqueeWidth_ + kMarqueeGap) {
-        painter.drawText(QRectF(x, place.top(), marqueeWidth_ + 1, place.height()),
-                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, *marquee_);
+        double left = x;
+        for (const MarqueePiece& piece : pieces_) {
+            painter.setFont(piece.font);
+            painter.setPen(piece.colour);
+            painter.drawText(QPointF(left, baseLine), piece.text);
+            left += piece.width;
+        }
         if (!moves) break;
     }
     painter.restore();

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "screen/InfoBarView.h"
+#include "views/IndicatorRow.h"
 
 struct Theme;
 
@@ -16,6 +17,8 @@ class InfoBar : public QWidget, public InfoBarView {
     InfoBar();
     void setTheme(const Theme* theme);
 
+    IndicatorsView& indicators() { return *indicators_; }
+
     // InfoBarView
     void setText(const std::string& text) override;
     void setToolTip(const std::string& text) override;
@@ -23,7 +26,7 @@ class InfoBar : public QWidget, public InfoBarView {
     void setErrorLook(bool isError) override;
     void setScanning(bool scanning) override;
     void setSearching(bool searching) override;
-    void setMarquee(const std::optional<std::string>& text) override;
+    void setMarquee(const std::optional<StyledText>& text) override;
     void setInset(double width) override;
 
   protected:
@@ -31,11 +34,20 @@ class InfoBar : public QWidget, public InfoBarView {
     void timerEvent(QTimerEvent* event) override;
     void showEvent(QShowEvent*) override { moveWhileSeen(); }
     void hideEvent(QHideEvent*) override { moveWhileSeen(); }
-    void resizeEvent(QResizeEvent*) override { moveWhileSeen(); }
+    void resizeEvent(QResizeEvent*) override { layOut(); }
 
   private:
+    struct MarqueePiece {
+        QString text;
+        QFont font;
+        QColor colour;
+        double width;
+    };
+    void makePieces();
     bool isBusy() const { return isScanning_ || isSearching_; }
     void busyChanged(bool wasBusy);
+    void layOut();
+    int rightInset() const;
     void moveWhileSeen();
     QRect ringPlace() const;
     QRect textPlace() const;
@@ -43,6 +55,7 @@ class InfoBar : public QWidget, public InfoBarView {
     void paintMarquee(QPainter& painter) const;
     void paintRing(QPainter& painter) const;
 
+    IndicatorRow* const indicators_;  // a child
     const Theme* theme_ = nullptr;
     void showToolTip();
     int freshnessWidth() const;
@@ -50,7 +63,8 @@ class InfoBar : public QWidget, public InfoBarView {
     QString ownToolTip_, freshnessToolTip_, freshness_;
     QString text_;
     bool isError_ = false;
-    std::optional<QString> marquee_;
+    std::optional<StyledText> marquee_;
+    std::vector<MarqueePiece> pieces_;  // of the marquee, as they are drawn
     double marqueeWidth_ = 0, marqueeOffset_ = 0;
     int marqueeRest_ = 0;  // frames until it moves
     int inset_ = 0;

@@ -9,7 +9,24 @@
 namespace {
 
 constexpr double kSelectionInset = 5, kSelectionRadius = 7;
+constexpr double kAttributeLine = 20;
 constexpr double kMarkedDot = 8, kMarkedRoom = 16;
+
+/// For desktops without a font of coloured pictures. As long as before, in units.
+QString inPlainSymbols(QString text) {
+    constexpr QChar kNoWidth(0x200B);
+    constexpr std::pair<char32_t, char16_t> kSymbols[] = {
+        {U'✨', u'★'}, {U'📎', u'⚙'}, {U'👁', u'◉'}, {U'👤', u'☺'},
+        {U'👥', u'☻'}, {U'🔒', u'▣'}, {U'🔗', u'∞'},
+    };
+    for (const auto& [picture, symbol] : kSymbols) {
+        const QString old = QString::fromUcs4(&picture, 1);
+        QString plain{QChar(symbol)};
+        if (old.size() == 2) plain += kNoWidth;
+        text.replace(old, plain);
+    }
+    return text.replace(QChar(0xFE0F), kNoWidth);  // asks for a picture
+}
 
 void layOut(QTextLayout& layout) {
     layout.beginLayout();
@@ -64,6 +81,35 @@ void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& co
         {plainText(content.path, theme_->hasControlPictures), content.pathHighlights}, width,
         widthOf(pathMetrics_)));
     drawLine(painter, shownPath, path, x, row.top() + 39, width);
+    double y = row.top() + 39;
+    for (const RowLine& attributes : content.attributes)
+        drawAttributes(painter, attributes, selected, x, y += kAttributeLine, width);
+}
+
+void RowPainter::drawAttributes(QPainter& painter, const RowLine& attributes, bool selected,
+                                double x, double y, double width) {
+    QString text = plainText(attributes.text, theme_->hasControlPictures);
+    if (!theme_->hasPictures) text = inPlainSymbols(text);
+    constexpr int kLargest = 12, kSmallest = 10;
+    for (int pixels = kLargest; pixels >= kSmallest; --pixels) {
+        const QFont plain = Theme::attributeFont(theme_->info13, pixels, false);
+        const QFont marked = Theme::attributeFont(theme_->info13, pixels, true);
+        const QFontMetricsF plainMetrics(plain), markedMetrics(marked);
+        double needed = plainMetrics.horizontalAdvance(text);
+        for (const TextRange& mark : attributes.highlights) {
+            const QString part = text.mid(int(mark.location), int(mark.length));
+            needed += markedMetrics.horizontalAdvance(part) - plainMetrics.horizontalAdvance(part);
+        }
+        if (needed > width && pixels > kSmallest) continue;
+        const Line line{plain, marked, selected ? theme_->selectedPath : theme_->info,
+                        selected ? theme_->selectedText : theme_->accent, Qt::LeftToRight};
+        MarkedText shown{text, attributes.highlights};
+        if (needed > width)
+            shown = elidedAroundMarks(shown, width, [&markedMetrics](const QString& part) {
+                return markedMetrics.horizontalAdvance(part);
+            });
+        return drawLine(painter, shown, line, x, y, width);
+    }
 }
 
 void RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x,

@@ -1,8 +1,11 @@
 #include "views/SearchField.h"
 
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
+#include <QTextCharFormat>
+#include <algorithm>
 
 #include "views/MarkedText.h"
 #include "views/Theme.h"
@@ -53,6 +56,13 @@ class SearchField::Edit : public QLineEdit {
         colours.setColor(QPalette::Highlight, theme->selection);
         colours.setColor(QPalette::HighlightedText, theme->selectedText);
         setPalette(colours);
+        showStyles();
+    }
+
+    void setStyles(const std::vector<StyledRange>& styles) {
+        if (styles.empty() && styles_.empty()) return;
+        styles_ = styles;
+        showStyles();
     }
 
     SearchFieldViewDelegate* delegate = nullptr;
@@ -70,6 +80,12 @@ class SearchField::Edit : public QLineEdit {
         }
         return QLineEdit::event(event);
     }
+    void inputMethodEvent(QInputMethodEvent* event) override {
+        preedit_ = event->preeditString();
+        preeditAttributes_ = event->attributes();
+        QLineEdit::inputMethodEvent(event);
+        if (!styles_.empty()) showStyles();
+    }
     void paintEvent(QPaintEvent* event) override {
         QLineEdit::paintEvent(event);
         if (!theme_) return;
@@ -84,6 +100,43 @@ class SearchField::Edit : public QLineEdit {
         return delegate && delegate->searchFieldKeyDown(key);
     }
 
+    /// The one way to colour parts of a QLineEdit: as an input method marks what it composes.
+    /// Nothing is committed, and what is being composed stays as it is.
+    void showStyles() {
+        if (!theme_ || isReadOnly()) return;
+        QList<QInputMethodEvent::Attribute> attributes = preeditAttributes_;
+        const auto cursor = int(cursorPosition());
+        for (const StyledRange& each : styles_) {
+            QTextCharFormat format;
+            format.setForeground(colourOf(each.style));
+            // Places count from the cursor, and what is composed stands at the cursor.
+            const int begin = int(each.range.location) - cursor;
+            const int end = begin + int(each.range.length);
+            const int composed = int(preedit_.size());
+            const auto add = [&](int from, int to) {
+                if (from < to)
+                    attributes.append({QInputMethodEvent::TextFormat, from, to - from, format});
+            };
+            add(begin, std::min(end, 0));
+            add(std::max(begin, 0) + composed, end + composed);
+        }
+        QInputMethodEvent event(preedit_, attributes);
+        QLineEdit::inputMethodEvent(&event);
+    }
+    const QColor& colourOf(TermStyle style) const {
+        switch (style) {
+            case TermStyle::regexp:
+                return theme_->regexpTerm;
+            case TermStyle::error:
+                return theme_->errorTerm;
+            case TermStyle::incomplete:
+                return theme_->incompleteTerm;
+            case TermStyle::plain:
+                break;
+        }
+        return theme_->fieldText;
+    }
+
     /// One change comes as up to three signals, the first of which finds everything in place.
     void tellOfChange() {
         const TextRange now = selection();
@@ -95,6 +148,9 @@ class SearchField::Edit : public QLineEdit {
 
     const KeySymbols keySymbols_;
     const Theme* theme_ = nullptr;
+    std::vector<StyledRange> styles_;
+    QString preedit_;
+    QList<QInputMethodEvent::Attribute> preeditAttributes_;
     QString toldText_;
     TextRange toldSelection_;
 };
@@ -120,6 +176,10 @@ std::u16string SearchField::text() const {
 
 void SearchField::setText(const std::u16string& text) {
     edit_->setText(QString::fromStdU16String(text));
+}
+
+void SearchField::setStyles(const std::vector<StyledRange>& styles) {
+    edit_->setStyles(styles);
 }
 
 void SearchField::setPlaceholder(const std::string& text) {

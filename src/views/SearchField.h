@@ -22,6 +22,7 @@ class SearchField : public SearchFieldView {
     void setDelegate(SearchFieldViewDelegate* delegate) override;
     std::u16string text() const override;
     void setText(const std::u16string& text) override;
+    void setStyles(const std::vector<StyledRange>& styles) override;
     void setPlaceholder(const std::string& text) override;
     TextRange selection() const override;
     void setSelection(TextRange range) override;

@@ -23,6 +23,7 @@ class SearchWindow : public WindowView {
     SearchFieldView& field() { return *field_; }
     ResultTableView& table() { return *table_; }
     InfoBarView& infoBar() { return *infoBar_; }
+    IndicatorsView& indicators() { return infoBar_->indicators(); }
     QWidget* widget() { return &panel_; }
 
     // WindowView

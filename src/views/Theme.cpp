@@ -2,6 +2,8 @@
 
 #include <QFontDatabase>
 #include <QFontMetrics>
+#include <QGlyphRun>
+#include <QTextLayout>
 
 #include "views/Contrast.h"
 
@@ -29,6 +31,17 @@ QFont sized(QFont font, int pixels, QFont::Weight weight) {
     return font;
 }
 
+/// With whatever font stands in for the one that is asked for.
+bool canDraw(const QFont& font, const QString& text) {
+    QTextLayout layout(text, font);
+    layout.beginLayout();
+    layout.createLine();
+    layout.endLayout();
+    for (const QGlyphRun& run : layout.glyphRuns())
+        if (run.glyphIndexes().contains(0)) return false;
+    return true;
+}
+
 void setFonts(Theme& theme, const QFont& desktopFont) {
     const bool light = hasLightFace(desktopFont.family());
     const QFont::Weight thin = light ? QFont::Light : QFont::Normal;
@@ -40,6 +53,7 @@ void setFonts(Theme& theme, const QFont& desktopFont) {
     theme.pathMarkFont = sized(desktopFont, 14, marked);
     theme.info13 = sized(desktopFont, 13, QFont::Normal);
     constexpr QChar kPictureOfLineFeed(0x240A);
+    theme.hasPictures = canDraw(theme.info13, QString::fromUtf8("✨📎👤🔒"));
     theme.hasControlPictures = QFontMetrics(theme.nameFont).inFont(kPictureOfLineFeed);
 }
 
@@ -61,6 +75,9 @@ void setDarkColours(Theme& theme, const Hue& hsb) {
     theme.selectedPath = hsb(0.1, 1.0, 0.87);
     theme.info = hsb(0.15, 0.58);
     theme.error = QColor::fromHsvF(0.0F, 0.55F, 1.0F);
+    theme.regexpTerm = QColor::fromHsvF(0.36F, 0.45F, 0.85F);
+    theme.errorTerm = QColor::fromHsvF(0.0F, 0.55F, 1.0F);
+    theme.incompleteTerm = QColor::fromHsvF(0.10F, 0.65F, 1.0F);
     theme.accent = hsb(0.6, 0.95);
     theme.scroller = hsb(0.1, 0.8, 0.35);
 }
@@ -82,11 +99,18 @@ void setLightColours(Theme& theme, const Hue& hsb) {
     theme.selectedPath = QColor(255, 255, 255, 222);
     theme.info = hsb(0.15, 0.45);
     theme.error = QColor::fromHsvF(0.0F, 0.85F, 0.75F);
+    theme.regexpTerm = QColor::fromHsvF(0.36F, 0.95F, 0.50F);
+    theme.errorTerm = QColor::fromHsvF(0.0F, 0.85F, 0.75F);
+    theme.incompleteTerm = QColor::fromHsvF(0.08F, 1.0F, 0.72F);
     theme.accent = hsb(0.78, 0.80);
     theme.scroller = hsb(0.3, 0.3, 0.35);
 }
 
 }  // namespace
+
+QFont Theme::attributeFont(const QFont& desktopFont, int pixels, bool isMark) {
+    return sized(desktopFont, pixels, isMark ? QFont::DemiBold : QFont::Normal);
+}
 
 Theme Theme::make(double hue, bool dark, const QFont& desktopFont) {
     Theme theme;
@@ -98,8 +122,10 @@ Theme Theme::make(double hue, bool dark, const QFont& desktopFont) {
         setLightColours(theme, hsb);
     // Yellow and green are lighter than blue of the same brightness.
     theme.selection = contrast::groundFor(theme.selectedPath, theme.selection);
-    for (QColor* text : {&theme.placeholder, &theme.info, &theme.accent})
+    for (QColor* text : {&theme.placeholder, &theme.info, &theme.accent, &theme.regexpTerm,
+                         &theme.errorTerm, &theme.incompleteTerm})
         *text = contrast::textOn(theme.background, *text);
+    theme.token = theme.incompleteTerm;
     setFonts(theme, desktopFont);
     return theme;
 }

@@ -14,14 +14,20 @@ struct Theme {
     QColor name, nameMark, path, pathMark;
     QColor selection, selectedText, selectedPath, otherSelection;  // the last: without the keyboard
     QColor info, error, accent, scroller;
+    QColor regexpTerm, errorTerm, incompleteTerm;  // in the search field
+    QColor token;                                  // what can be typed
 
     /// The marks of matched letters are heavier than the text around them. Where the desktop's font
     /// has no light face, both are one step heavier.
     QFont field, nameFont, nameMarkFont, pathFont, pathMarkFont, info13;
     /// Whether the fonts can draw the pictures of control characters (U+2400 and on).
     bool hasControlPictures = false;
+    /// Whether some font of the desktop has the small pictures before metadata.
+    bool hasPictures = false;
 
     /// hue: from 0 to 1.
     static Theme make(double hue, bool dark, const QFont& desktopFont);
+    /// For a line of metadata; 10 to 12 pixels.
+    static QFont attributeFont(const QFont& desktopFont, int pixels, bool isMark);
     static constexpr double kOwnHue = 0.585;  // where no mode says another
 };

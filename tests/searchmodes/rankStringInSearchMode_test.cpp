@@ -129,11 +129,11 @@ TEST_F(Ranking, AsksThePathFilterForEachItem) {
         bool isPathExcluded(const FileURL& path) const override {
             return !path.hasPrefix(FileURL("/a"));
         }
-    } filter;
+    };
     for (const char* path : {"/a", "/b"}) cache_.add(path, ITEM_DIRECTORY);
     for (const char* path : {"/a/x", "/b/x"}) cache_.add(path, ITEM_FILE);
     RankRequest request{.searchString = u"x"};
-    request.pathFilter = &filter;
+    request.pathFilter = std::make_shared<OnlyBelowA>();
     const Found found = rank(request);
     ASSERT_EQ(found.rows->size(), 1u);
     EXPECT_EQ(found.total, 1);

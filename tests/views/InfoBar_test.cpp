@@ -1,5 +1,6 @@
 #include "views/InfoBar.h"
 
+#include <QAbstractButton>
 #include <QElapsedTimer>
 #include <QThread>
 
@@ -72,15 +73,40 @@ TEST_F(InfoBarTest, TheEndIsLeftToButtonsAndTheTextIsPlain) {
 TEST_F(InfoBarTest, AMessageStandsOverTheTextAndMovesIfItIsTooLong) {
     bar.setText("text");
     const QImage text = picture();
-    bar.setMarquee("short");
+    bar.setMarquee(StyledText{{"short"}});
     const QImage still = picture();
     EXPECT_NE(still, text);
     wait(300);
     EXPECT_EQ(picture(), still);
-    bar.setMarquee(std::string(200, 'm') + " end");
+    bar.setMarquee(StyledText{{std::string(200, 'm')}, {" end", StyledSpan::Look::token}});
     const QImage beginning = picture();
     for (int i = 0; i < 60 && picture() == beginning; ++i) wait(50);
     EXPECT_NE(picture(), beginning);
     bar.setMarquee(std::nullopt);
     EXPECT_EQ(picture(), text);
+}
+
+TEST_F(InfoBarTest, ButtonsTakeTheirRoomFromTheTextAndTellOfClicks) {
+    struct Listener : IndicatorsViewDelegate {
+        std::vector<IndicatorButton> clicked;
+        void indicatorClicked(IndicatorButton button) override { clicked.push_back(button); }
+    } listener;
+    auto& row = *childrenOf<IndicatorRow>(bar).front();
+    row.setDelegate(&listener);
+    EXPECT_TRUE(row.buttons().empty());
+    row.setIndicator(IndicatorButton::showFolders, {.isShown = true, .isOn = true});
+    row.setIndicator(IndicatorButton::showFiles, {.isShown = true, .toolTip = "<b>Show Files"});
+    ASSERT_EQ(row.buttons().size(), 2u);
+    EXPECT_LT(row.buttons()[0]->x(), row.buttons()[1]->x());
+    EXPECT_EQ(row.buttons()[0]->accessibleName(), "<b>Show Files");
+    const QImage both = picture();
+    EXPECT_TRUE(hasInk(both, kWidth - 12 - 34, kWidth - 12 - 17));
+    bar.setText(std::string(300, 'm'));
+    EXPECT_FALSE(hasInk(picture(), kWidth - 12 - 34 - 1, kWidth - 12 - 34));
+    qobject_cast<QAbstractButton*>(row.buttons()[0])->click();
+    EXPECT_EQ(listener.clicked, std::vector{IndicatorButton::showFiles});
+    row.setIndicator(IndicatorButton::enableMetadata, {.isShown = true});
+    EXPECT_GT(row.buttons()[0]->width(), 60);
+    EXPECT_EQ(row.geometry().right(), kWidth - 12 - 1);
+    row.setDelegate(nullptr);
 }

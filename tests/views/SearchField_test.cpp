@@ -1,6 +1,7 @@
 #include "views/SearchField.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <utility>
@@ -93,6 +94,63 @@ TEST_F(SearchFieldTest, WhatAnInputMethodComposesIsNoTextYet) {
     EXPECT_EQ(field.text(), u"日");
     EXPECT_EQ(listener.selections, (std::vector<TextRange>{{1, 0}}));
     EXPECT_TRUE(listener.keys.empty());
+}
+
+TEST_F(SearchFieldTest, StylesColourTermsAndLeaveTextCursorAndCompositionAlone) {
+    field.widget()->resize(400, SearchField::kHeight);
+    parent.resize(400, SearchField::kHeight);
+    const auto pixelsOf = [&](const QColor& colour) {
+        const QImage image = field.widget()->grab().toImage();
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x) count += image.pixel(x, y) == colour.rgb();
+        return count;
+    };
+    field.setText(u"ab +mm +((");
+    field.setSelection({1, 4});
+    listener.selections.clear();
+    const std::vector<StyledRange> styles{{{4, 2}, TermStyle::regexp}, {{8, 2}, TermStyle::error}};
+    field.setStyles(styles);
+    EXPECT_EQ(field.text(), u"ab +mm +((");
+    EXPECT_EQ(field.selection(), (TextRange{1, 4}));
+    EXPECT_TRUE(listener.selections.empty());
+    field.setSelection({10, 0});
+    EXPECT_GT(pixelsOf(theme.errorTerm), 0);
+    const int atTheEnd = pixelsOf(theme.regexpTerm);
+    EXPECT_GT(atTheEnd, 0);
+    // The cursor stands elsewhere: the colours stand where they stood.
+    field.setSelection({2, 0});
+    field.setStyles(styles);
+    EXPECT_EQ(pixelsOf(theme.regexpTerm), atTheEnd);
+
+    QInputMethodEvent composing("xy", {});
+    QCoreApplication::sendEvent(field.widget(), &composing);
+    field.setStyles(styles);
+    EXPECT_NEAR(pixelsOf(theme.regexpTerm), atTheEnd, atTheEnd / 4);
+    QInputMethodEvent done;
+    done.setCommitString("z");
+    QCoreApplication::sendEvent(field.widget(), &done);
+    EXPECT_EQ(field.text(), u"abz +mm +((");
+    field.setStyles({});
+    EXPECT_EQ(pixelsOf(theme.regexpTerm), 0);
+}
+
+TEST_F(SearchFieldTest, ManyStylesAreNoBurden) {
+    std::u16string text;
+    std::vector<StyledRange> styles;
+    while (text.size() < 2000) {
+        styles.push_back({{text.size(), 3}, TermStyle::regexp});
+        text += u"+ab ";
+    }
+    field.setText(text);
+    QElapsedTimer timer;
+    timer.start();
+    for (int i = 0; i < 30; ++i) {
+        press(Qt::Key_C, "c");
+        field.setStyles(styles);
+        field.widget()->grab();
+    }
+    EXPECT_LT(timer.elapsed(), 1000);
 }
 
 TEST_F(SearchFieldTest, SelectionCountsUnits) {

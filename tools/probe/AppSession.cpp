@@ -35,6 +35,7 @@ AppSession::AppSession(const Start& start) {
                                                           .field = screen.field,
                                                           .table = screen.table,
                                                           .infoBar = screen.infoBar,
+                                                          .indicators = screen.indicators,
                                                           .alerts = screen.alerts},
                                                 .keyEvents = screen.keyEvents,
                                                 .quitProgress = screen.quitProgress,

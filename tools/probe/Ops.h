@@ -15,6 +15,10 @@ using Op = json(const Fields& request, Session& session);
 namespace ops {
 // functions_rank.cpp
 Op rank, split, fuzzy, compare;
+// functions_regex.cpp
+Op decompose, messageAt, pathfilter, regex;
+// functions_metadata.cpp
+Op metadataParse, metadataMatch, metadataSort, metadataCompare;
 // functions_rules.cpp
 Op rulePrepare, ruleStatus;
 // functions_text.cpp

@@ -104,6 +104,14 @@ json appToggle(const Fields&, Session& session) {
 }
 
 json appClick(const Fields& request, Session& session) {
+    SimulatedScreen& screen = session.appSession().screen();
+    if (request.find("button")) {
+        const auto* const name =
+            std::find(kIndicatorNames.begin(), kIndicatorNames.end(), request.word("button"));
+        if (name == kIndicatorNames.end()) request.illTyped("button", "a button's name");
+        const auto place = static_cast<size_t>(name - kIndicatorNames.begin());
+        return {{"clicked", screen.indicators.click(static_cast<IndicatorButton>(place))}};
+    }
     std::vector<size_t> rows;
     if (request.find("rows")) {
         for (const json& row : request.list("rows")) {
@@ -113,7 +121,7 @@ json appClick(const Fields& request, Session& session) {
     } else {
         rows.push_back(request.integer<size_t>("row"));
     }
-    session.appSession().screen().table.click(std::move(rows));
+    screen.table.click(std::move(rows));
     return {};
 }
 

@@ -30,13 +30,33 @@ json rowsOf(AppSession& session, TRVMode* mode, uint64_t count) {
     for (size_t i = 0; i < std::min<uint64_t>(count, table.numberOfRows()); i++) {
         const RowContent row = table.row(i);
         const auto url = files ? files->urlOfFilteredItemAtIndex(i) : std::nullopt;
+        json attributes = json::array();
+        for (const RowLine& line : row.attributes) attributes.push_back(line.text);
         rows.push_back({{"text", row.name},
                         {"detail", row.path},
                         {"path", url ? json(carriedFromPath(url->path())) : json()},
                         {"marked", row.isMarked},
-                        {"attributes", json::array()}});
+                        {"attributes", std::move(attributes)}});
     }
     return rows;
+}
+
+json indicatorsOf(const SimulatedIndicators& indicators) {
+    json all = json::object();
+    for (size_t i = 0; i < kIndicatorButtons; i++)
+        all[kIndicatorNames[i]] = {{"shown", indicators.buttons[i].isShown},
+                                   {"on", indicators.buttons[i].isOn},
+                                   {"tooltip", indicators.buttons[i].toolTip}};
+    return all;
+}
+
+json stylesOf(const SimulatedField& field) {
+    constexpr std::array kStyles = {"plain", "regexp", "error", "incomplete"};
+    json styles = json::array();
+    for (const StyledRange& each : field.styles)
+        styles.push_back({{"range", {each.range.location, each.range.length}},
+                          {"style", kStyles[static_cast<size_t>(each.style)]}});
+    return styles;
 }
 
 SimulatedDesktop::App appFrom(const Fields& fields) {
@@ -88,11 +108,12 @@ json appState(const Fields& request, Session& session) {
         {"mode", mode ? json(static_cast<uint64_t>(mode->identifier())) : json()},
         {"modeName", modeName(mode)},
         {"text", carriedFromUnits(screen.field.content)},
+        {"styles", stylesOf(screen.field)},
         {"selection", {selection.location, selection.length}},
         {"placeholder", screen.field.placeholder},
         {"info", screen.infoBar.text},
         {"tooltip", screen.infoBar.toolTip},
-        {"message", screen.infoBar.marquee ? json(*screen.infoBar.marquee) : json()},
+        {"message", screen.infoBar.marquee ? json(plainText(*screen.infoBar.marquee)) : json()},
         {"visible", screen.window.visible},
         {"active", app.desktop().isActive()},
         {"terminated", app.desktop().isTerminated()},
@@ -105,7 +126,7 @@ json appState(const Fields& request, Session& session) {
         {"clip", {clip.x, clip.y}},
         {"edit", nullptr},
         {"rows", rowsOf(app, mode, request.integer<uint64_t>("rows", kDefaultRows))},
-        {"indicators", json::object()},
+        {"indicators", indicatorsOf(screen.indicators)},
         {"project", project ? json(carriedFromPath(textToPath(project->uuid))) : json()},
         {"error", screen.infoBar.errorLook},
         {"freshness", screen.infoBar.freshness},

@@ -7,6 +7,8 @@
 #include "Stopwatch.h"
 #include "Surrogates.h"
 #include "index/checkTree.h"
+#include "searchmodes/MetaDataSearch.h"
+#include "searchmodes/RegexSearch.h"
 #include "searchmodes/rankStringInSearchMode.h"
 #include "util/ProcessFlags.h"
 #include "util/Unicode.h"
@@ -27,13 +29,16 @@ RankRequest rankRequestFrom(const Fields& request, const Project* project) {
                            "threads", static_cast<uint8_t>(std::min(processors - 1, 255u))),
                        .limit = resultLimit(request.integer<int64_t>(
                            "limit", settings.integerForKey("maxResultsetSize")))};
-    if (!project) return search;
-    search.showFiles = (project->visibleItemType & 1) != 0;
-    search.showDirectories = (project->visibleItemType & 2) != 0;
-    search.filenameOnly = project->matchFilenameOnly;
-    search.ignoreDiacritics = project->ignoreDiacritics;
+    if (project) {
+        search.showFiles = (project->visibleItemType & 1) != 0;
+        search.showDirectories = (project->visibleItemType & 2) != 0;
+        search.filenameOnly = project->matchFilenameOnly;
+        search.ignoreDiacritics = project->ignoreDiacritics;
+    }
     if (search.ignoreDiacritics)
         search.searchString = stringByRemovingDiacritics(search.searchString);
+    search.makeMetadataEngine =
+        MetaDataSearch::engineMaker(search.searchString, World::current().clock().time());
     return search;
 }
 
@@ -63,7 +68,8 @@ json cacheFacts(const Fields&, Session& session) {
 
 json cacheSearch(const Fields& request, Session& session) {
     Cache& cache = session.cacheSession().cache();
-    const RankRequest search = rankRequestFrom(request, session.cacheSession().project());
+    RankRequest search = rankRequestFrom(request, session.cacheSession().project());
+    search.makeRegexEngine = RegexSearch::maker(search.searchString, nullptr);
     int64_t total = 0;
     double seconds = 0;
     json rows = json::array();

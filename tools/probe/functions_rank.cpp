@@ -1,9 +1,6 @@
-#include <map>
-#include <memory>
-
 #include "Ops.h"
+#include "PathItems.h"
 #include "Surrogates.h"
-#include "index/fs_item.h"
 #include "searchmodes/FuzzySearch.h"
 #include "searchmodes/SearchTerms.h"
 #include "searchmodes/StringRanker.h"
@@ -62,34 +59,6 @@ json fuzzy(const Fields& request, Session&) {
             {"terms", std::move(terms)}};
 }
 
-namespace {
-
-/// Items for paths, in one tree as those of an index: paths share the folders they have in common.
-class PathItems {
-  public:
-    const fs_item_t* item(const FileURL& url) {
-        fs_item_t* item = &root_;
-        std::string path;
-        for (const std::string_view name : url.pathComponents()) {
-            path.append("/").append(name);
-            const auto [at, isNew] = items_.try_emplace(path);
-            if (isNew) {
-                at->second.name = at->first.c_str() + path.size() - name.size();
-                at->second.name_length = static_cast<uint16_t>(name.size());
-                at->second.parent = item;
-            }
-            item = &at->second;
-        }
-        return item;
-    }
-
-  private:
-    fs_item_t root_{"/", 1, ITEM_DIRECTORY, nullptr, nullptr, 0, 0, nullptr};
-    std::map<std::string, fs_item_t> items_;
-};
-
-}  // namespace
-
 json compare(const Fields& request, Session&) {
     const std::string by = request.word("by");
     auto* const comparator = by == "path"        ? fs_item_path_compare
@@ -98,14 +67,8 @@ json compare(const Fields& request, Session&) {
                                                  : nullptr;
     if (!comparator) request.illTyped("by", "\"path\", \"name\" or \"extension\"");
     PathItems items;
-    const auto item = [&](std::string_view name) {
-        const FileURL url = request.path(name);
-        for (const std::string_view component : url.pathComponents())
-            if (component.size() > UINT16_MAX) request.illTyped(name, "a path of shorter names");
-        return items.item(url);
-    };
-    const fs_item_t* a = item("a");
-    const fs_item_t* b = item("b");
+    const fs_item_t* a = items.item(request, "a");
+    const fs_item_t* b = items.item(request, "b");
     return {{"result", comparator(a, b)}};
 }
 

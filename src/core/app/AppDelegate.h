@@ -7,6 +7,7 @@
 #include "core/FrontmostApplication.h"
 #include "core/GlobalHotKey.h"
 #include "core/HidingGuard.h"
+#include "core/Indicators.h"
 #include "core/ItemOpener.h"
 #include "core/ModeSwitcher.h"
 #include "core/ProjectSwitcher.h"
@@ -15,6 +16,7 @@
 #include "core/RowsFile.h"
 #include "core/ScanRefresh.h"
 #include "core/SearchFieldController.h"
+#include "core/SearchToggles.h"
 #include "core/SearchWindowController.h"
 #include "core/StatusItem.h"
 #include "core/UserMessages.h"
@@ -79,6 +81,7 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     ModeSwitcher& modeSwitcher() { return modeSwitcher_; }
     ProjectSwitcher& projectSwitcher() { return projectSwitcher_; }
     TRVSearchMode& searchMode() { return searchMode_; }
+    SearchToggles& toggles() { return toggles_; }
     HidingGuard& hidingGuard() { return guard_; }
     ModeHost& modeHost() { return host_; }
 
@@ -117,6 +120,8 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     CoreModeHost host_;                // what the modes ask of us
     ResultTableController table_;      // rows and window height
     SearchFieldController field_;      // the text and its searches
+    SearchToggles toggles_;            // switches of what is listed
+    Indicators indicators_;            // the buttons that show them
     FrontmostApplication frontmost_;   // who had the keyboard
     HidingGuard guard_;                // what keeps the window from going
     SearchWindowController window_;    // showing and hiding

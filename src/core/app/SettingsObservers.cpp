@@ -2,6 +2,7 @@
 
 #include "core/GlobalHotKey.h"
 #include "core/ProjectSwitcher.h"
+#include "core/SearchFieldController.h"
 #include "core/SearchWindowController.h"
 #include "core/StatusItem.h"
 #include "core/state/GlobalState.h"
@@ -31,6 +32,7 @@ void SettingsObservers::observeMaximized() {
 
 void SettingsObservers::observeProcessMetadata() {
     observe("processMetadata", [this] {
+        parts_.field.refreshStyles();
         const auto project = parts_.searchMode.currentProject();
         Notifications::sharedInstance().scanParameterModified.emit(project);
         if (!parts_.searchMode.isActive()) postSearchParameterModified(project);
@@ -40,6 +42,7 @@ void SettingsObservers::observeProcessMetadata() {
 void SettingsObservers::observeTheRest() {
     for (const char* key : {"matchFilenameOnly", "visibleItemType"})
         observe(key, [this] { parts_.host.updateTextsOfCurrentMode(); });
+    observe("showMetadata", [this] { parts_.host.reloadInBackgroundAnimated(false); });
     observe("projects", [this] { projectsChanged(); });
     observe("treatBundlesAsFiles", [this] { postSearchParameterModified(nullptr); });
     observe("showStatusMenu", [this] { parts_.statusItem.setupMenuExtraMenuItem(); });

@@ -10,6 +10,7 @@ class GlobalHotKey;
 class ModeHost;
 class Project;
 class ProjectSwitcher;
+class SearchFieldController;
 class SearchWindowController;
 class StatusItem;
 class TRVSearchMode;
@@ -22,6 +23,7 @@ class SettingsObservers {
         ModeHost& host;
         TRVSearchMode& searchMode;
         ProjectSwitcher& projects;
+        SearchFieldController& field;
         SearchWindowController& window;
         StatusItem& statusItem;
         GlobalHotKey& hotKey;

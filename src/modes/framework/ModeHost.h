@@ -42,12 +42,16 @@ class ModeHost {
     // Field and info bar.
     /// Placeholder of the field, text and tool tip of the info bar, from the current mode.
     virtual void updateTextsOfCurrentMode() = 0;
+    /// The buttons that show what limits the result; updateTextsOfCurrentMode does it too.
+    virtual void updateSearchCriterionIndicators() = 0;
     virtual void updateSearchFieldWithEmptySearchString() = 0;
     virtual void stopSearchAnimation() = 0;
     virtual void startScanAnimation() = 0;
     virtual void stopScanAnimation() = 0;
     virtual void setActionModeForAnimation(bool isActionMode) = 0;
 
+    /// Tells the user what went wrong, with a sound. Any thread.
+    virtual void error(const std::string& text) = 0;
     /// Asks the user; the window stays meanwhile and has the keyboard again afterwards. The index
     /// of the button.
     virtual size_t askPreventingHiding(const Alert& alert) = 0;

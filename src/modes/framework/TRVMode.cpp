@@ -5,8 +5,10 @@
 #include "modes/framework/ModeHost.h"
 #include "modes/framework/modeLook.h"
 #include "screen/ResultTableView.h"
+#include "util/ProcessFlags.h"
 #include "util/World.h"
 #include "util/log.h"
+#include "util/settings/OVUserDefaults.h"
 
 namespace {
 
@@ -53,6 +55,19 @@ void TRVMode::setupTextAttrsForColor(Colour colour) {
     look_.isDark = host_->isDark();
     look_.background = backgroundColor_;
     setupTextAttrs(look_, colour.hue, backgroundColor_.hue);
+}
+
+// ---- The lines below name and path
+
+std::optional<AttributeDisplay> TRVMode::attributeDisplay() const {
+    if (!processFlags.processMetadata) return std::nullopt;
+    return AttributeDisplay{OVUserDefaults::sharedInstance().integerForKey("showMetadata"),
+                            visibleAttributes_};
+}
+
+void TRVMode::updateNumberOfAdditionalRows() {
+    const auto display = attributeDisplay();
+    numberOfAdditionalRows_ = display ? requiredNumberOfRows(identifier_, *display) : 0;
 }
 
 // ---- The filtered items

@@ -10,6 +10,7 @@
 #include "modes/framework/MatchingItem.h"
 #include "modes/framework/ModeIdentifier.h"
 #include "modes/framework/Selection.h"
+#include "modes/framework/attributeLines.h"
 #include "screen/KeyEvent.h"
 #include "screen/ModeLook.h"
 #include "screen/RowContent.h"
@@ -66,9 +67,11 @@ class TRVMode {
     /// Lines that each row has below name and path.
     uint64_t numberOfAdditionalRows() const { return numberOfAdditionalRows_; }
     void setNumberOfAdditionalRows(uint64_t rows) { numberOfAdditionalRows_ = rows; }
-    virtual void updateNumberOfAdditionalRows() {}
+    void updateNumberOfAdditionalRows();
+    /// What decides about these lines; nothing while metadata is not read.
+    std::optional<AttributeDisplay> attributeDisplay() const;
     /// Metadata criteria that the search text asks for.
-    std::set<uint64_t>& visibleAttributes() { return visibleAttributes_; }
+    IndexSet& visibleAttributes() { return visibleAttributes_; }
 
     // Searching.
     /// Replaces the filtered items by those that match.
@@ -150,7 +153,7 @@ class TRVMode {
     Relaxed<bool> lastSearchWasSlow_ = false;
     Relaxed<uint64_t> renameState_ = 0;
     Relaxed<uint64_t> numberOfAdditionalRows_ = 0;
-    std::set<uint64_t> visibleAttributes_;
+    IndexSet visibleAttributes_;
     bool allowsEmptySelection_ = false;
     bool restoreSelectionInProgress_ = false;
     std::optional<Selection> selection_ = Selection{};

@@ -56,6 +56,12 @@ void SimulatedField::replaceSelection(std::u16string_view text) {
     tell();
 }
 
+bool SimulatedIndicators::click(IndicatorButton button) {
+    if (!delegate || !(*this)[button].isShown) return false;
+    delegate->indicatorClicked(button);
+    return true;
+}
+
 AlertAnswer SimulatedAlerts::runModal(const Alert& alert) {
     AlertAnswer answer{.button = alert.buttons.empty() ? 0 : alert.buttons.size() - 1,
                        .suppressed = alert.suppression && suppresses};

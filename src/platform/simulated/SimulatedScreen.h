@@ -1,4 +1,5 @@
 #pragma once
+#include <array>
 #include <deque>
 #include <map>
 #include <optional>
@@ -8,6 +9,7 @@
 #include "platform/simulated/SimulatedTable.h"
 #include "screen/Alerts.h"
 #include "screen/DiskAccessView.h"
+#include "screen/IndicatorsView.h"
 #include "screen/InfoBarView.h"
 #include "screen/KeyEvent.h"
 #include "screen/QuickStartView.h"
@@ -47,6 +49,7 @@ class SimulatedField : public SearchFieldView {
     void setDelegate(SearchFieldViewDelegate* d) override { delegate = d; }
     std::u16string text() const override { return content; }
     void setText(const std::u16string& text) override;
+    void setStyles(const std::vector<StyledRange>& newStyles) override { styles = newStyles; }
     void setPlaceholder(const std::string& text) override { placeholder = text; }
     TextRange selection() const override { return selected; }
     void setSelection(TextRange range) override;
@@ -64,6 +67,7 @@ class SimulatedField : public SearchFieldView {
     SearchFieldViewDelegate* delegate = nullptr;
     std::u16string content;
     TextRange selected;
+    std::vector<StyledRange> styles;
     std::string placeholder;
     bool hasFocus = false, takesTyping = true;
 
@@ -83,13 +87,33 @@ class SimulatedInfoBar : public InfoBarView {
     void setErrorLook(bool isError) override { errorLook = isError; }
     void setScanning(bool is) override { scanning = is; }
     void setSearching(bool is) override { searching = is; }
-    void setMarquee(const std::optional<std::string>& t) override { marquee = t; }
+    void setMarquee(const std::optional<StyledText>& t) override { marquee = t; }
     void setInset(double width) override { inset = width; }
 
     std::string text, toolTip, freshness, freshnessToolTip;
-    std::optional<std::string> marquee;
+    std::optional<StyledText> marquee;
     bool errorLook = false, scanning = false, searching = false;
     double inset = 0;
+};
+
+/// In the order of IndicatorButton.
+constexpr std::array<std::string_view, kIndicatorButtons> kIndicatorNames = {
+    "enableMetadata", "resetFilterButton", "searchPathOrFile", "showFiles", "showFolders"};
+
+class SimulatedIndicators : public IndicatorsView {
+  public:
+    void setDelegate(IndicatorsViewDelegate* d) override { delegate = d; }
+    void setIndicator(IndicatorButton button, const IndicatorContent& content) override {
+        buttons[static_cast<size_t>(button)] = content;
+    }
+    /// Only a button that is shown can be clicked; whether it was.
+    bool click(IndicatorButton button);
+    const IndicatorContent& operator[](IndicatorButton button) const {
+        return buttons[static_cast<size_t>(button)];
+    }
+
+    IndicatorsViewDelegate* delegate = nullptr;
+    std::array<IndicatorContent, kIndicatorButtons> buttons;
 };
 
 /// Answers at once: from the prepared list of titles, else with the last button.
@@ -150,6 +174,7 @@ struct SimulatedScreen {
     SimulatedField field;
     SimulatedTable table{[this] { return std::max(0.0, window.place.height - 65); }};
     SimulatedInfoBar infoBar;
+    SimulatedIndicators indicators;
     SimulatedAlerts alerts;
     SimulatedQuitProgress quitProgress;
     SimulatedQuickStart quickStart;
