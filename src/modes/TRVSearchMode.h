@@ -44,6 +44,15 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     std::shared_ptr<const Project> currentProject() const { return currentProject_.value(); }
     /// Main thread: the search text goes, and the project's index is brought up. Null: no project.
     void setCurrentProject(std::shared_ptr<const Project> project);
+    /// In their order. Main thread.
+    const std::vector<std::shared_ptr<const Project>>& projects() const { return projects_; }
+    /// Puts the projects in another order, and stores it. Main thread.
+    void moveProject(size_t from, size_t to);
+    /// A copy of a project with other preferences takes its place, also as the current one; its
+    /// index stays. Main thread.
+    void replaceProject(const std::shared_ptr<const Project>& project);
+    /// Into the settings: all projects, and a virtual one that is current. Main thread.
+    void storeProjects() const;
     Observable<std::shared_ptr<const Project>>& observableCurrentProject() {
         return currentProject_;
     }
@@ -100,6 +109,7 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     void restoreSelection() override;
     void resultSetReloaded() override;
     void markPathForFutureSelection(const FileURL& url) override;
+    KeyboardShortcutEntries keyboardShortcutsIncludingSuperclass(bool) const override;
     bool handleEvent(const KeyEvent& event) override;
     void themeChanged() override;
     uint64_t filteredCount() override { return filteredCount_; }
@@ -143,6 +153,7 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     void scanEnded(const std::shared_ptr<const Project>& project, uint64_t eventIdAtStart);
     void resumeFSObservers(const std::shared_ptr<const Project>& project);
     bool somebodySeesTheList() const;
+    bool isCurrent(const Project& project) const;
 
     const FileTypes& fileTypes_;
     FileEvents& fileEvents_;
@@ -150,6 +161,7 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     ProjectEventStreams streams_;                           // main thread
     std::vector<std::shared_ptr<const Project>> projects_;  // main thread
     Observable<std::shared_ptr<const Project>> currentProject_;
+    bool replacesProject_ = false;  // main thread
     const unsigned numberOfThreads_;
 
     Relaxed<int64_t> scanned_ = 0, ignored_ = 0;

@@ -114,7 +114,7 @@ void TRVSearchMode::scanEnded(const std::shared_ptr<const Project>& project,
     logInfo("Done. Scanned %ld files, found %llu files.", static_cast<long>(scanned_),
             static_cast<unsigned long long>(cache ? cache->count() : 0));
     // What happened since the scan began is told again, so nothing is lost.
-    if (currentProject() == project) addFSObserversForProject(project, eventIdAtStart);
+    if (isCurrent(*project)) addFSObserversForProject(project, eventIdAtStart);
 }
 
 // ---- File-system events
@@ -148,7 +148,7 @@ void TRVSearchMode::removeFSObserversForProject(const Project* project) {
 
 void TRVSearchMode::resumeFSObservers(const std::shared_ptr<const Project>& project) {
     MainQueue::async([this, project] {
-        if (currentProject() != project) return;
+        if (!isCurrent(*project)) return;
         addFSObserversForProject(
             project, caches_.leftAt(*project).value_or(project->lastEventStreamEventId));
     });

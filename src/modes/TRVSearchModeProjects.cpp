@@ -48,7 +48,40 @@ void TRVSearchMode::setCurrentProject(std::shared_ptr<const Project> project) {
     currentProject_.set(std::move(project));
 }
 
+bool TRVSearchMode::isCurrent(const Project& project) const {
+    const auto current = currentProject();
+    return current && current->uuid == project.uuid;
+}
+
+void TRVSearchMode::moveProject(size_t from, size_t to) {
+    if (from >= projects_.size() || to >= projects_.size()) return;
+    const auto project = projects_[from];
+    projects_.erase(projects_.begin() + static_cast<std::ptrdiff_t>(from));
+    projects_.insert(projects_.begin() + static_cast<std::ptrdiff_t>(to), project);
+    storeProjects();
+}
+
+void TRVSearchMode::replaceProject(const std::shared_ptr<const Project>& project) {
+    for (auto& stored : projects_)
+        if (stored->uuid == project->uuid) stored = project;
+    if (!isCurrent(*project)) return;
+    replacesProject_ = true;
+    currentProject_.set(project);
+    replacesProject_ = false;
+}
+
+void TRVSearchMode::storeProjects() const {
+    auto& settings = OVUserDefaults::sharedInstance();
+    nlohmann::json stored = nlohmann::json::array();
+    for (const auto& project : projects_) stored.push_back(project->dictionaryRepresentation());
+    settings.setObject(std::move(stored), "projects");
+    const auto current = currentProject();
+    if (current && current->isVirtualProject())
+        settings.setObject(current->dictionaryRepresentation(), "currentProject");
+}
+
 void TRVSearchMode::currentProjectDidChange(const std::shared_ptr<const Project>& project) {
+    if (replacesProject_) return;
     host().updateSearchFieldWithEmptySearchString();
     if (isActive()) {  // the rows of the project that was left go at once
         host().applyDiffableDataSourceSnapshotAnimated(false, std::nullopt);

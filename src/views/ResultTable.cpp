@@ -83,6 +83,17 @@ void ResultTable::selectRow(size_t row, bool extend) {
     setSelection(std::move(rows));
 }
 
+void ResultTable::selectRows(size_t first, size_t last) {
+    if (!allowsMultiple_) {
+        selectRow(last, false);
+        return;
+    }
+    std::set<size_t> rows;
+    for (size_t row = first; row <= last && row < count_; ++row) rows.insert(rows.end(), row);
+    anchor_ = first;
+    setSelection(std::move(rows));
+}
+
 void ResultTable::deselectAll() {
     if (allowsEmpty_) setSelection({});
 }
