@@ -38,7 +38,7 @@ constexpr OpEntry kOps[] = {
     {"shortcuts.parse", shortcutsParse},
     {"shortcuts.record", shortcutsRecord},
     {"selection.rename", selectionRename},
-    {"history", nullptr},
+    {"history", history},
     {"urls.parse", nullptr},
     // A cache
     {"cache.new", cacheNew},

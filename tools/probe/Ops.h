@@ -22,7 +22,7 @@ Op nameNext, selectionRename, textFiletypes, textPermissions, textSize;
 // functions_settings.cpp
 Op settingsDefaults;
 // functions_shortcuts.cpp
-Op shortcutsList, shortcutsParse, shortcutsRecord;
+Op history, shortcutsList, shortcutsParse, shortcutsRecord;
 // cacheEvents.cpp
 Op cacheEvents;
 // cacheOps.cpp

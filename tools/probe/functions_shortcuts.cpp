@@ -1,9 +1,11 @@
 #include "Ops.h"
 #include "Surrogates.h"
+#include "shell/registry/SearchHistoryController.h"
 #include "shell/registry/shortcutRecording.h"
+#include "util/Unicode.h"
 #include "util/settings/OVUserDefaults.h"
 
-/// The table of commands and their keys, with nothing stored.
+/// The table of commands and their keys, and the list of past searches; with nothing stored.
 namespace ops {
 
 namespace {
@@ -69,6 +71,39 @@ json shortcutsRecord(const Fields& request, Session&) {
     reply["title"] = refusal ? json(refusal->title) : json();
     reply["text"] = refusal ? json(refusal->text) : json();
     return reply;
+}
+
+json history(const Fields& request, Session&) {
+    OVUserDefaults settings;
+    settings.setInteger(request.integer<int64_t>("maxSize"), "historyMaxSize");
+    SearchHistoryController controller(settings);
+    const auto textOrNull = [](const std::optional<std::string>& text) {
+        return text ? carriedFromUnits(toUtf16Lenient(*text)) : json();
+    };
+    json results = json::array();
+    for (const json& step : request.list("steps")) {
+        const bool isStep = step.is_array() && !step.empty() && step[0].is_string();
+        if (!isStep) request.illTyped("steps", "a list of steps");
+        const auto what = step[0].get<std::string>();
+        const auto text = step.size() > 1 && step[1].is_string() ? step[1].get<std::string>() : "";
+        json result;
+        if (what == "add")
+            controller.addItem(text);
+        else if (what == "previous")
+            result = textOrNull(controller.previousItem());
+        else if (what == "next")
+            result = textOrNull(controller.nextItem());
+        else if (what == "remove" && step.size() > 1)
+            controller.removeSearchTerm(text);
+        else if (what == "remove")
+            result = textOrNull(controller.removeSearchTerm());
+        else if (what == "reset")
+            controller.resetCursor();
+        else
+            request.illTyped("steps", "a list of steps");
+        results.push_back(std::move(result));
+    }
+    return {{"results", std::move(results)}, {"history", controller.history()}};
 }
 
 }  // namespace ops

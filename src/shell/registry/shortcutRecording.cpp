@@ -46,7 +46,7 @@ std::optional<ShortcutRefusal> recordShortcut(KeyboardShortcuts& registry,
                                               uint64_t keyCode, uint64_t modifierFlags) {
     const uint64_t flags = completedModifierFlags(keyCode, modifierFlags);
     if (auto refusal = shortcutIsValid(keyCode, flags)) return refusal;
-    if (const auto taken = registry.shortcutIsTaken(keyCode, flags, definition))
+    if (const auto taken = registry.shortcutIsTaken(keyCode, flags & ~kOfTheKey, definition))
         return ShortcutRefusal{.title = "Conflicting shortcuts",
                                .text = "Shortcut " + shortcutText(keyCode, flags) +
                                        " is already used for action “" + taken->actionName() +
