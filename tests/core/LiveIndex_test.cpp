@@ -115,6 +115,7 @@ TEST_F(LiveIndexTest, ANewFileIsInTheVisibleListWithItsSelectionKept) {
     start();
     type(u"sheet");
     press(kKeyDown, kModifierNumericPad | kModifierFunction);
+    settle();
     ASSERT_EQ(std::system(("touch '" + root_.path() + "/sheet a'").c_str()), 0);
     settle();
     session_->advance(5);

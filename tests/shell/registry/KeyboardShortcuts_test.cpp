@@ -32,7 +32,8 @@ class KeyboardShortcutsTest : public testing::Test {
         return action;
     }
     std::string stored(const char* identifier) {
-        return settings_.dictionaryForKey("keyboardShortcuts").value(identifier, "");
+        const auto all = settings_.dictionaryForKey("keyboardShortcuts");
+        return all.is_object() ? all.value(identifier, "") : "";
     }
     std::vector<std::string> filtered(const char* filter) {
         registry_.setFilter(filter);
@@ -116,7 +117,7 @@ TEST_F(KeyboardShortcutsTest, AnEventFiresTheFirstCommandOfItsKeysInTheMode) {
     EXPECT_FALSE(press(commandS, 1));
     EXPECT_FALSE(press({.keyCode = 0}, 1));  // that of commands without keys
     EXPECT_FALSE(
-        press({.keyCode = kKeyS, .modifierFlags = kModifierCommand | kModifierOption}, 64 + 128));
+        press({.keyCode = kKeyS, .modifierFlags = kModifierCommand | kModifierControl}, 1));
 }
 
 TEST_F(KeyboardShortcutsTest, AUsersActionWithoutModifiersNeverFires) {
