@@ -138,6 +138,7 @@ TEST_F(CommandsTest, WhatIsNotThereYetSaysSo) {
         EXPECT_EQ(shown(), "“" + name + "” is not available yet");
     }
     for (const auto& entry : KeyboardShortcuts::sharedInstance().builtinActionKeyboardShortcuts()) {
-        if (entry.definition) EXPECT_TRUE(entry.definition->hasBlock());
+        if (!entry.definition) continue;
+        EXPECT_TRUE(entry.definition->hasBlock()) << entry.definition->identifier();
     }
 }

@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include "core/state/GlobalState.h"
 #include "support/ApplicationTest.h"
 #include "util/settings/OVUserDefaults.h"
 

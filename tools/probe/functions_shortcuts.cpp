@@ -64,8 +64,9 @@ json shortcutsRecord(const Fields& request, Session&) {
     OVUserDefaults settings;
     KeyboardShortcuts registry(settings, KeyLayout::qwerty);
     const Definition definition = definitionFor(registry, settings, request.word("identifier"));
-    const auto refusal = recordShortcut(registry, *definition, request.integer<uint64_t>("keyCode"),
-                                        request.integer<uint64_t>("modifierFlags"));
+    const auto keyCode = request.integer<uint64_t>("keyCode");
+    const auto modifierFlags = request.integer<uint64_t>("modifierFlags");
+    const auto refusal = recordShortcut(registry, *definition, keyCode, modifierFlags);
     json reply = keysOf(*definition);
     reply["accepted"] = !refusal;
     reply["title"] = refusal ? json(refusal->title) : json();

@@ -1,5 +1,7 @@
 #include <gio/gio.h>
 
+#include <memory>
+
 #include "platform/linux/LinuxApplications.h"
 #include "util/log.h"
 
