@@ -79,7 +79,7 @@ json history(const Fields& request, Session&) {
     settings.setInteger(request.integer<int64_t>("maxSize"), "historyMaxSize");
     SearchHistoryController controller(settings);
     const auto textOrNull = [](const std::optional<std::string>& text) {
-        return text ? carriedFromUnits(toUtf16Lenient(*text)) : json();
+        return text ? json(carriedFromUnits(toUtf16Lenient(*text))) : json();
     };
     json results = json::array();
     for (const json& step : request.list("steps")) {

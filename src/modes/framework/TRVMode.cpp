@@ -149,8 +149,8 @@ void TRVMode::scrollTo(const std::vector<size_t>& rows, bool restoresScrollPosit
 // ---- Keys
 
 bool TRVMode::handleEvent(const KeyEvent& event) {
-    const auto processed = KeyboardShortcuts::process(keyboardShortcutsIncludingSuperclass(true),
-                                                      event, identifier_);
+    const auto processed =
+        KeyboardShortcuts::process(keyboardShortcutsIncludingSuperclass(true), event, identifier_);
     return processed && processed->result;
 }
 
