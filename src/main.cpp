@@ -10,6 +10,7 @@
 #include "platform/linux/LinuxFileTypes.h"
 #include "platform/linux/LinuxFrontmost.h"
 #include "platform/linux/LinuxHotKeys.h"
+#include "platform/linux/LinuxPasteboard.h"
 #include "platform/linux/LinuxStatusBar.h"
 #include "platform/linux/NoUpdater.h"
 #include "platform/linux/QtMainLoop.h"
@@ -47,6 +48,7 @@ struct Desktop {
     DesktopPorts ports() {
         return {.application = application,
                 .applications = applications,
+                .pasteboard = pasteboard,
                 .fileTypes = fileTypes,
                 .fileEvents = fileEvents,
                 .frontmost = frontmost,
@@ -71,6 +73,7 @@ struct Desktop {
 
     LinuxFrontmost frontmost;
     LinuxApplications applications;
+    LinuxPasteboard pasteboard;
     LinuxApplication application;
     LinuxFileTypes fileTypes;
     LinuxFileEvents fileEvents;
@@ -92,6 +95,12 @@ struct Desktop {
 bool isStartedForLater() {
     return qEnvironmentVariableIsSet("DBUS_STARTER_BUS_TYPE") ||
            qEnvironmentVariableIsSet("TROVAST_HIDDEN");
+}
+
+/// Whether the key at the place of Y writes a z.
+KeyLayout keyLayout() {
+    constexpr uint32_t kPlaceOfY = 29;
+    return WindowHints::keySymbol(kPlaceOfY, 0) == 'z' ? KeyLayout::other : KeyLayout::qwerty;
 }
 
 }  // namespace
@@ -127,7 +136,8 @@ int main(int argc, char** argv) {
     World world;
     openSettingsAndLog({.home = userFolders::home(),
                         .configuration = userFolders::configuration(),
-                        .state = userFolders::state()});
+                        .state = userFolders::state(),
+                        .layout = keyLayout()});
     QtMainLoop loop(world.mainQueue(), world.clock());
     TerminationSignals signals([&desktop] { desktop.application.terminate(); });
     AppDelegate app(desktop.screen(), desktop.ports());

@@ -19,6 +19,11 @@ double insetFor(ModeIdentifier identifier) {
 
 }  // namespace
 
+TRVMode* ModeSwitcher::modeWithIdentifier(ModeIdentifier identifier) const {
+    const auto found = modes_.find(identifier);
+    return found == modes_.end() ? nullptr : found->second;
+}
+
 void ModeSwitcher::activateMode(TRVMode& mode) {
     if (MainQueue::isMainThread()) logError("Must not be called on main thread!");
     MainQueue::sync([this, &mode] { switchOnMainThread(mode); });

@@ -1,4 +1,7 @@
 #pragma once
+#include <map>
+
+#include "modes/framework/TRVMode.h"
 #include "screen/InfoBarView.h"
 #include "screen/ResultTableView.h"
 #include "screen/WindowView.h"
@@ -6,7 +9,6 @@
 class ModeHost;
 class OwnApplication;
 class SearchFieldController;
-class TRVMode;
 
 /// Which mode fills the window.
 /// Owner:   AppDelegate. Threads: see each operation.
@@ -21,6 +23,11 @@ class ModeSwitcher {
         const OwnApplication& application;
     };
     explicit ModeSwitcher(const Parts& parts) : parts_(parts) {}
+
+    /// A mode that can be asked for by its identifier; before the first key. It outlives this.
+    void addMode(TRVMode& mode) { modes_[mode.identifier()] = &mode; }
+    /// Null: there is no such mode.
+    TRVMode* modeWithIdentifier(ModeIdentifier identifier) const;
 
     /// The mode becomes the current one and shows itself as it was left; whoever calls then has it
     /// search. Runs on switchModeQueue and waits for the main thread.
@@ -42,5 +49,6 @@ class ModeSwitcher {
     void showLook(TRVMode& mode);
 
     const Parts parts_;
+    std::map<ModeIdentifier, TRVMode*> modes_;
     uint64_t modifierFlags_ = 0;
 };

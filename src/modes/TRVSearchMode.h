@@ -50,6 +50,10 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     void changeCurrentProject(FunctionRef<void(Project&)> change);
     /// Writes the projects to the settings. Main thread.
     void storeProjects();
+    /// In their order. Main thread.
+    const std::vector<std::shared_ptr<const Project>>& projects() const { return projects_; }
+    /// Puts the projects in another order, and stores it. Main thread.
+    void moveProject(size_t from, size_t to);
     Observable<std::shared_ptr<const Project>>& observableCurrentProject() {
         return currentProject_;
     }
@@ -114,6 +118,7 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     void restoreSelection() override;
     void resultSetReloaded() override;
     void markPathForFutureSelection(const FileURL& url) override;
+    KeyboardShortcutEntries keyboardShortcutsIncludingSuperclass(bool) const override;
     bool handleEvent(const KeyEvent& event) override;
     void themeChanged() override;
     uint64_t filteredCount() override { return filteredCount_; }

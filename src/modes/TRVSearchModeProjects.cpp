@@ -64,6 +64,14 @@ void TRVSearchMode::setCurrentProject(std::shared_ptr<const Project> project) {
     currentProject_.set(std::move(project));
 }
 
+void TRVSearchMode::moveProject(size_t from, size_t to) {
+    if (from >= projects_.size() || to >= projects_.size()) return;
+    const auto project = projects_[from];
+    projects_.erase(projects_.begin() + static_cast<std::ptrdiff_t>(from));
+    projects_.insert(projects_.begin() + static_cast<std::ptrdiff_t>(to), project);
+    storeProjects();
+}
+
 void TRVSearchMode::currentProjectDidChange(const std::shared_ptr<const Project>& old,
                                             const std::shared_ptr<const Project>& project) {
     if (old && project && old->uuid == project->uuid) {  // the same one, edited

@@ -98,9 +98,14 @@ void TRVSearchMode::markPathForFutureSelection(const FileURL& url) {
 
 // ---- Keys
 
+KeyboardShortcutEntries TRVSearchMode::keyboardShortcutsIncludingSuperclass(bool) const {
+    return KeyboardShortcuts::sharedInstance().sections({"Paths", "Quick Filter", "Search Mode"});
+}
+
 bool TRVSearchMode::handleEvent(const KeyEvent& event) {
     constexpr uint64_t kCommandArrow = kModifierCommand | kModifierNumericPad | kModifierFunction;
-    return event.keyCode == kKeyUp && event.modifierFlags == kCommandArrow &&
+    if (TRVModeSupportingPath::handleEvent(event)) return true;
+    return event.keyCode == kKeyUp && maskedModifierFlags(event.modifierFlags) == kCommandArrow &&
            browseToParentOfVirtualProject();
 }
 

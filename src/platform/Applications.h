@@ -1,13 +1,29 @@
 #pragma once
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "util/FileURL.h"
 #include "util/Result.h"
 
-/// The applications of the desktop, asked to open things. Paths are bytes.
+/// The applications of the desktop, asked to open things. They are known by their identifiers.
 /// Owner:   main. Threads: main.
 /// Fails:   with a text that can be shown; nothing waits for the application to come up.
 class Applications {
   public:
+    using Identifier = std::string;
+
     virtual ~Applications() = default;
-    /// With the application that the desktop has for this kind of item.
-    virtual Result<void> openInDefaultApplication(const FileURL& url) = 0;
+    /// The one that the desktop has for this kind of item.
+    virtual std::optional<Identifier> defaultApplicationForItem(const FileURL& url) = 0;
+    /// The one that shows the content of an item, whatever its kind; nothing for a folder.
+    virtual std::optional<Identifier> defaultApplicationForDataOf(const FileURL& url) = 0;
+    /// The configured one, or the desktop's own where there is no such application.
+    virtual std::optional<Identifier> fileManager(const Identifier& configured) = 0;
+    virtual std::optional<Identifier> textEditor(const Identifier& configured) = 0;
+    virtual Result<void> openWithApplication(const std::vector<FileURL>& urls,
+                                             const Identifier& application) = 0;
+    /// By the file manager: the items selected in their folder, and what it knows about them.
+    virtual Result<void> reveal(const std::vector<FileURL>& urls) = 0;
+    virtual Result<void> showInfo(const std::vector<FileURL>& urls) = 0;
 };

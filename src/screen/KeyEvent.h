@@ -1,4 +1,5 @@
 #pragma once
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -35,20 +36,28 @@ class KeyEvents {
 
 enum KeyCode : uint64_t {
     kKeyS = 1,
+    kKeyC = 8,
     kKeyQ = 12,
+    kKeyW = 13,
     kKeyReturn = 36,
+    kKeyPeriod = 47,
     kKeyTab = 48,
     kKeySpace = 49,
     kKeyDelete = 51,
     kKeyEscape = 53,
     kKeyEnter = 76,
+    kKeyF11 = 103,
     kKeyHome = 115,
     kKeyPageUp = 116,
     kKeyForwardDelete = 117,
     kKeyEnd = 119,
+    kKeyF2 = 120,
     kKeyPageDown = 121,
     kKeyLeft = 123,
     kKeyRight = 124,
     kKeyDown = 125,
     kKeyUp = 126,
 };
+
+/// From 1 to 9, and 0.
+constexpr std::array<uint64_t, 10> kDigitKeys = {18, 19, 20, 21, 23, 22, 26, 28, 25, 29};

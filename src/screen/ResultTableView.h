@@ -38,6 +38,8 @@ class ResultTableView {
     virtual void setHasVerticalScroller(bool has) = 0;
     /// Extending keeps what is selected.
     virtual void selectRow(size_t row, bool extend) = 0;
+    /// These and all between, instead of what is selected.
+    virtual void selectRows(size_t first, size_t last) = 0;
     virtual void deselectAll() = 0;
     virtual void setAllowsEmptySelection(bool allows) = 0;
     virtual void setAllowsMultipleSelection(bool allows) = 0;

@@ -1,96 +1,196 @@
 #include "shell/SearchFieldKeys.h"
 
 #include <algorithm>
+#include <array>
 
-#include "core/ItemOpener.h"
+#include "core/HidingGuard.h"
+#include "core/ModeSwitcher.h"
 #include "core/SearchFieldController.h"
-#include "core/SearchWindowController.h"
 #include "core/UserMessages.h"
-#include "core/state/GlobalState.h"
 #include "modes/TRVSearchMode.h"
+#include "platform/Updater.h"
 #include "screen/ResultTableView.h"
+#include "shell/ItemActions.h"
+#include "shell/ProjectKeys.h"
+#include "shell/commands/commands.h"
+#include "shell/updateSearchStringHistory.h"
+#include "util/log.h"
 
 namespace {
-constexpr uint64_t kBelowModifiers = 131071;  // Caps Lock and device-dependent bits
-constexpr uint64_t kArrowFlags = kModifierNumericPad | kModifierFunction;
+
+constexpr char16_t kControlW = 23;
+constexpr uint64_t kCommandArrow = kModifierCommand | kModifierNumericPad | kModifierFunction;
+constexpr uint64_t kShift = kModifierShift;
+
+bool showsFiles(const TRVMode& mode) {
+    return (mode.identifier() & kFileModes) != 0;
+}
+
+bool isHistoryCommand(const KeyboardShortcutDefinition& definition) {
+    constexpr std::array kCommands = {"SearchHistoryPrevious", "SearchHistoryNext",
+                                      "SearchHistoryRemoveTerm"};
+    return std::find(kCommands.begin(), kCommands.end(), definition.identifier()) !=
+           kCommands.end();
+}
+
+std::vector<FileURL> selectedURLs(TRVMode& mode) {
+    auto* const files = dynamic_cast<TRVModeRepresentingFiles*>(&mode);
+    return files ? files->clickedOrSelectedURLs() : std::vector<FileURL>();
+}
+
 }  // namespace
 
+SearchFieldKeys::SearchFieldKeys(const Parts& parts)
+    : parts_(parts),
+      navigation_(parts.table, parts.rows),
+      keyboardShortcuts_(parts.shortcuts.sections(
+          {"Switching modes", "General", "Selection", "File Management", "Search History"})) {}
+
+bool SearchFieldKeys::searchFieldMayReceiveInput() const {
+    return !parts_.guard.isHidingPrevented() && parts_.field.isSearchFieldEnabled();
+}
+
+bool SearchFieldKeys::searchFieldKeyDown(const KeyEvent& event) {
+    if (searchFieldMayReceiveInput() && handleSearchFieldKeyDownEvent(event)) return true;
+    // The usual keys for cancelling must not empty the field.
+    const uint64_t flags = maskedModifierFlags(event.modifierFlags);
+    const bool cancels = (flags == kModifierCommand && event.keyCode == kKeyPeriod) ||
+                         (flags == kModifierOption && event.keyCode == kKeyEscape);
+    if (cancels) parts_.messages.beep();
+    return cancels;
+}
+
 bool SearchFieldKeys::handleSearchFieldKeyDownEvent(const KeyEvent& event) {
-    const uint64_t flags = event.modifierFlags & ~kBelowModifiers;
-    if (handleNavigationKeysWithEvent(event, flags)) return true;
-    TRVMode* mode = parts_.host.currentMode();
-    if (mode && mode->handleEvent(event)) return true;
-    if (event.keyCode == kKeyS && flags == kModifierCommand && parts_.searchMode.isActive()) {
-        parts_.searchMode.toggleIgnoreMaximumResultSetSize();
+    if (!MainQueue::isMainThread()) logError("Must be called on main thread!");
+    TRVMode* const mode = parts_.host.currentMode();
+    if (!mode || parts_.updater.sessionInProgress() || mode->renameState() != 0) return false;
+    if (mode->handleEvent(event)) {
+        refreshTexts();
         return true;
     }
-    if (event.keyCode == kKeyEscape && flags == 0) {
-        escape();
+    if (handleNavigationKeysWithEvent(event, *mode)) {
+        if (mode->selection()) mode->selection()->pathSelection.reset();
+        refreshTexts();
         return true;
     }
-    if ((event.keyCode == kKeyReturn || event.keyCode == kKeyEnter) &&
-        (flags & ~kModifierNumericPad) == 0)
-        return openSelection();
-    return false;
+    const uint64_t flags = maskedModifierFlags(event.modifierFlags);
+    if (const auto handled = handleFixedKey(event, flags, *mode)) return *handled;
+    return handleShortcut(event, *mode) || handleUserDefinedAction(event, *mode);
 }
 
-bool SearchFieldKeys::handleNavigationKeysWithEvent(const KeyEvent& event, uint64_t flags) {
-    const bool extend = (flags & kModifierShift) != 0;
-    const uint64_t rest = flags & ~kModifierShift;
-    const auto all = static_cast<long>(parts_.host.currentMode()->filteredCount());
-    const long page = std::max(1L, GlobalState::sharedInstance().maxNumberOfRows() - 1);
+void SearchFieldKeys::refreshTexts() {
+    parts_.host.updateTextsOfCurrentMode();
+    parts_.field.focusOnSearchField();
+}
+
+bool SearchFieldKeys::handleNavigationKeysWithEvent(const KeyEvent& event, const TRVMode& mode) {
+    if (mode.renameState() != 0) return false;
+    auto movement = navigation_.movementFor(event);
+    if (!movement) return false;
+    MainQueue::async(std::move(movement));
+    return true;
+}
+
+std::optional<bool> SearchFieldKeys::handleFixedKey(const KeyEvent& event, uint64_t flags,
+                                                    TRVMode& mode) {
     switch (event.keyCode) {
-        case kKeyUp:
+        case kKeyEscape:
+            if (flags != 0) break;
+            escape();
+            return true;
+        case kKeyTab:
+            return handleTab(event);
+        case kKeyReturn:
+            if (const auto handled = handleReturn(flags, mode)) return handled;
+            break;
+        case kKeyDelete:
+            if (flags != kModifierCommand) break;
+            if (showsFiles(mode)) sayNotAvailable(parts_.messages, "Move to Trash");
+            return true;
         case kKeyDown:
-            if (rest != kArrowFlags) return false;
-            moveSelection(event.keyCode == kKeyUp ? -1 : 1, extend);
+            if (flags != kCommandArrow || !showsFiles(mode)) break;
+            if (const auto browse =
+                    parts_.shortcuts.keyboardShortcutDefinitionFor("BrowseSelection"))
+                browse->performBlock();
             return true;
-        case kKeyHome:
-        case kKeyEnd:
-            if (rest != kModifierFunction) return false;
-            moveSelection(event.keyCode == kKeyHome ? -all : all, extend);
-            return true;
-        case kKeyPageUp:
-        case kKeyPageDown:
-            if (flags != kModifierFunction) return false;
-            moveSelection(event.keyCode == kKeyPageUp ? -page : page, false);
-            return true;
+        case kKeySpace:
+            if (flags == 0 && isWholeTextSelected(mode)) return true;
+            break;
         default:
-            return false;
+            break;
     }
-}
-
-void SearchFieldKeys::moveSelection(long rows, bool extend) {
-    ResultTableView& table = parts_.table;
-    const auto count = static_cast<long>(parts_.host.currentMode()->filteredCount());
-    if (count == 0 || parts_.field.isSearchFieldEmpty()) return;
-    const std::vector<size_t> selected = table.selectedRows();
-    long row = rows < 0 ? count - 1 : 0;
-    if (!selected.empty())
-        row = static_cast<long>(rows < 0 ? selected.front() : selected.back()) + rows;
-    row = std::clamp(row, 0L, count - 1);
-    table.selectRow(static_cast<size_t>(row), extend);
-    table.scrollRowToVisible(static_cast<size_t>(row));
-}
-
-void SearchFieldKeys::escape() {
-    if (!parts_.field.isSearchFieldEmpty()) {
-        parts_.field.clear();
-        return;
+    if (!event.characters.empty() && event.characters.front() == kControlW) {
+        deleteWord();
+        return true;
     }
-    parts_.window.hideMainWindow();
+    return parts_.projectKeys.handleDigit(event.keyCode, flags, mode);
 }
 
-bool SearchFieldKeys::openSelection() {
-    const std::vector<size_t> rows = parts_.table.selectedRows();
-    if (rows.empty() || parts_.field.isSearchFieldEmpty()) {
-        parts_.messages.error("No item selected");
+std::optional<bool> SearchFieldKeys::handleReturn(uint64_t flags, TRVMode& mode) {
+    const bool withShift = (flags & kShift) != 0;
+    switch (flags & ~kShift) {
+        case 0:
+            return openSelection(withShift ? OpenWith::frontMostApplication
+                                           : OpenWith::defaultApplication);
+        case kModifierOption:
+            return copyToClipboard(withShift, mode);
+        case kModifierCommand:
+            return sayNotAvailable(parts_.messages, withShift ? "Type Filename" : "Type Path");
+        default:
+            break;
+    }
+    if (flags == (kModifierControl | kModifierOption))
+        return sayNotAvailable(parts_.messages, "Copy File Content to Clipboard");
+    if (flags == kModifierControl && (showsFiles(mode) || mode.identifier() == kProjectMode)) {
+        sayNotAvailable(parts_.messages, "Rename");
+        return true;
+    }
+    return std::nullopt;
+}
+
+bool SearchFieldKeys::copyToClipboard(bool filenameOnly, TRVMode& mode) {
+    updateSearchStringHistory(parts_.host);
+    const std::vector<FileURL> urls = selectedURLs(mode);
+    return filenameOnly ? parts_.actions.actionCopyFilenameToClipboard(urls)
+                        : parts_.actions.actionCopyPathToClipboard(urls);
+}
+
+bool SearchFieldKeys::handleTab(const KeyEvent& event) {
+    if (event.isRepeat) return true;
+    updateSearchStringHistory(parts_.host);
+    const ModeIdentifier other = parts_.searchMode.isActive() ? kBrowserMode : kSearchMode;
+    if (TRVMode* const mode = parts_.modeSwitcher.modeWithIdentifier(other))
+        parts_.modeSwitcher.switchToMode(*mode);
+    else
+        sayNotAvailable(parts_.messages, "Browser");
+    return true;
+}
+
+bool SearchFieldKeys::isWholeTextSelected(const TRVMode& mode) const {
+    const TextRange selection = parts_.fieldView.selection();
+    return selection.location == 0 && selection.length == mode.searchString().size();
+}
+
+bool SearchFieldKeys::handleShortcut(const KeyEvent& event, const TRVMode& mode) {
+    const auto processed = KeyboardShortcuts::process(keyboardShortcuts_, event, mode.identifier());
+    if (!processed) return false;
+    if (showsFiles(mode) && !isHistoryCommand(*processed->triggered))
+        updateSearchStringHistory(parts_.host);
+    parts_.field.focusOnSearchField();
+    return true;
+}
+
+bool SearchFieldKeys::handleUserDefinedAction(const KeyEvent& event, const TRVMode& mode) {
+    const auto definition = parts_.shortcuts.userDefinedActionShortcutMatchingEvent(event);
+    if (!definition || !showsFiles(mode)) return false;
+    if (selectedURLs(*parts_.host.currentMode()).empty()) {
+        parts_.messages.error("Action requires a selection");
         return false;
     }
-    bool opened = false;
-    for (const size_t row : rows)
-        if (const auto url = parts_.searchMode.urlOfFilteredItemAtIndex(row))
-            opened |= parts_.opener.openFileInDefaultApplication(*url);
-    if (opened) parts_.window.hideMainWindow();
-    return true;
+    updateSearchStringHistory(parts_.host);
+    return definition->performBlock();
+}
+
+void SearchFieldKeys::modifierFlagsChanged(uint64_t flags) {
+    parts_.modeSwitcher.setModifierFlags(flags);
 }

@@ -1,39 +1,76 @@
 #pragma once
-#include "screen/KeyEvent.h"
+#include <optional>
 
+#include "shell/TableNavigation.h"
+#include "shell/registry/KeyboardShortcuts.h"
+
+class Alerts;
+class HidingGuard;
+class ItemActions;
 class ItemOpener;
 class ModeHost;
-class ResultTableView;
+class ModeSwitcher;
+class ProjectKeys;
 class SearchFieldController;
+class SearchFieldView;
 class SearchWindowController;
+class TRVMode;
 class TRVSearchMode;
+class Updater;
 class UserMessages;
 
 /// What the keys do that are pressed in the search field. The field keeps the focus all the time:
-/// arrows move the selection of the table, the rest is typing.
-/// Owner:   AppDelegate. Threads: main.
+/// arrows move the selection of the table, combinations are commands, the rest is typing.
+/// Owner:   AppDelegate. Threads: main. Whatever changes the mode or opens something is handed to
+///          switchModeQueue.
 class SearchFieldKeys {
   public:
     struct Parts {
         ModeHost& host;
         TRVSearchMode& searchMode;
         ResultTableView& table;
+        const ResultTableController& rows;
+        SearchFieldView& fieldView;
         SearchFieldController& field;
         SearchWindowController& window;
+        ModeSwitcher& modeSwitcher;
+        ProjectKeys& projectKeys;
         ItemOpener& opener;
+        ItemActions& actions;
         UserMessages& messages;
+        const HidingGuard& guard;
+        const Updater& updater;
+        KeyboardShortcuts& shortcuts;
     };
-    explicit SearchFieldKeys(const Parts& parts) : parts_(parts) {}
+    explicit SearchFieldKeys(const Parts& parts);
 
-    /// True: the key is used up and must not reach the text.
+    /// Before the text sees it. True: the key is used up.
+    bool searchFieldKeyDown(const KeyEvent& event);
     bool handleSearchFieldKeyDownEvent(const KeyEvent& event);
+    /// Other modifier keys are down.
+    void modifierFlagsChanged(uint64_t flags);
+    enum class OpenWith { defaultApplication, frontMostApplication };
     /// Opens the rows that are selected, and hides the window.
-    bool openSelection();
+    bool openSelection(OpenWith with);
 
   private:
-    bool handleNavigationKeysWithEvent(const KeyEvent& event, uint64_t flags);
+    bool searchFieldMayReceiveInput() const;
+    bool handleNavigationKeysWithEvent(const KeyEvent& event, const TRVMode& mode);
+    /// Keys with a meaning of their own; nothing: it is none of them.
+    std::optional<bool> handleFixedKey(const KeyEvent& event, uint64_t flags, TRVMode& mode);
+    std::optional<bool> handleReturn(uint64_t flags, TRVMode& mode);
+    bool handleTab(const KeyEvent& event);
+    bool handleShortcut(const KeyEvent& event, const TRVMode& mode);
+    bool handleUserDefinedAction(const KeyEvent& event, const TRVMode& mode);
+    bool isWholeTextSelected(const TRVMode& mode) const;
+    bool copyToClipboard(bool filenameOnly, TRVMode& mode);
+    void deleteWord();
     void escape();
-    void moveSelection(long rows, bool extend);
+    void leave();
+    void open(const FileURL& url, OpenWith with);
+    void refreshTexts();
 
     const Parts parts_;
+    TableNavigation navigation_;
+    const KeyboardShortcutEntries keyboardShortcuts_;  // those that are in no mode's list
 };

@@ -89,6 +89,17 @@ std::optional<size_t> ResultTable::selectedRow() const {
     return selection_.count(lastSelected_) ? lastSelected_ : *selection_.begin();
 }
 
+void ResultTable::selectRows(size_t first, size_t last) {
+    if (!allowsMultiple_) {
+        selectRow(last, false);
+        return;
+    }
+    std::set<size_t> rows;
+    for (size_t row = first; row <= last && row < count_; ++row) rows.insert(rows.end(), row);
+    anchor_ = first;
+    setSelection(std::move(rows));
+}
+
 void ResultTable::deselectAll() {
     if (allowsEmpty_) setSelection({});
 }

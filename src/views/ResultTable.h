@@ -28,6 +28,7 @@ class ResultTable : public QWidget, public ResultTableView {
     void setRowHeight(double height) override;
     void setHasVerticalScroller(bool has) override;
     void selectRow(size_t row, bool extend) override;
+    void selectRows(size_t first, size_t last) override;
     /// Does nothing where an empty selection is not allowed.
     void deselectAll() override;
     void setAllowsEmptySelection(bool allows) override { allowsEmpty_ = allows; }

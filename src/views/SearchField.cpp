@@ -7,6 +7,7 @@
 #include <QTextCharFormat>
 #include <algorithm>
 
+#include "screen/linuxSecondKeys.h"
 #include "views/MarkedText.h"
 #include "views/Theme.h"
 
@@ -72,7 +73,7 @@ class SearchField::Edit : public QLineEdit {
         if (event->type() == QEvent::KeyPress) {
             auto* key = static_cast<QKeyEvent*>(event);
             // Before Qt moves the focus for Tab.
-            if (isUsedUp(keyEventFrom(*key, keySymbols_))) {
+            if (isUsedUp(withSecondKeysTranslated(keyEventFrom(*key, keySymbols_)))) {
                 event->accept();
                 return true;
             }

@@ -38,10 +38,13 @@ TEST_F(AppDelegateTest, KeysMoveOpenClearAndHide) {
     EXPECT_TRUE(press(kKeyDown, kArrow));
     EXPECT_TRUE(press(kKeyDown, kArrow));
     EXPECT_TRUE(press(kKeyDown, kArrow));  // at the end it stays
+    settle();
     EXPECT_EQ(screen().table.selectedRows(), std::vector<size_t>{2});
     EXPECT_TRUE(press(kKeyUp, kArrow | kModifierShift));
+    settle();
     EXPECT_EQ(screen().table.selectedRows(), (std::vector<size_t>{1, 2}));
     EXPECT_TRUE(press(kKeyReturn));
+    settle();
     const auto opened = requests("open");
     ASSERT_EQ(opened.size(), 2u);
     EXPECT_EQ(opened[1]["paths"][0], home_.at("qq3.txt").path());
@@ -56,6 +59,7 @@ TEST_F(AppDelegateTest, KeysMoveOpenClearAndHide) {
     EXPECT_TRUE(names().empty());
     EXPECT_TRUE(screen().window.visible);
     EXPECT_TRUE(press(kKeyEscape));
+    settle();
     EXPECT_FALSE(screen().window.visible);
 }
 
@@ -64,6 +68,7 @@ TEST_F(AppDelegateTest, TheSelectionStaysWithItsFileWhenTheListChanges) {
     start();
     type(u"qq");
     press(kKeyDown, kArrow);
+    settle();
     Cache& cache = *TRVSearchMode::sharedInstance().currentCache();
     cache.removePath(home_.at("qq1"), 0);
     EXPECT_EQ(session_->app().table().numberOfRows(), 2u);

@@ -115,6 +115,7 @@ TEST_F(LiveIndexTest, ANewFileIsInTheVisibleListWithItsSelectionKept) {
     start();
     type(u"sheet");
     press(kKeyDown, kModifierNumericPad | kModifierFunction);
+    settle();
     ASSERT_EQ(std::system(("touch '" + root_.path() + "/sheet a'").c_str()), 0);
     settle();
     session_->advance(5);
@@ -144,6 +145,7 @@ TEST_F(LiveIndexTest, ReturnOpensTheRowThatIsShownThoughOneBeforeItHasGone) {
     session_->world().mainQueue().runPending();
     EXPECT_EQ(names().at(screen().table.selectedRows().at(0)), "wombat2");
     press(kKeyReturn);
+    settle();
     const auto opened = requests("open");
     ASSERT_EQ(opened.size(), 1u);
     EXPECT_EQ(opened[0]["paths"][0], home_.at("root/wombat2").path());

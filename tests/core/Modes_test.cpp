@@ -93,6 +93,7 @@ TEST_F(ModesTest, EachComesBackAsItWasLeft) {
     start();
     type(u"qq");
     press(kKeyDown, kModifierNumericPad | kModifierFunction);
+    settle();
     switchTo(plain_);
     EXPECT_EQ(field().content, u"");
     EXPECT_EQ(screen().field.placeholder, "Names");

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "platform/linux/events/LinuxFileEvents.h"
+#include "shell/registry/KeyboardShortcuts.h"
 #include "shell/registry/PreferencesController.h"
 #include "util/log.h"
 #include "util/settings/OVUserDefaults.h"
@@ -21,6 +22,7 @@ AppSession::AppSession(const Start& start) {
     PreferencesController::setupUserDefaults(settings,
                                              {.home = start.home, .layout = start.layout});
     for (const auto& [key, value] : start.settings.items()) settings.setObject(value, key);
+    world_->provide<KeyboardShortcuts>(settings, start.layout);
     world_->mainQueue().runPending();  // nobody is to be told of these
     desktop_.modifiers = start.modifiers;
     if (start.screen)
@@ -43,6 +45,7 @@ AppSession::AppSession(const Start& start) {
                                                 .diskAccess = screen.diskAccess},
                                          DesktopPorts{.application = desktop_,
                                                       .applications = desktop_,
+                                                      .pasteboard = desktop_,
                                                       .fileTypes = desktop_,
                                                       .fileEvents = desktop_,
                                                       .frontmost = desktop_,

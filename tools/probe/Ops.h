@@ -25,13 +25,15 @@ Op rulePrepare, ruleStatus;
 Op nameNext, selectionRename, textFiletypes, textPermissions, textSize;
 // functions_settings.cpp
 Op settingsDefaults;
+// functions_shortcuts.cpp
+Op history, shortcutsList, shortcutsParse, shortcutsRecord;
 // cacheEvents.cpp
 Op cacheEvents;
 // cacheOps.cpp
 Op cacheAdd, cacheMove, cacheNew, cacheRefreshNow, cacheRefreshed, cacheRemove, cacheScan;
 // appOps.cpp
 Op appAnswer, appClick, appClock, appCursor, appHotkey, appKey, appMove, appQuit, appScreen,
-    appSetting, appSettle, appStart, appToggle, appType;
+    appSetting, appSettle, appShortcut, appStart, appToggle, appType;
 // appReports.cpp
 Op appAlerts, appDesktop, appDump, appLog, appRowsChanged, appState;
 // cacheQueries.cpp

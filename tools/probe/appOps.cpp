@@ -4,6 +4,7 @@
 #include "Session.h"
 #include "Stored.h"
 #include "Surrogates.h"
+#include "shell/registry/KeyboardShortcuts.h"
 #include "util/log.h"
 #include "util/settings/OVUserDefaults.h"
 
@@ -145,6 +146,14 @@ json appSetting(const Fields& request, Session& session) {
     else if (const json* value = request.find("value"))
         settings.setObject(storedFromCarried(*value), key);
     return {{"value", carriedFromStored(settings.objectForKey(key))}};
+}
+
+json appShortcut(const Fields& request, Session& session) {
+    session.appSession();
+    const auto definition = KeyboardShortcuts::sharedInstance().keyboardShortcutDefinitionFor(
+        request.word("identifier"));
+    if (!definition) throw OpError("there is no command of this identifier");
+    return {{"consumed", definition->performBlock()}};
 }
 
 json appMove(const Fields& request, Session& session) {

@@ -2,6 +2,7 @@
 
 #include "core/state/GlobalState.h"
 #include "platform/StatusBar.h"
+#include "shell/commands/commands.h"
 #include "util/World.h"
 #include "util/settings/OVUserDefaults.h"
 
@@ -39,14 +40,33 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
       scanRefresh_(
           host_, [this] { return static_cast<uint64_t>(searchMode_.scannedCount()); },
           [this] { host_.updateFreshness(); }),
-      opener_(desktop.applications, [this](const std::string& text) { messages_.error(text); }),
+      opener_({.applications = desktop.applications,
+               .frontmost = frontmost_,
+               .error = [this](const std::string& text) { messages_.error(text); }}),
+      itemActions_({.applications = desktop.applications,
+                    .pasteboard = desktop.pasteboard,
+                    .window = window_,
+                    .messages = messages_}),
+      projectKeys_({.host = host_,
+                    .searchMode = searchMode_,
+                    .modeSwitcher = modeSwitcher_,
+                    .projectSwitcher = projectSwitcher_,
+                    .messages = messages_}),
       keys_({.host = host_,
              .searchMode = searchMode_,
              .table = screen.views.table,
+             .rows = table_,
+             .fieldView = screen.views.field,
              .field = field_,
              .window = window_,
+             .modeSwitcher = modeSwitcher_,
+             .projectKeys = projectKeys_,
              .opener = opener_,
-             .messages = messages_}),
+             .actions = itemActions_,
+             .messages = messages_,
+             .guard = guard_,
+             .updater = desktop.updater,
+             .shortcuts = KeyboardShortcuts::sharedInstance()}),
       hotKey_(desktop.hotKeys, messages_, [this] { window_.toggleMainWindow(); }),
       statusItem_(desktop.statusBar, {.toggleMainWindow = [this] { window_.toggleMainWindow(); },
                                       .openQuickStart = [this] { quickStart_.openQuickStart(); },
@@ -94,6 +114,8 @@ void AppDelegate::joinParts() {
                 .projectSwitcher = projectSwitcher_});
     searchMode_.setHost(&host_);
     host_.setFreshnessSource([this] { return searchMode_.freshness(); });
+    modeSwitcher_.addMode(searchMode_);
+    joinKeys();
     screen_.views.field.setDelegate(this);
     screen_.views.table.setDelegate(this);
     screen_.views.table.setData(&table_);
@@ -108,6 +130,25 @@ void AppDelegate::joinParts() {
     visibility_ = window_.visibilityChanged().observe([this](bool visible) {
         searchMode_.setWindowVisible(visible);
         host_.updateFreshness();
+    });
+}
+
+void AppDelegate::joinKeys() {
+    bindCommands(KeyboardShortcuts::sharedInstance(), {.host = host_,
+                                                       .searchMode = searchMode_,
+                                                       .table = table_,
+                                                       .field = field_,
+                                                       .window = window_,
+                                                       .modeSwitcher = modeSwitcher_,
+                                                       .projectSwitcher = projectSwitcher_,
+                                                       .toggles = toggles_,
+                                                       .actions = itemActions_,
+                                                       .messages = messages_});
+    // Before quitByHold_ goes, it takes the monitor away.
+    screen_.keyEvents.setMonitor([this](const KeyEvent& event) {
+        if (event.kind == KeyEvent::Kind::flagsChanged)
+            keys_.modifierFlagsChanged(event.modifierFlags);
+        return quitByHold_.sendEvent(event);
     });
 }
 

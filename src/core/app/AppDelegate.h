@@ -25,17 +25,21 @@
 #include "core/app/SettingsObservers.h"
 #include "fulldiskaccess/FullDiskAccess.h"
 #include "modes/TRVSearchMode.h"
+#include "shell/ItemActions.h"
+#include "shell/ProjectKeys.h"
 #include "shell/SearchFieldKeys.h"
 #include "util/settings/ProcessFlagsMirror.h"
 
 class Applications;
 class FileEvents;
 class FileTypes;
+class Pasteboard;
 
 /// The desktop, as far as the program asks it for something. All outlive the AppDelegate.
 struct DesktopPorts {
     OwnApplication& application;
     Applications& applications;
+    Pasteboard& pasteboard;
     const FileTypes& fileTypes;
     FileEvents& fileEvents;
     Frontmost& frontmost;
@@ -60,6 +64,7 @@ struct Folders {
     FileURL home;
     FileURL configuration;  // of this program: settings.json
     FileURL state;          // of this program: the log
+    KeyLayout layout = KeyLayout::qwerty;
 };
 
 /// Owns the application's parts and joins them; decides nothing. Members stand in the order in
@@ -88,6 +93,7 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
   private:
     // Stage one.
     void joinParts();
+    void joinKeys();
     void setUpWindow();
     void resetWindowIfAsked();
     void keepOneWayIn();
@@ -106,11 +112,13 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
         field_.selectionChanged(selection);
     }
     bool searchFieldKeyDown(const KeyEvent& event) override {
-        return keys_.handleSearchFieldKeyDownEvent(event);
+        return keys_.searchFieldKeyDown(event);
     }
     void tableViewSelectionDidChange() override { table_.tableViewSelectionDidChange(); }
     void clipViewBoundsDidChange() override { table_.clipViewBoundsDidChange(); }
-    void rowDoubleClicked(size_t) override { keys_.openSelection(); }
+    void rowDoubleClicked(size_t) override {
+        keys_.openSelection(SearchFieldKeys::OpenWith::defaultApplication);
+    }
 
     const Screen screen_;
     const DesktopPorts desktop_;
@@ -129,6 +137,8 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     ProjectSwitcher projectSwitcher_;  // which project is searched
     ScanRefresh scanRefresh_;          // the list while a scan runs
     ItemOpener opener_;                // Return
+    ItemActions itemActions_;          // items in other programs
+    ProjectKeys projectKeys_;          // the digits
     SearchFieldKeys keys_;             // what keys do
     ActionStore actions_;              // the user's own actions
     GlobalHotKey hotKey_;              // brings the window up

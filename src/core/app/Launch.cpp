@@ -39,8 +39,9 @@ void openSettingsAndLog(const Folders& folders) {
     logging::open({.folder = folders.state.path(), .systemLog = true, .standardError = true});
     auto& settings = World::current().provide<OVUserDefaults>(
         std::make_unique<SettingsFile>(folders.configuration.appending("settings.json")));
-    PreferencesController::setupUserDefaults(settings,
-                                             {.home = folders.home, .onlyExistingFolders = true});
+    PreferencesController::setupUserDefaults(
+        settings, {.home = folders.home, .onlyExistingFolders = true, .layout = folders.layout});
+    World::current().provide<KeyboardShortcuts>(settings, folders.layout);
 }
 
 // ---- Stage one: all that needs no file of the user's

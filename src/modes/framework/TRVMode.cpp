@@ -5,6 +5,7 @@
 #include "modes/framework/ModeHost.h"
 #include "modes/framework/modeLook.h"
 #include "screen/ResultTableView.h"
+#include "shell/registry/KeyboardShortcuts.h"
 #include "util/ProcessFlags.h"
 #include "util/World.h"
 #include "util/log.h"
@@ -164,6 +165,14 @@ void TRVMode::scrollTo(const std::vector<size_t>& rows, bool restoresScrollPosit
     if (restoresScrollPosition && selection_ && selection_->clipOrigin.y != 0)
         MainQueue::async(
             [&table, origin = selection_->clipOrigin] { table.setClipOrigin(origin); });
+}
+
+// ---- Keys
+
+bool TRVMode::handleEvent(const KeyEvent& event) {
+    const auto processed =
+        KeyboardShortcuts::process(keyboardShortcutsIncludingSuperclass(true), event, identifier_);
+    return processed && processed->result;
 }
 
 // ---- The search text

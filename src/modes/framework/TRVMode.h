@@ -14,6 +14,7 @@
 #include "screen/KeyEvent.h"
 #include "screen/ModeLook.h"
 #include "screen/RowContent.h"
+#include "shell/registry/KeyboardShortcutDefinition.h"
 #include "util/FunctionRef.h"
 #include "util/Relaxed.h"
 #include "util/Section.h"
@@ -83,8 +84,13 @@ class TRVMode {
     /// The table has reloaded: bring the selection back.
     virtual void resultSetReloaded();
 
-    // Keys that the mode has for itself; true: the key is used up.
-    virtual bool handleEvent(const KeyEvent&) { return false; }
+    // Keys that the mode has for itself.
+    /// Its commands under the titles of their sections. A mode decides which of them it inherits.
+    virtual KeyboardShortcutEntries keyboardShortcutsIncludingSuperclass(bool /*including*/) const {
+        return {};
+    }
+    /// True: the key is used up. Those of its commands, unless the mode has more.
+    virtual bool handleEvent(const KeyEvent& event);
 
     // The filtered items: readers see the old list or the new, never a part of one.
     void createFilteredItemsFromArray(std::vector<FilteredItem> items);

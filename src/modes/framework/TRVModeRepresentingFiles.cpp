@@ -15,6 +15,12 @@ std::vector<FileURL> TRVModeRepresentingFiles::urlsOfFilteredItemsAtIndexSet(
     return urls;
 }
 
+std::vector<FileURL> TRVModeRepresentingFiles::clickedOrSelectedURLs() {
+    std::vector<size_t> rows;
+    MainQueue::sync([&] { rows = host().resultTable().selectedRows(); });
+    return urlsOfFilteredItemsAtIndexSet(rows);
+}
+
 void TRVModeRepresentingFiles::markPathForFutureSelection(const FileURL& url) {
     if (!selection()) selection() = Selection{};
     selection()->selectedItems = {url};

@@ -1,6 +1,7 @@
 #pragma once
 #include "index/LivePathFilter.h"
 #include "modes/framework/TRVModeRepresentingFiles.h"
+#include "shell/registry/KeyboardShortcuts.h"
 
 /// A mode with files from many folders: rows have a path line, and the list can be narrowed to
 /// parts of the tree.
@@ -19,6 +20,10 @@ class TRVModeSupportingPath : public TRVModeRepresentingFiles {
     enum class Narrowing : bool { ignore = false, focus = true };
     /// The same for the selected rows, in the background. True: the command is used up.
     bool handleFocusOrIgnoreSelectedURL(Narrowing narrowing);
+
+    KeyboardShortcutEntries keyboardShortcutsIncludingSuperclass(bool) const override {
+        return KeyboardShortcuts::sharedInstance().sections({"Paths", "Quick Filter"});
+    }
 
   protected:
     /// Without a search; what was narrowed is gone. Not on the main thread.

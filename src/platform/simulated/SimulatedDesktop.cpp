@@ -14,6 +14,16 @@ class SilentStream : public FileEventStream {
     void stop() override {}
 };
 
+bool contains(const std::vector<std::string>& texts, const std::string& text) {
+    return std::find(texts.begin(), texts.end(), text) != texts.end();
+}
+
+nlohmann::json textsOf(const std::vector<FileURL>& urls) {
+    nlohmann::json texts = nlohmann::json::array();
+    for (const FileURL& url : urls) texts.push_back(pathToText(url.path()));
+    return texts;
+}
+
 }  // namespace
 
 void SimulatedDesktop::request(const char* what, nlohmann::json fields) {
@@ -63,17 +73,46 @@ void SimulatedDesktop::terminate() {
     terminated_ = true;
 }
 
-Result<void> SimulatedDesktop::openInDefaultApplication(const FileURL& url) {
+std::optional<std::string> SimulatedDesktop::defaultApplicationForItem(const FileURL& url) {
     const std::string extension(url.pathExtension());
-    nlohmann::json application;
     for (const App& app : applications)
-        if (std::find(app.extensions.begin(), app.extensions.end(), extension) !=
-            app.extensions.end()) {
-            application = app.id;
-            break;
-        }
-    request("open", {{"paths", {pathToText(url.path())}}, {"application", application}});
+        if (contains(app.extensions, extension)) return app.id;
+    return std::nullopt;
+}
+
+std::optional<std::string> SimulatedDesktop::defaultApplicationForDataOf(const FileURL&) {
+    for (const App& app : applications)
+        if (contains(app.types, "public.data")) return app.id;
+    return std::nullopt;
+}
+
+std::optional<std::string> SimulatedDesktop::fileManager(const std::string& configured) {
+    return configured;
+}
+
+std::optional<std::string> SimulatedDesktop::textEditor(const std::string& configured) {
+    return configured;
+}
+
+Result<void> SimulatedDesktop::openWithApplication(const std::vector<FileURL>& urls,
+                                                   const std::string& application) {
+    request("open", {{"paths", textsOf(urls)}, {"application", application}});
+    if (launchError) return Error{.domain = "desktop", .description = *launchError};
     return {};
+}
+
+Result<void> SimulatedDesktop::reveal(const std::vector<FileURL>& urls) {
+    request("reveal", {{"paths", textsOf(urls)}});
+    return {};
+}
+
+Result<void> SimulatedDesktop::showInfo(const std::vector<FileURL>& urls) {
+    request("info", {{"paths", textsOf(urls)}});
+    return {};
+}
+
+void SimulatedDesktop::setString(const std::string& text) {
+    request("pasteboard", {{"text", pathToText(text)}});
 }
 
 std::string SimulatedDesktop::iconNameForItem(const FileURL&, uint8_t itemType) const {

@@ -11,6 +11,7 @@
 #include "platform/Frontmost.h"
 #include "platform/HotKeys.h"
 #include "platform/OwnApplication.h"
+#include "platform/Pasteboard.h"
 #include "platform/StatusBar.h"
 #include "platform/Updater.h"
 #include "platform/simulated/SimulatedScreen.h"
@@ -21,6 +22,7 @@
 /// Owner:   the console or a test; outlives the AppDelegate. Threads: main, but FileTypes: any.
 class SimulatedDesktop : public OwnApplication,
                          public Applications,
+                         public Pasteboard,
                          public FileTypes,
                          public FileEvents,
                          public Frontmost,
@@ -32,7 +34,7 @@ class SimulatedDesktop : public OwnApplication,
   public:
     /// An application of the desktop.
     struct App {
-        std::string id, path, name;
+        std::string id, path = {}, name = {};
         std::vector<std::string> types = {}, extensions = {};
         bool owner = false;
         int64_t pid = 0;
@@ -41,7 +43,11 @@ class SimulatedDesktop : public OwnApplication,
     SimulatedScreen screen;
 
     // The desktop's state, to be set as one likes.
-    std::vector<App> applications, running;
+    /// One that opens everything.
+    std::vector<App> applications{
+        {.id = "com.example.Editor", .path = "/usr/bin/editor", .types = {"public.data"}}};
+    std::vector<App> running;
+    std::optional<std::string> launchError;  // of every application
     uint64_t modifiers = 0;
     bool dark = true;
     bool updateSession = false;
@@ -75,7 +81,16 @@ class SimulatedDesktop : public OwnApplication,
     void beep() override { request("beep"); }
 
     // Applications
-    Result<void> openInDefaultApplication(const FileURL& url) override;
+    std::optional<Identifier> defaultApplicationForItem(const FileURL& url) override;
+    std::optional<Identifier> defaultApplicationForDataOf(const FileURL& url) override;
+    std::optional<Identifier> fileManager(const Identifier& configured) override;
+    std::optional<Identifier> textEditor(const Identifier& configured) override;
+    Result<void> openWithApplication(const std::vector<FileURL>& urls,
+                                     const Identifier& application) override;
+    Result<void> reveal(const std::vector<FileURL>& urls) override;
+    Result<void> showInfo(const std::vector<FileURL>& urls) override;
+    // Pasteboard
+    void setString(const std::string& text) override;
     // FileTypes
     bool isFilePackageAtPath(const FileURL&) const override { return false; }
     std::string iconNameForItem(const FileURL& url, uint8_t itemType) const override;

@@ -25,6 +25,16 @@ void SimulatedTable::selectRow(size_t row, bool extend) {
     select(std::move(rows));
 }
 
+void SimulatedTable::selectRows(size_t first, size_t last) {
+    if (!allowsMultiple_) {
+        selectRow(last, false);
+        return;
+    }
+    std::set<size_t> rows;
+    for (size_t row = first; row <= last && row < count_; row++) rows.insert(rows.end(), row);
+    select(std::move(rows));
+}
+
 void SimulatedTable::deselectAll() {
     if (allowsEmpty_) select({});
 }

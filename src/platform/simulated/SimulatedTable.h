@@ -20,6 +20,7 @@ class SimulatedTable : public ResultTableView {
     void setRowHeight(double height) override { rowHeight_ = height; }
     void setHasVerticalScroller(bool has) override { hasScroller_ = has; }
     void selectRow(size_t row, bool extend) override;
+    void selectRows(size_t first, size_t last) override;
     void deselectAll() override;
     void setAllowsEmptySelection(bool allows) override { allowsEmpty_ = allows; }
     void setAllowsMultipleSelection(bool allows) override { allowsMultiple_ = allows; }

@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "shell/registry/KeyboardShortcuts.h"
 #include "util/Unicode.h"
 #include "util/Uuid.h"
 #include "util/settings/OVUserDefaults.h"
@@ -49,18 +50,6 @@ json defaultProject(const PreferencesController::Environment& environment) {
         {"visibleItemType", kFilesAndFoldersVisible},
         {"ignoreDiacritics", false},
     };
-}
-
-json keyboardShortcuts(KeyLayout layout) {
-    json stored = json::object();
-    for (const BuiltinSection& section : builtinShortcuts())
-        for (const BuiltinShortcut& shortcut : section.shortcuts)
-            stored[std::string(shortcut.identifier)] = valueForUserDefaults({
-                .keyCode = shortcut.keys.keyCode(layout),
-                .modifierFlags = shortcut.keys.modifierFlags,
-                .showInContextMenu = shortcut.showInContextMenu,
-            });
-    return stored;
 }
 
 }  // namespace
@@ -116,7 +105,7 @@ json PreferencesController::userDefaults(const Environment& environment) {
         {"markedItemsIgnoreDiacritics", false},
         {"browserVisibleItemTypes", kFilesAndFoldersVisible},
         {"browserIgnoreDiacritics", false},
-        {"keyboardShortcuts", keyboardShortcuts(environment.layout)},
+        {"keyboardShortcuts", KeyboardShortcuts::userDefaults(environment.layout)},
         {"historyMaxSize", 100},
         {"history", json::array()},
         {"fontWeight", 0.0},

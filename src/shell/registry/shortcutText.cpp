@@ -2,11 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <nlohmann/json.hpp>
 
 #include "screen/KeyEvent.h"
-#include "shell/registry/builtinShortcuts.h"
-#include "util/settings/OVUserDefaults.h"
+#include "shell/registry/KeyboardShortcuts.h"
 
 namespace {
 
@@ -36,7 +34,7 @@ constexpr std::array<NamedKey, 27> kNamedKeys = {{
     {kKeyDown, "Down"},
     {kKeyUp, "Up"},
     {122, "F1"},
-    {120, "F2"},
+    {kKeyF2, "F2"},
     {99, "F3"},
     {118, "F4"},
     {96, "F5"},
@@ -45,7 +43,7 @@ constexpr std::array<NamedKey, 27> kNamedKeys = {{
     {100, "F8"},
     {101, "F9"},
     {109, "F10"},
-    {103, "F11"},
+    {kKeyF11, "F11"},
     {111, "F12"},
     {105, "F13"},
     {107, "F14"},
@@ -63,22 +61,20 @@ std::string nameOfKey(uint64_t keyCode) {
 
 }  // namespace
 
-std::string shortcutText(uint64_t keyCode, uint64_t modifierFlags) {
+std::string keyText(uint64_t keyCode, uint64_t modifierFlags) {
     // Key code 0 is the A key: only without modifiers does it say that there is none.
-    if (keyCode == 0 && modifierFlags == 0) return {};
+    return keyCode == 0 && modifierFlags == 0 ? std::string() : nameOfKey(keyCode);
+}
+
+std::string shortcutText(uint64_t keyCode, uint64_t modifierFlags) {
     std::string text;
     if (modifierFlags & kModifierCommand) text += "Ctrl+";
     if (modifierFlags & kModifierControl) text += "Alt+";
     if (modifierFlags & kModifierOption) text += "Super+";
     if (modifierFlags & kModifierShift) text += "Shift+";
-    return text + nameOfKey(keyCode);
+    return text + keyText(keyCode, modifierFlags);
 }
 
 std::string stringRepresentationFor(std::string_view identifier) {
-    const SettingsValue stored = OVUserDefaults::sharedInstance().valueForKey("keyboardShortcuts");
-    if (!stored || !stored->is_object()) return {};
-    const auto found = stored->find(std::string(identifier));
-    if (found == stored->end() || !found->is_string()) return {};
-    const auto shortcut = parseFromUserDefaultsComponents(found->get<std::string>());
-    return shortcut ? shortcutText(shortcut->keyCode, shortcut->modifierFlags) : std::string();
+    return KeyboardShortcuts::sharedInstance().stringRepresentationFor(identifier);
 }

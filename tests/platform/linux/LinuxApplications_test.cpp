@@ -62,6 +62,13 @@ struct Desktop {
     const FileURL note = folder.at("note");
 };
 
+/// With the application that the desktop has for it.
+bool opened(LinuxApplications& applications, const FileURL& file) {
+    auto application = applications.defaultApplicationForItem(file);
+    if (!application) application = applications.defaultApplicationForDataOf(file);
+    return application && applications.openWithApplication({file}, *application);
+}
+
 }  // namespace
 
 // One test: GLib looks at the desktop's folders once.
@@ -78,20 +85,25 @@ TEST(LinuxApplications, OpensEveryFileAsADocument) {
         desktop.script("run.desktop", "[Desktop Entry]\nType=Application\nName=x\nExec=" + touch),
     };
     for (const FileURL& file : files) {
-        ASSERT_TRUE(applications.openInDefaultApplication(file)) << file.path();
+        ASSERT_TRUE(opened(applications, file)) << file.path();
         EXPECT_EQ(desktop.shown(), file.path() + "|");
     }
     EXPECT_NE(access(ran.c_str(), F_OK), 0);
 
     LinuxApplications keepsUsersChoice(false);
-    ASSERT_TRUE(keepsUsersChoice.openInDefaultApplication(files[0]));
+    ASSERT_TRUE(opened(keepsUsersChoice, files[0]));
     EXPECT_EQ(desktop.shown(), files[0].path() + "|offscreen");
 
-    const auto folder = applications.openInDefaultApplication(desktop.folder.folder("holiday"));
-    ASSERT_FALSE(folder);
-    EXPECT_EQ(folder.error().description, "Found no application to open holiday");
-    const auto missing = applications.openInDefaultApplication(desktop.folder.at("missing"));
-    ASSERT_FALSE(missing);
-    EXPECT_EQ(missing.error().description, "Cannot open missing");
-    EXPECT_FALSE(missing.error().failureReason.empty());
+    const FileURL folder = desktop.folder.folder("holiday");
+    EXPECT_FALSE(applications.defaultApplicationForItem(folder));
+    EXPECT_FALSE(applications.defaultApplicationForDataOf(folder));
+    EXPECT_FALSE(applications.fileManager("com.apple.Finder"));
+    EXPECT_FALSE(applications.defaultApplicationForItem(desktop.folder.at("missing")));
+
+    const auto editor = applications.textEditor("com.apple.TextEdit");
+    ASSERT_TRUE(editor);
+    EXPECT_EQ(applications.textEditor(*editor), editor);
+    const auto nobody = applications.openWithApplication({files[0]}, "nobody");
+    ASSERT_FALSE(nobody);
+    EXPECT_EQ(nobody.error().description, "Found no application to open a \"b\" $c.txt");
 }

@@ -1,0 +1,49 @@
+#include "screen/linuxSecondKeys.h"
+
+namespace {
+
+constexpr uint64_t kCounted =
+    kModifierShift | kModifierControl | kModifierOption | kModifierCommand;
+constexpr char16_t kControlW = 23;
+
+struct SecondKey {
+    uint64_t keyCode, modifierFlags;  // as pressed
+    uint64_t asKeyCode, asModifierFlags;
+};
+constexpr SecondKey kSecondKeys[] = {
+    {kKeyForwardDelete, kModifierCommand, kKeyDelete, kModifierCommand},
+    {kKeyF2, 0, kKeyReturn, kModifierControl},
+    {kKeyF11, 0, kKeySpace, kModifierControl | kModifierShift},
+    {kKeyEscape, kModifierShift, kKeyEscape, kModifierOption},
+    {kKeyC, kModifierCommand | kModifierControl, kKeyReturn, kModifierOption},
+    {kKeyC, kModifierCommand | kModifierControl | kModifierShift, kKeyReturn,
+     kModifierOption | kModifierShift},
+};
+
+}  // namespace
+
+KeyEvent withSecondKeysTranslated(KeyEvent event) {
+    const uint64_t flags = event.modifierFlags & kCounted;
+    const bool deletesWord = (event.keyCode == kKeyDelete && flags == kModifierCommand) ||
+                             (event.keyCode == kKeyW && flags == kModifierControl);
+    if (deletesWord) {
+        event.keyCode = kKeyW;
+        event.modifierFlags = kModifierControl;
+        event.characters = kControlW;
+        return event;
+    }
+    for (const SecondKey& key : kSecondKeys) {
+        if (event.keyCode != key.keyCode || flags != key.modifierFlags) continue;
+        event.keyCode = key.asKeyCode;
+        event.modifierFlags = key.asModifierFlags;
+        return event;
+    }
+    // The desktop's Ctrl makes control characters, which here only Control does.
+    const bool isControlCharacter = event.characters.size() == 1 && event.characters[0] < 0x20;
+    if (isControlCharacter && (flags & kModifierCommand)) event.characters[0] += 0x60;
+    if (event.keyCode == kKeyEnter) {
+        event.keyCode = kKeyReturn;
+        event.modifierFlags &= ~kModifierNumericPad;
+    }
+    return event;
+}

@@ -1,0 +1,48 @@
+#include "shell/commands/commands.h"
+
+#include "core/ModeSwitcher.h"
+#include "core/UserMessages.h"
+#include "modes/framework/ModeHost.h"
+#include "modes/framework/TRVModeRepresentingFiles.h"
+
+void bindCommands(KeyboardShortcuts& registry, const CommandParts& parts) {
+    for (CommandBlocks (*section)(const CommandParts&) :
+         {switchingModesCommands, generalCommands, selectionCommands, searchHistoryCommands,
+          pathsCommands, searchModeCommands, projectModeCommands})
+        for (auto& [identifier, block] : section(parts))
+            if (const auto definition = registry.keyboardShortcutDefinitionFor(identifier))
+                definition->setBlock(std::move(block));
+    for (const KeyboardShortcutEntry& entry : registry.builtinActionKeyboardShortcuts()) {
+        if (!entry.definition || entry.definition->hasBlock()) continue;
+        entry.definition->setBlock(
+            [&messages = parts.messages, name = entry.definition->actionName()] {
+                return sayNotAvailable(messages, name);
+            });
+    }
+}
+
+bool sayNotAvailable(UserMessages& messages, std::string_view command) {
+    messages.error("“" + std::string(command) + "” is not available yet");
+    return false;
+}
+
+bool switchToMode(const CommandParts& parts, ModeIdentifier identifier, std::string_view command) {
+    TRVMode* const mode = parts.modeSwitcher.modeWithIdentifier(identifier);
+    if (!mode) return sayNotAvailable(parts.messages, command);
+    parts.modeSwitcher.switchToMode(*mode);
+    return true;
+}
+
+std::vector<FileURL> selectionOf(const CommandParts& parts) {
+    auto* const mode = dynamic_cast<TRVModeRepresentingFiles*>(parts.host.currentMode());
+    std::vector<FileURL> urls = mode ? mode->clickedOrSelectedURLs() : std::vector<FileURL>();
+    if (urls.empty()) parts.messages.error("No item selected");
+    return urls;
+}
+
+std::optional<FileURL> singleSelectionOf(const CommandParts& parts) {
+    std::vector<FileURL> urls = selectionOf(parts);
+    if (urls.size() == 1) return std::move(urls.front());
+    if (urls.size() > 1) parts.messages.error("Multiple items selected");
+    return std::nullopt;
+}
