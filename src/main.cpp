@@ -54,7 +54,8 @@ struct Desktop {
                 .statusBar = statusBar,
                 .appearance = appearance,
                 .updater = updater,
-                .diskAccess = diskAccess};
+                .diskAccess = diskAccess,
+                .home = userFolders::home()};
     }
     Screen screen() {
         return {.views = {.window = window,

@@ -1,4 +1,7 @@
 #pragma once
+#include <vector>
+
+#include "modes/framework/ModeIdentifier.h"
 #include "screen/InfoBarView.h"
 #include "screen/ResultTableView.h"
 #include "screen/WindowView.h"
@@ -22,6 +25,12 @@ class ModeSwitcher {
     };
     explicit ModeSwitcher(const Parts& parts) : parts_(parts) {}
 
+    /// The modes that there are. Main thread, before anything is shown.
+    void addMode(TRVMode& mode);
+    /// Null: there is none of this kind. Any thread.
+    TRVMode* modeWithIdentifier(ModeIdentifier identifier) const;
+    const std::vector<TRVMode*>& modes() const { return modes_; }
+
     /// The mode becomes the current one and shows itself as it was left; whoever calls then has it
     /// search. Runs on switchModeQueue and waits for the main thread.
     void activateMode(TRVMode& mode);
@@ -38,9 +47,11 @@ class ModeSwitcher {
 
   private:
     void switchOnMainThread(TRVMode& mode);
+    void leave(TRVMode& mode, const TRVMode& forMode);
     void showText(TRVMode& mode);
     void showLook(TRVMode& mode);
 
     const Parts parts_;
+    std::vector<TRVMode*> modes_;
     uint64_t modifierFlags_ = 0;
 };

@@ -16,6 +16,7 @@ class UserMessages {
 
     void error(const std::string& text);
     void info(const std::string& text);
+    void beep() const { beep_(); }
     /// What the bar shows when no message stands in it.
     void setRestingText(const std::string& text, const std::string& toolTip);
 

@@ -1,4 +1,5 @@
 #pragma once
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@ struct RowContent {
     std::vector<TextRange> nameHighlights = {};
     std::string path = {};  // second line: the folder
     std::vector<TextRange> pathHighlights = {};
+    std::optional<TextRange> pathSelection = {};  // it counts instead of the name, which is dim
     bool isLink = false;
     bool isMarked = false;
 };

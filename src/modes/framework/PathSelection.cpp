@@ -22,8 +22,7 @@ bool PathSelection::clearPathSelection() {
 }
 
 void PathSelection::shrinkPathSelection() {
-    selectedPathComponent_ =
-        selectedPathComponent_ == 0 ? count() + 1 : selectedPathComponent_ - 1;
+    selectedPathComponent_ = selectedPathComponent_ == 0 ? count() + 1 : selectedPathComponent_ - 1;
 }
 
 void PathSelection::extendPathSelection() {
