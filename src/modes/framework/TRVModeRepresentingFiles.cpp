@@ -123,6 +123,7 @@ void TRVModeRepresentingFiles::saveSelection() {
     ResultTableView& table = host().resultTable();
     const std::vector<size_t> rows = table.selectedRows();
     Selection& saved = *selection();
+    if (!rows.empty()) saved.clearSelection = false;  // there is something to come back to
     saved.clipOrigin = table.clipOrigin();
     saved.mostRecentlySelectedRow = rows.empty() ? -1 : static_cast<int64_t>(rows.front());
     saved.selectedRowIndexes = {rows.begin(), rows.end()};
