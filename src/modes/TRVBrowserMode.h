@@ -11,7 +11,6 @@
 
 class FileTypes;
 class TRVMarkedItemsMode;
-class TRVSearchMode;
 
 /// What a level showed before the user went down from it. A value.
 struct ParentDirectorySelection {
@@ -34,7 +33,6 @@ class TRVBrowserMode : public TRVModeRepresentingFiles {
         FileURL home;
         const FileTypes& fileTypes;
         FileEvents& fileEvents;
-        TRVSearchMode& searchMode;
         TRVMarkedItemsMode& marks;
     };
     explicit TRVBrowserMode(const Parts& parts);

@@ -1,6 +1,4 @@
 #pragma once
-#include <map>
-
 #include "index/PathCache.h"
 #include "modes/framework/TRVModeSupportingPath.h"
 

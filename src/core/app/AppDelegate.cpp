@@ -22,7 +22,6 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
           TRVBrowserMode::Parts{.home = desktop.home,
                                 .fileTypes = desktop.fileTypes,
                                 .fileEvents = desktop.fileEvents,
-                                .searchMode = searchMode_,
                                 .marks = markedItemsMode_})),
       messages_(screen.views.infoBar, [this] { desktop_.application.beep(); }),
       host_(screen.views, desktop.appearance),
