@@ -56,7 +56,8 @@ struct Desktop {
                 .statusBar = statusBar,
                 .appearance = appearance,
                 .updater = updater,
-                .diskAccess = diskAccess};
+                .diskAccess = diskAccess,
+                .home = userFolders::home()};
     }
     Screen screen() {
         return {.views = {.window = window,

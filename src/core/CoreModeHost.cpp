@@ -2,6 +2,7 @@
 
 #include "core/HidingGuard.h"
 #include "core/Indicators.h"
+#include "core/ItemRenamer.h"
 #include "core/ModeSwitcher.h"
 #include "core/ProjectSwitcher.h"
 #include "core/ResultTableController.h"
@@ -10,6 +11,8 @@
 #include "core/UserMessages.h"
 #include "core/freshnessText.h"
 #include "core/state/GlobalState.h"
+#include "modes/TRVMarkedItemsMode.h"
+#include "util/Unicode.h"
 #include "util/log.h"
 
 TRVMode* CoreModeHost::currentMode() const {
@@ -22,6 +25,7 @@ void CoreModeHost::searchInBackgroundForceBlockExecution(ForceBlock force, Searc
 
 void CoreModeHost::reloadInBackgroundAnimated(bool animated) {
     logIf(processFlags.debugSearch, Debug, "Search triggered (reloadInBackground)");
+    if (TRVMode* mode = currentMode()) mode->contentMayHaveChanged();
     searchInBackgroundForceBlockExecution(ForceBlock::no, [this, animated](ChangedRows rows) {
         MainQueue::async([this, animated, rows = std::move(rows)] {
             // The mode that is on screen now, which need not be the one that was searched.
@@ -56,6 +60,10 @@ void CoreModeHost::adjustWindowHeight() {
     parts_->table.adjustWindowHeight();
 }
 
+void CoreModeHost::updateMarkersOfVisibleItems() {
+    parts_->table.updateMarkersOfVisibleItems();
+}
+
 void CoreModeHost::updateTextsOfCurrentMode() {
     TRVMode* mode = currentMode();
     if (!mode) return;
@@ -82,6 +90,30 @@ void CoreModeHost::updateFreshness() {
 
 void CoreModeHost::updateSearchFieldWithEmptySearchString() {
     parts_->field.updateSearchFieldWithEmptySearchString();
+}
+
+void CoreModeHost::updateSearchString(const std::u16string& string) {
+    parts_->field.updateSearchString(string);
+}
+
+void CoreModeHost::focusOnSearchField() {
+    parts_->field.focusOnSearchField();
+}
+
+void CoreModeHost::enableSearchField() {
+    parts_->field.enableSearchField();
+}
+
+void CoreModeHost::disableSearchField() {
+    parts_->field.disableSeachField();
+}
+
+void CoreModeHost::info(const std::string& text) {
+    parts_->messages.info(text);
+}
+
+void CoreModeHost::beep() {
+    parts_->messages.beep();
 }
 
 void CoreModeHost::startSearchAnimation() {
@@ -114,4 +146,30 @@ size_t CoreModeHost::askPreventingHiding(const Alert& alert) {
 
 void CoreModeHost::makeCurrentProject(std::shared_ptr<const Project> project) {
     parts_->projectSwitcher.makeCurrentProject(std::move(project));
+}
+
+// ---- Files
+
+bool CoreModeHost::isMarked(const FileURL& url) const {
+    return parts_->markedItems.isMarked(url);
+}
+
+Result<void> CoreModeHost::renameItem(const FileURL& from, const FileURL& to) {
+    return parts_->itemRenamer.renameItem(from, to);
+}
+
+bool CoreModeHost::reallyTrashItems(const std::vector<FileURL>& urls) {
+    if (urls.empty()) return false;
+    const bool several = urls.size() > 1;
+    const std::string items = several ? std::to_string(urls.size()) + " items"
+                                      : "\"" + displayText(urls.front().lastPathComponent()) + "\"";
+    return askPreventingHiding(
+               {.style = Alert::Style::informational,
+                .title = std::string("Move item") + (several ? "s" : "") + " to Trash",
+                .text = "Do you want to move " + items + " to the Trash?",
+                .buttons = {"Move to Trash", "Cancel"}}) == 0;
+}
+
+void CoreModeHost::moveToTrash(const std::vector<FileURL>&) {
+    error("There is no trash yet");
 }

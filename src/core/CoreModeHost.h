@@ -11,11 +11,13 @@
 
 class HidingGuard;
 class Indicators;
+class ItemRenamer;
 class ModeSwitcher;
 class ProjectSwitcher;
 class ResultTableController;
 class ScanRefresh;
 class SearchFieldController;
+class TRVMarkedItemsMode;
 class UserMessages;
 
 /// What the modes ask of the application, answered by its parts.
@@ -40,6 +42,8 @@ class CoreModeHost : public ModeHost {
         HidingGuard& guard;
         ModeSwitcher& modeSwitcher;
         ProjectSwitcher& projectSwitcher;
+        ItemRenamer& itemRenamer;
+        TRVMarkedItemsMode& markedItems;
     };
     CoreModeHost(const Views& views, const Appearance& appearance)
         : views_(views), appearance_(appearance) {}
@@ -57,6 +61,7 @@ class CoreModeHost : public ModeHost {
     void applyDiffableDataSourceSnapshotAnimated(bool animated,
                                                  const ChangedRows& forRows) override;
     void adjustWindowHeight() override;
+    void updateMarkersOfVisibleItems() override;
     void updateTextsOfCurrentMode() override;
     void updateSearchCriterionIndicators() override;
     void error(const std::string& text) override;
@@ -64,12 +69,22 @@ class CoreModeHost : public ModeHost {
     /// What it says of the index, as often as there is something new.
     void setFreshnessSource(std::function<Freshness()> source) { freshness_ = std::move(source); }
     void updateFreshness();
+    void updateSearchString(const std::u16string& string) override;
+    void focusOnSearchField() override;
+    void enableSearchField() override;
+    void disableSearchField() override;
+    void info(const std::string& text) override;
+    void beep() override;
     void startSearchAnimation();
     void stopSearchAnimation() override;
     void startScanAnimation() override;
     void stopScanAnimation() override;
     void setActionModeForAnimation(bool) override {}
     size_t askPreventingHiding(const Alert& alert) override;
+    bool isMarked(const FileURL& url) const override;
+    Result<void> renameItem(const FileURL& from, const FileURL& to) override;
+    bool reallyTrashItems(const std::vector<FileURL>& urls) override;
+    void moveToTrash(const std::vector<FileURL>& urls) override;
     void makeCurrentProject(std::shared_ptr<const Project> project) override;
 
   private:

@@ -3,6 +3,7 @@
 #include "core/SearchFieldController.h"
 #include "core/state/GlobalState.h"
 #include "modes/framework/ModeHost.h"
+#include "modes/framework/TRVModeWithParentMode.h"
 #include "platform/OwnApplication.h"
 #include "util/log.h"
 #include "util/queues/MainQueue.h"
@@ -19,9 +20,15 @@ double insetFor(ModeIdentifier identifier) {
 
 }  // namespace
 
+void ModeSwitcher::addMode(TRVMode& mode) {
+    mode.setHost(&parts_.host);
+    modes_.push_back(&mode);
+}
+
 TRVMode* ModeSwitcher::modeWithIdentifier(ModeIdentifier identifier) const {
-    const auto found = modes_.find(identifier);
-    return found == modes_.end() ? nullptr : found->second;
+    for (TRVMode* mode : modes_)
+        if (mode->identifier() == identifier) return mode;
+    return nullptr;
 }
 
 void ModeSwitcher::activateMode(TRVMode& mode) {
@@ -44,7 +51,7 @@ void ModeSwitcher::switchOnMainThread(TRVMode& mode) {
     const SearchFieldController::CursorUpdatePause pause(parts_.field);
     parts_.field.hideMarqueeInfoField();
     GlobalState& state = GlobalState::sharedInstance();
-    if (TRVMode* old = state.currentMode()) old->resign();
+    if (TRVMode* old = state.currentMode()) leave(*old, mode);
     state.setCurrentMode(&mode);
     parts_.table.setAllowsEmptySelection(mode.allowsEmptySelection());
     mode.activate();
@@ -54,6 +61,13 @@ void ModeSwitcher::switchOnMainThread(TRVMode& mode) {
     parts_.infoBar.setInset(insetFor(mode.identifier()));
     showLook(mode);
     parts_.host.updateTextsOfCurrentMode();
+}
+
+void ModeSwitcher::leave(TRVMode& mode, const TRVMode& forMode) {
+    mode.resignKeepingSubMode((forMode.identifier() & kSubModes) != 0);
+    if (forMode.identifier() == kMarkedItemsMode) return;
+    const auto* child = dynamic_cast<const TRVModeWithParentMode*>(&mode);
+    if (child && child->parentMode()) child->parentMode()->restorePrimarySubMode();
 }
 
 void ModeSwitcher::begin(TRVMode& mode) {

@@ -1,5 +1,5 @@
 #pragma once
-#include <map>
+#include <vector>
 
 #include "modes/framework/TRVMode.h"
 #include "screen/InfoBarView.h"
@@ -24,10 +24,11 @@ class ModeSwitcher {
     };
     explicit ModeSwitcher(const Parts& parts) : parts_(parts) {}
 
-    /// A mode that can be asked for by its identifier; before the first key. It outlives this.
-    void addMode(TRVMode& mode) { modes_[mode.identifier()] = &mode; }
-    /// Null: there is no such mode.
+    /// The modes that there are. Main thread, before anything is shown.
+    void addMode(TRVMode& mode);
+    /// Null: there is none of this kind. Any thread.
     TRVMode* modeWithIdentifier(ModeIdentifier identifier) const;
+    const std::vector<TRVMode*>& modes() const { return modes_; }
 
     /// The mode becomes the current one and shows itself as it was left; whoever calls then has it
     /// search. Runs on switchModeQueue and waits for the main thread.
@@ -45,10 +46,11 @@ class ModeSwitcher {
 
   private:
     void switchOnMainThread(TRVMode& mode);
+    void leave(TRVMode& mode, const TRVMode& forMode);
     void showText(TRVMode& mode);
     void showLook(TRVMode& mode);
 
     const Parts parts_;
-    std::map<ModeIdentifier, TRVMode*> modes_;
+    std::vector<TRVMode*> modes_;
     uint64_t modifierFlags_ = 0;
 };

@@ -66,6 +66,16 @@ void ResultTableController::applyDiffableDataSourceSnapshotAnimated(bool,
     if (reloaded_) reloaded_(forRows);
 }
 
+void ResultTableController::updateMarkersOfVisibleItems() {
+    std::vector<size_t> rows;
+    const auto top = static_cast<size_t>(table_.clipOrigin().y / heightOfRow());
+    const auto most = static_cast<size_t>(GlobalState::sharedInstance().maxNumberOfRows()) + 2;
+    const size_t end = std::min(numberOfRows(), top + most);
+    for (size_t row = top > most ? top - most : 0; row < end; row++) rows.push_back(row);
+    contents_.clear();
+    table_.reloadRows(rows);
+}
+
 void ResultTableController::adjustWindowHeight() {
     if (!MainQueue::isMainThread()) logError("Method must be run on main thread!");
     GlobalState& state = GlobalState::sharedInstance();

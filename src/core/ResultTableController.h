@@ -20,6 +20,8 @@ class ResultTableController : public ResultTableData {
     double heightOfRow() const;
     /// Draws the rows again that changed, or all.
     void applyDiffableDataSourceSnapshotAnimated(bool animated, const ChangedRows& forRows);
+    /// Draws what is on screen again.
+    void updateMarkersOfVisibleItems();
     /// As high as the rows need, the top edge where it was.
     void adjustWindowHeight();
     /// By the user's or the program's doing: the mode's selection follows.

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "core/state/GlobalState.h"
+#include "modes/TRVMarkedItemsMode.h"
 #include "modes/framework/ModeHost.h"
 #include "modes/framework/Notifications.h"
 #include "modes/rowText.h"
@@ -26,10 +27,12 @@ unsigned rankingThreads() {
 
 }  // namespace
 
-TRVSearchMode::TRVSearchMode(const FileTypes& fileTypes, FileEvents& fileEvents)
+TRVSearchMode::TRVSearchMode(const FileTypes& fileTypes, FileEvents& fileEvents,
+                             TRVMarkedItemsMode& marks)
     : TRVModeSupportingPath(kSearchMode),
       fileTypes_(fileTypes),
       fileEvents_(fileEvents),
+      marks_(marks),
       caches_(*this, fileTypes),
       streams_(fileEvents, [this](FileEventBatch batch) { liveIndex_.process(std::move(batch)); }),
       numberOfThreads_(rankingThreads()),
@@ -189,7 +192,20 @@ void TRVSearchMode::removeFilteredItem(const fs_item_t* item) {
     });
 }
 
+bool TRVSearchMode::hasMarkedPaths() {
+    return marks_.hasMarkedPaths();
+}
+
+void TRVSearchMode::updatePathCachesAfterRemovePath(const FileURL& url) {
+    marks_.updatePathCachesAfterRemovePath(url);
+}
+
+void TRVSearchMode::updatePathCachesAfterRename(const FileURL& from, const FileURL& to) {
+    marks_.updatePathCachesAfterRename(from, to);
+}
+
 void TRVSearchMode::consolidateFilteredList() {
+    marks_.storeRemovedPaths();
     if (!filteredCountChanged_) return;
     filteredItemsAccessQueue_.write([&](const WriteSection&) {
         std::erase(filtered_, nullptr);
@@ -242,13 +258,14 @@ std::vector<RowContent> TRVSearchMode::rowContents(size_t first, size_t count) {
             if (!matches[row]) continue;
             const match_t& match = *matches[row];
             const FileURL folder = fs_item_url(match.item, false);
+            const FileURL url = folder.appending(match.item->nameView());
             RowContent& content = rows.emplace_back(
                 makeRowText(match.item->nameView(), folder.path(), match.matchedIndexes.items(),
                             match.indexesInFilename));
-            content.iconName = fileTypes_.iconNameForItem(folder.appending(match.item->nameView()),
-                                                          match.item->type);
+            content.iconName = fileTypes_.iconNameForItem(url, match.item->type);
             if (display) content.attributes = linesOf(match, *display);
             content.isLink = (match.item->type & ITEM_SYMLINK) != 0;
+            decorate(content, row, url);
         }
     });
     return rows;

@@ -22,6 +22,7 @@
 
 class FileTypes;
 class RepeatingTimer;
+class TRVMarkedItemsMode;
 
 /// The main mode: searches the in-memory index of the current project. It owns the projects, one
 /// Cache a project, the scan, the streams of file-system events, and the rows of the last result.
@@ -29,7 +30,8 @@ class RepeatingTimer;
 ///          and, inside it, one of the filtered items.
 class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
   public:
-    TRVSearchMode(const FileTypes& fileTypes, FileEvents& fileEvents);
+    /// The marks outlive it.
+    TRVSearchMode(const FileTypes& fileTypes, FileEvents& fileEvents, TRVMarkedItemsMode& marks);
     ~TRVSearchMode() override;
     static TRVSearchMode& sharedInstance();
 
@@ -138,9 +140,9 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     Cache* currentCache() override { return caches_.currentCache().get(); }
     void removeFilteredItem(const fs_item_t* item) override;
     void consolidateFilteredList() override;
-    bool hasMarkedPaths() override { return false; }
-    void updatePathCachesAfterRemovePath(const FileURL&) override {}
-    void updatePathCachesAfterRename(const FileURL&, const FileURL&) override {}
+    bool hasMarkedPaths() override;
+    void updatePathCachesAfterRemovePath(const FileURL& url) override;
+    void updatePathCachesAfterRename(const FileURL& from, const FileURL& to) override;
 
   private:
     /// Or an earlier or later copy of it.
@@ -171,6 +173,7 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
 
     const FileTypes& fileTypes_;
     FileEvents& fileEvents_;
+    TRVMarkedItemsMode& marks_;
     ProjectCaches caches_;
     ProjectEventStreams streams_;                           // main thread
     std::vector<std::shared_ptr<const Project>> projects_;  // main thread

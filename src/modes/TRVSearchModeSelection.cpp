@@ -61,6 +61,7 @@ void TRVSearchMode::saveSelection() {
             if (row < matches.size() && matches[row])
                 saved.selectedItems.emplace_back(matches[row]->item->inode);
     });
+    saved.pathSelection = keptPathSelection(rows);
     selection() = std::move(saved);
 }
 

@@ -1,15 +1,11 @@
 #include "modes/TRVSearchMode.h"
+#include "modes/fileRows.h"
 #include "shell/registry/shortcutText.h"
 #include "util/Unicode.h"
 
 // What Search mode says in the field and in the info bar.
 
 namespace {
-
-/// That of a virtual project is a path.
-std::string nameOf(const Project& project) {
-    return displayText(project.isVirtualProject() ? textToPath(project.name) : project.name);
-}
 
 std::string withShortcut(const char* text, std::string_view identifier, const char* command) {
     const std::string keys = stringRepresentationFor(identifier);
@@ -60,7 +56,7 @@ std::string TRVSearchMode::infoString() {
         count = " [" + std::to_string(visibleMatches_) + "/" + std::to_string(totalMatches_) +
                 (missingFolders_.empty() ? "]" : "*]");
     return std::string(scanning ? "Indexing" : "Search") +
-           (project->isVirtualProject() ? " directory " : " project ") + nameOf(*project) +
+           (project->isVirtualProject() ? " directory " : " project ") + nameOfProject(*project) +
            (scanning ? "… " : "") + count;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "screen/Geometry.h"
@@ -14,6 +15,17 @@ class ResultTableData {
     virtual RowContent row(size_t row) const = 0;
 };
 
+/// A row's name, or a folder of its path, while it is edited in its place.
+struct RowEdit {
+    size_t row = 0;
+    std::u16string text = {};
+    TextRange selection = {};
+    std::optional<TextRange> pathPart = {};  // of the path line; nothing: the name is edited
+};
+
+/// Keys that a row's editor asks about.
+enum class RowEditCommand { insertNewline, cancelOperation };
+
 /// Who is told what the user does with the table. Main thread.
 class ResultTableViewDelegate {
   public:
@@ -23,6 +35,10 @@ class ResultTableViewDelegate {
     virtual void rowDoubleClicked(size_t row) = 0;
     /// It was scrolled, or its height changed.
     virtual void clipViewBoundsDidChange() = 0;
+    /// True: the editor stays until it is told to end; else it ends.
+    virtual bool rowEditDoCommand(RowEditCommand command, const std::u16string& text) = 0;
+    /// The editor has gone: by a command, or since the keyboard went elsewhere.
+    virtual void rowEditDidEnd() = 0;
 };
 
 /// The list of results. Main thread.
@@ -47,8 +63,14 @@ class ResultTableView {
     virtual std::optional<size_t> selectedRow() const = 0;
     /// Ascending.
     virtual std::vector<size_t> selectedRows() const = 0;
+    /// The row that a context menu is open for.
+    virtual std::optional<size_t> clickedRow() const = 0;
     virtual bool isRowVisible(size_t row) const = 0;
     virtual void scrollRowToVisible(size_t row) = 0;
     virtual Point clipOrigin() const = 0;
     virtual void setClipOrigin(Point origin) = 0;
+    /// Shows an editor over the row, with the keyboard. There is one at most.
+    virtual void beginEditingRow(const RowEdit& edit) = 0;
+    /// Does nothing without one.
+    virtual void endEditingRow() = 0;
 };

@@ -1,4 +1,5 @@
 #pragma once
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,7 @@ struct RowContent {
     std::string path = {};  // second line: the folder
     std::vector<TextRange> pathHighlights = {};
     std::vector<RowLine> attributes = {};
+    std::optional<TextRange> pathSelection = {};  // it counts instead of the name, which is dim
     bool isLink = false;
     bool isMarked = false;
 };

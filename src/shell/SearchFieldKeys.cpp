@@ -142,10 +142,24 @@ std::optional<bool> SearchFieldKeys::handleReturn(uint64_t flags, TRVMode& mode)
     if (flags == (kModifierControl | kModifierOption))
         return sayNotAvailable(parts_.messages, "Copy File Content to Clipboard");
     if (flags == kModifierControl && (showsFiles(mode) || mode.identifier() == kProjectMode)) {
-        sayNotAvailable(parts_.messages, "Rename");
+        rename(mode);
         return true;
     }
     return std::nullopt;
+}
+
+void SearchFieldKeys::rename(TRVMode& mode) {
+    auto* const files = dynamic_cast<TRVModeRepresentingFiles*>(&mode);
+    if (!files) {
+        sayNotAvailable(parts_.messages, "Rename");
+        return;
+    }
+    const std::vector<size_t> rows = parts_.host.resultTable().selectedRows();
+    if (rows.size() != 1) return;
+    updateSearchStringHistory(parts_.host);
+    files->setRenameState(TRVModeRepresentingFiles::kRenameRequested);
+    parts_.field.disableSeachField();
+    files->prepareRenameSelectionAtRow(rows.front());
 }
 
 bool SearchFieldKeys::copyToClipboard(bool filenameOnly, TRVMode& mode) {

@@ -63,6 +63,7 @@ class SearchFieldKeys {
     bool handleShortcut(const KeyEvent& event, const TRVMode& mode);
     bool handleUserDefinedAction(const KeyEvent& event, const TRVMode& mode);
     bool isWholeTextSelected(const TRVMode& mode) const;
+    void rename(TRVMode& mode);
     bool copyToClipboard(bool filenameOnly, TRVMode& mode);
     void deleteWord();
     void escape();

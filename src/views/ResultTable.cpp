@@ -4,11 +4,13 @@
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 constexpr size_t kKeptContents = 64;
 constexpr double kWheelNotch = 120;  // of QWheelEvent's angle
 constexpr double kRowsANotch = 2;
+constexpr int kEditorHeight = 26;
 }  // namespace
 
 ResultTable::ResultTable()
@@ -128,6 +130,30 @@ void ResultTable::scrollRowToVisible(size_t row) {
         setOffset(top);
     else if (bottom > offset_ + height())
         setOffset(bottom - height());
+}
+
+void ResultTable::beginEditingRow(const RowEdit& edit) {
+    endEditingRow();
+    editor_ = new RowEditor(
+        this,
+        [this](RowEditCommand command, const std::u16string& text) {
+            return delegate_ && delegate_->rowEditDoCommand(command, text);
+        },
+        [this] { endEditingRow(); });
+    const QRect row = rowPlace(edit.row).toRect();
+    const int top = edit.pathPart ? row.bottom() - kEditorHeight : row.top() + 2;
+    editor_->setGeometry(RowPainter::kTextLeft, top,
+                         width() - RowPainter::kTextLeft - RowPainter::kRightInset, kEditorHeight);
+    if (theme_) editor_->setFont(edit.pathPart ? theme_->pathFont : theme_->nameFont);
+    editor_->begin(edit);
+}
+
+void ResultTable::endEditingRow() {
+    RowEditor* editor = std::exchange(editor_, nullptr);
+    if (!editor) return;
+    editor->hide();
+    editor->deleteLater();  // it may be on the stack
+    if (delegate_) delegate_->rowEditDidEnd();
 }
 
 void ResultTable::setClipOrigin(Point origin) {

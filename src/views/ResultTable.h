@@ -5,6 +5,7 @@
 #include <set>
 
 #include "screen/ResultTableView.h"
+#include "views/RowEditor.h"
 #include "views/RowPainter.h"
 #include "views/Scroller.h"
 
@@ -35,11 +36,14 @@ class ResultTable : public QWidget, public ResultTableView {
     void setAllowsMultipleSelection(bool allows) override { allowsMultiple_ = allows; }
     std::optional<size_t> selectedRow() const override;
     std::vector<size_t> selectedRows() const override;
+    std::optional<size_t> clickedRow() const override { return std::nullopt; }
     /// A part of it will do.
     bool isRowVisible(size_t row) const override;
     void scrollRowToVisible(size_t row) override;
     Point clipOrigin() const override { return {0, offset_}; }
     void setClipOrigin(Point origin) override;
+    void beginEditingRow(const RowEdit& edit) override;
+    void endEditingRow() override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -65,6 +69,7 @@ class ResultTable : public QWidget, public ResultTableView {
     Scroller* const scroller_;
     const ResultTableData* data_ = nullptr;
     ResultTableViewDelegate* delegate_ = nullptr;
+    RowEditor* editor_ = nullptr;  // while a row is edited
     double rowHeight_ = 47;
     double offset_ = 0;  // what has scrolled out at the top
     size_t count_ = 0;   // of rows, at the last reload

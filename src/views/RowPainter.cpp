@@ -10,6 +10,7 @@ namespace {
 
 constexpr double kSelectionInset = 5, kSelectionRadius = 7;
 constexpr double kAttributeLine = 20;
+constexpr float kDim = 0.4F;  // of a name whose folder is selected
 constexpr double kMarkedDot = 8, kMarkedRoom = 16;
 
 /// For desktops without a font of coloured pictures. As long as before, in units.
@@ -56,12 +57,16 @@ void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& co
     drawBadges(painter, icon, row, content, look);
 
     const bool selected = look == Look::selected;
-    const Line name{theme_->nameFont, theme_->nameMarkFont,
-                    selected ? theme_->selectedText : theme_->name,
-                    selected ? theme_->selectedText : theme_->nameMark, Qt::LayoutDirectionAuto};
+    Line name{theme_->nameFont, theme_->nameMarkFont,
+              selected ? theme_->selectedText : theme_->name,
+              selected ? theme_->selectedText : theme_->nameMark, Qt::LayoutDirectionAuto};
     const Line path{theme_->pathFont, theme_->pathMarkFont,
                     selected ? theme_->selectedPath : theme_->path,
                     selected ? theme_->selectedText : theme_->pathMark, Qt::LeftToRight};
+    if (content.pathSelection) {
+        name.colour.setAlphaF(kDim);
+        name.markColour.setAlphaF(kDim);
+    }
     const double x = row.left() + kTextLeft;
     const double width =
         row.width() - kTextLeft - kRightInset - (content.isMarked ? kMarkedRoom : 0);
@@ -78,8 +83,9 @@ void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& co
     }
     drawLine(painter, shownName, name, x, row.top() + 20, width);
     const MarkedText shownPath = isolatingPathComponents(elidedAroundMarks(
-        {plainText(content.path, theme_->hasControlPictures), content.pathHighlights}, width,
-        widthOf(pathMetrics_)));
+        {plainText(content.path, theme_->hasControlPictures),
+         content.pathSelection ? std::vector{*content.pathSelection} : content.pathHighlights},
+        width, widthOf(pathMetrics_)));
     drawLine(painter, shownPath, path, x, row.top() + 39, width);
     double y = row.top() + 39;
     for (const RowLine& attributes : content.attributes)

@@ -22,6 +22,13 @@ struct Rows : ResultTableData {
 };
 
 struct Listener : ResultTableViewDelegate {
+    bool rowEditDoCommand(RowEditCommand command, const std::u16string& text) override {
+        commands.push_back({command, text});
+        return false;
+    }
+    void rowEditDidEnd() override { editsEnded++; }
+    std::vector<std::pair<RowEditCommand, std::u16string>> commands;
+    int editsEnded = 0;
     int changes = 0, scrolls = 0;
     std::vector<size_t> opened;
     void tableViewSelectionDidChange() override { changes++; }

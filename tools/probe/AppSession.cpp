@@ -53,7 +53,8 @@ AppSession::AppSession(const Start& start) {
                                                       .statusBar = desktop_,
                                                       .appearance = desktop_,
                                                       .updater = desktop_,
-                                                      .diskAccess = desktop_});
+                                                      .diskAccess = desktop_,
+                                                      .home = start.home});
     app_->applicationDidFinishLaunching();
 }
 

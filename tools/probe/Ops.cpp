@@ -67,7 +67,7 @@ constexpr OpEntry kOps[] = {
     {"app.state", appState},
     {"app.rowsChanged", appRowsChanged},
     {"app.dump", appDump},
-    {"app.edit", nullptr},
+    {"app.edit", appEdit},
     {"app.setting", appSetting},
     {"app.shortcut", appShortcut},
     {"app.click", appClick},

@@ -32,8 +32,8 @@ Op cacheEvents;
 // cacheOps.cpp
 Op cacheAdd, cacheMove, cacheNew, cacheRefreshNow, cacheRefreshed, cacheRemove, cacheScan;
 // appOps.cpp
-Op appAnswer, appClick, appClock, appCursor, appHotkey, appKey, appMove, appQuit, appScreen,
-    appSetting, appSettle, appShortcut, appStart, appToggle, appType;
+Op appAnswer, appClick, appClock, appCursor, appEdit, appHotkey, appKey, appMove, appQuit,
+    appScreen, appSetting, appSettle, appShortcut, appStart, appToggle, appType;
 // appReports.cpp
 Op appAlerts, appDesktop, appDump, appLog, appRowsChanged, appState;
 // cacheQueries.cpp

@@ -126,6 +126,15 @@ json appClick(const Fields& request, Session& session) {
     return {};
 }
 
+json appEdit(const Fields& request, Session& session) {
+    SimulatedTable& table = session.appSession().screen().table;
+    if (!table.edit()) throw OpError("no row is being edited");
+    if (request.find("text")) table.typeIntoEdit(request.text("text"));
+    if (request.boolean("commit", false)) table.sendToEdit(RowEditCommand::insertNewline);
+    if (request.boolean("cancel", false)) table.sendToEdit(RowEditCommand::cancelOperation);
+    return {};
+}
+
 json appAnswer(const Fields& request, Session& session) {
     SimulatedAlerts& alerts = session.appSession().screen().alerts;
     for (const json& title : request.list("buttons")) {

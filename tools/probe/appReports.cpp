@@ -23,6 +23,12 @@ json modeName(const TRVMode* mode) {
     return kModeNames[static_cast<size_t>(__builtin_ctzll(mode->identifier()))];
 }
 
+json editOf(const std::optional<RowEdit>& edit) {
+    if (!edit) return nullptr;
+    return {{"text", carriedFromUnits(edit->text)},
+            {"selection", {edit->selection.location, edit->selection.length}}};
+}
+
 json rowsOf(AppSession& session, TRVMode* mode, uint64_t count) {
     json rows = json::array();
     const SimulatedTable& table = session.screen().table;
@@ -124,7 +130,7 @@ json appState(const Fields& request, Session& session) {
         {"scroller", screen.table.hasScroller()},
         {"selected", screen.table.selectedRows()},
         {"clip", {clip.x, clip.y}},
-        {"edit", nullptr},
+        {"edit", editOf(screen.table.edit())},
         {"rows", rowsOf(app, mode, request.integer<uint64_t>("rows", kDefaultRows))},
         {"indicators", indicatorsOf(screen.indicators)},
         {"project", project ? json(carriedFromPath(textToPath(project->uuid))) : json()},

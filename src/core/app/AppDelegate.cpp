@@ -14,7 +14,16 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
     : screen_(screen),
       desktop_(desktop),
       flags_(OVUserDefaults::sharedInstance()),
-      searchMode_(World::current().provide<TRVSearchMode>(desktop.fileTypes, desktop.fileEvents)),
+      markedItemsMode_(World::current().provide<TRVMarkedItemsMode>(
+          desktop.fileTypes, OVUserDefaults::sharedInstance())),
+      searchMode_(World::current().provide<TRVSearchMode>(desktop.fileTypes, desktop.fileEvents,
+                                                          markedItemsMode_)),
+      recentMode_(World::current().provide<TRVRecentMode>(searchMode_, desktop.fileTypes)),
+      browserMode_(World::current().provide<TRVBrowserMode>(
+          TRVBrowserMode::Parts{.home = desktop.home,
+                                .fileTypes = desktop.fileTypes,
+                                .fileEvents = desktop.fileEvents,
+                                .marks = markedItemsMode_})),
       messages_(screen.views.infoBar, [this] { desktop_.application.beep(); }),
       host_(screen.views, desktop.appearance),
       table_(screen.views.table, screen.views.window, host_),
@@ -37,6 +46,10 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
                      .field = field_,
                      .application = desktop.application}),
       projectSwitcher_(searchMode_, host_),
+      itemRenamer_({.searchMode = searchMode_,
+                    .marks = markedItemsMode_,
+                    .modes = modeSwitcher_,
+                    .fileTypes = desktop.fileTypes}),
       scanRefresh_(
           host_, [this] { return static_cast<uint64_t>(searchMode_.scannedCount()); },
           [this] { host_.updateFreshness(); }),
@@ -93,6 +106,7 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
 AppDelegate::~AppDelegate() {
     GlobalState::sharedInstance().endWork();
     searchMode_.endWork();
+    browserMode_.endEventStream();
     World::current().mainQueue().close();
     World::current().work().drainAll();
     searchMode_.endEvents();
@@ -111,10 +125,14 @@ void AppDelegate::joinParts() {
                 .scanRefresh = scanRefresh_,
                 .guard = guard_,
                 .modeSwitcher = modeSwitcher_,
-                .projectSwitcher = projectSwitcher_});
-    searchMode_.setHost(&host_);
+                .projectSwitcher = projectSwitcher_,
+                .itemRenamer = itemRenamer_,
+                .markedItems = markedItemsMode_});
+    for (TRVMode* mode :
+         {static_cast<TRVMode*>(&searchMode_), static_cast<TRVMode*>(&browserMode_),
+          static_cast<TRVMode*>(&recentMode_), static_cast<TRVMode*>(&markedItemsMode_)})
+        modeSwitcher_.addMode(*mode);
     host_.setFreshnessSource([this] { return searchMode_.freshness(); });
-    modeSwitcher_.addMode(searchMode_);
     joinKeys();
     screen_.views.field.setDelegate(this);
     screen_.views.table.setDelegate(this);
@@ -150,6 +168,16 @@ void AppDelegate::joinKeys() {
             keys_.modifierFlagsChanged(event.modifierFlags);
         return quitByHold_.sendEvent(event);
     });
+}
+
+bool AppDelegate::rowEditDoCommand(RowEditCommand command, const std::u16string& text) {
+    auto* files = dynamic_cast<TRVModeRepresentingFiles*>(host_.currentMode());
+    return files && files->controlDoCommandBySelector(command, text);
+}
+
+void AppDelegate::rowEditDidEnd() {
+    auto* files = dynamic_cast<TRVModeRepresentingFiles*>(host_.currentMode());
+    if (files) files->controlTextDidEndEditing();
 }
 
 void AppDelegate::search(const std::u16string& query) {

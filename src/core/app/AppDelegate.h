@@ -9,6 +9,7 @@
 #include "core/HidingGuard.h"
 #include "core/Indicators.h"
 #include "core/ItemOpener.h"
+#include "core/ItemRenamer.h"
 #include "core/ModeSwitcher.h"
 #include "core/ProjectSwitcher.h"
 #include "core/QuickStart.h"
@@ -24,6 +25,9 @@
 #include "core/app/QuitByHold.h"
 #include "core/app/SettingsObservers.h"
 #include "fulldiskaccess/FullDiskAccess.h"
+#include "modes/TRVBrowserMode.h"
+#include "modes/TRVMarkedItemsMode.h"
+#include "modes/TRVRecentMode.h"
 #include "modes/TRVSearchMode.h"
 #include "shell/ItemActions.h"
 #include "shell/ProjectKeys.h"
@@ -48,6 +52,7 @@ struct DesktopPorts {
     Appearance& appearance;
     Updater& updater;
     DiskAccess& diskAccess;
+    FileURL home;  // the user's
 };
 
 /// The program's own windows.
@@ -87,6 +92,9 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     ProjectSwitcher& projectSwitcher() { return projectSwitcher_; }
     TRVSearchMode& searchMode() { return searchMode_; }
     SearchToggles& toggles() { return toggles_; }
+    TRVBrowserMode& browserMode() { return browserMode_; }
+    TRVRecentMode& recentMode() { return recentMode_; }
+    TRVMarkedItemsMode& markedItemsMode() { return markedItemsMode_; }
     HidingGuard& hidingGuard() { return guard_; }
     ModeHost& modeHost() { return host_; }
 
@@ -116,14 +124,19 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     }
     void tableViewSelectionDidChange() override { table_.tableViewSelectionDidChange(); }
     void clipViewBoundsDidChange() override { table_.clipViewBoundsDidChange(); }
+    bool rowEditDoCommand(RowEditCommand command, const std::u16string& text) override;
+    void rowEditDidEnd() override;
     void rowDoubleClicked(size_t) override {
         keys_.openSelection(SearchFieldKeys::OpenWith::defaultApplication);
     }
 
     const Screen screen_;
     const DesktopPorts desktop_;
-    const ProcessFlagsMirror flags_;   // settings that hot paths look at
-    TRVSearchMode& searchMode_;        // the first mode
+    const ProcessFlagsMirror flags_;  // settings that hot paths look at
+    TRVMarkedItemsMode& markedItemsMode_;
+    TRVSearchMode& searchMode_;  // the first mode
+    TRVRecentMode& recentMode_;
+    TRVBrowserMode& browserMode_;
     UserMessages messages_;            // texts in the info bar
     CoreModeHost host_;                // what the modes ask of us
     ResultTableController table_;      // rows and window height
@@ -135,6 +148,7 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     SearchWindowController window_;    // showing and hiding
     ModeSwitcher modeSwitcher_;        // which mode is in it
     ProjectSwitcher projectSwitcher_;  // which project is searched
+    ItemRenamer itemRenamer_;          // new names on the disk and everywhere
     ScanRefresh scanRefresh_;          // the list while a scan runs
     ItemOpener opener_;                // Return
     ItemActions itemActions_;          // items in other programs

@@ -26,6 +26,9 @@ class GlobalState {
     Observable<bool>& maximized() { return maximized_; }
     long maxNumberOfRows() const { return maxNumberOfRows_; }
     void setMaxNumberOfRows(long rows) { maxNumberOfRows_ = rows; }
+    /// What the items marked for it wait for: 0 nothing, 1 to be copied, 2 to be moved.
+    int64_t currentPasteboardAction() const { return currentPasteboardAction_; }
+    void setCurrentPasteboardAction(int64_t action) { currentPasteboardAction_ = action; }
     /// Before the first search.
     void setSearchObserver(SearchObserver observer) { observer_ = std::move(observer); }
 
@@ -43,6 +46,7 @@ class GlobalState {
     Relaxed<TRVMode*> currentMode_ = nullptr;
     Relaxed<long> maxNumberOfRows_ = 10;
     Relaxed<bool> isEnding_ = false;
+    Relaxed<int64_t> currentPasteboardAction_ = 0;
     Observable<bool> maximized_{false};
     SearchObserver observer_;
     OperationQueue searchQ_{"searchQ", OperationQueue::kUnlimited, Qos::userInteractive};

@@ -25,6 +25,7 @@ struct MatchingItem {
 struct MatchingFileSystemItem : MatchingItem {
     metadata_ptr metadata;  // a copy, or null
     IndexSet matching_metadata_criterions;
+    uint8_t itemType = 0;  // as it was on the disk when it was found; 0: not there
 };
 
 struct MatchingRecentItem : MatchingFileSystemItem {
@@ -51,3 +52,9 @@ struct MatchingPathItem : MatchingFileSystemItem {
 
     FileURL url;
 };
+
+struct MatchingMarkedItem : MatchingPathItem {
+    bool matchFilenameOnly = false;
+};
+
+struct MatchingBrowserItem : MatchingPathItem {};

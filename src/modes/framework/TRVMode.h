@@ -55,6 +55,11 @@ class TRVMode {
     // Coming and going.
     virtual void activate();
     virtual void resign();
+    /// For a mode that is left for another, from which the user comes back to where he was (keep)
+    /// or not.
+    virtual void resignKeepingSubMode(bool /*keep*/) { resign(); }
+    /// He did not come back from there.
+    virtual void restorePrimarySubMode() {}
     /// The window was just shown with this mode in it.
     virtual void searchWindowDidOpen() {}
     virtual void windowHeightUpdated() {}
@@ -77,6 +82,9 @@ class TRVMode {
     // Searching.
     /// Replaces the filtered items by those that match.
     virtual void searchForString(const std::u16string& string, const SearchFinalBlock& block) = 0;
+    /// It is about to be searched anew, and not for another text: what it read before may be old.
+    /// Any thread.
+    virtual void contentMayHaveChanged() {}
     /// The field was emptied: nothing is left to show.
     virtual void searchStringBecameEmpty() {}
     /// What a row shows of this file has changed, though not which rows there are.

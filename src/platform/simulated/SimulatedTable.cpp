@@ -70,6 +70,23 @@ void SimulatedTable::click(std::vector<size_t> rows) {
     select({rows.begin(), rows.end()});
 }
 
+void SimulatedTable::endEditingRow() {
+    if (!edit_) return;
+    edit_.reset();
+    if (delegate_) delegate_->rowEditDidEnd();
+}
+
+void SimulatedTable::typeIntoEdit(std::u16string_view text) {
+    if (edit_) edit_->text = text;
+    if (edit_) edit_->selection = {edit_->text.size(), 0};
+}
+
+void SimulatedTable::sendToEdit(RowEditCommand command) {
+    if (!edit_ || !delegate_) return;
+    const std::u16string text = edit_->text;
+    if (!delegate_->rowEditDoCommand(command, text)) endEditingRow();
+}
+
 void SimulatedTable::doubleClick(size_t row) {
     click({row});
     if (delegate_ && row < count_) delegate_->rowDoubleClicked(row);

@@ -31,10 +31,13 @@ class SimulatedTable : public ResultTableView {
     std::vector<size_t> selectedRows() const override {
         return {selected_.begin(), selected_.end()};
     }
+    std::optional<size_t> clickedRow() const override { return clicked_; }
     bool isRowVisible(size_t row) const override;
     void scrollRowToVisible(size_t row) override;
     Point clipOrigin() const override { return {0, offset_}; }
     void setClipOrigin(Point origin) override;
+    void beginEditingRow(const RowEdit& edit) override { edit_ = edit; }
+    void endEditingRow() override;
 
     // What a user sees and does.
     size_t numberOfRows() const { return count_; }
@@ -43,6 +46,14 @@ class SimulatedTable : public ResultTableView {
     bool hasScroller() const { return hasScroller_; }
     void click(std::vector<size_t> rows);
     void doubleClick(size_t row);
+    /// A context menu is open for the row; nothing: none is.
+    void openContextMenu(std::optional<size_t> row) { clicked_ = row; }
+    /// The editor over a row, if there is one.
+    const std::optional<RowEdit>& edit() const { return edit_; }
+    /// Replaces its text.
+    void typeIntoEdit(std::u16string_view text);
+    /// Return or Escape in it.
+    void sendToEdit(RowEditCommand command);
     void scrollTo(double offset) { setClipOrigin({0, offset}); }
     /// What the table was told since the last call; an empty list of rows: all.
     struct Change {
@@ -59,6 +70,8 @@ class SimulatedTable : public ResultTableView {
     ResultTableViewDelegate* delegate_ = nullptr;
     std::vector<Change> changes_;
     std::set<size_t> selected_;
+    std::optional<size_t> clicked_;
+    std::optional<RowEdit> edit_;
     size_t count_ = 0, lastSelected_ = 0;
     double rowHeight_ = 47;
     double offset_ = 0;

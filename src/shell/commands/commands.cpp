@@ -8,7 +8,7 @@
 void bindCommands(KeyboardShortcuts& registry, const CommandParts& parts) {
     for (CommandBlocks (*section)(const CommandParts&) :
          {switchingModesCommands, generalCommands, selectionCommands, searchHistoryCommands,
-          pathsCommands, searchModeCommands, projectModeCommands})
+          pathsCommands, searchModeCommands, projectModeCommands, fileModesCommands})
         for (auto& [identifier, block] : section(parts))
             if (const auto definition = registry.keyboardShortcutDefinitionFor(identifier))
                 definition->setBlock(std::move(block));

@@ -46,6 +46,7 @@ CommandBlocks searchHistoryCommands(const CommandParts& parts);
 CommandBlocks pathsCommands(const CommandParts& parts);
 CommandBlocks searchModeCommands(const CommandParts& parts);
 CommandBlocks projectModeCommands(const CommandParts& parts);
+CommandBlocks fileModesCommands(const CommandParts& parts);
 
 /// Gives all of them to the registry. What has no closure yet says so to the user.
 void bindCommands(KeyboardShortcuts& registry, const CommandParts& parts);

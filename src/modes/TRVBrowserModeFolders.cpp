@@ -1,0 +1,286 @@
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+
+#include "index/FSScanner.h"
+#include "modes/TRVBrowserMode.h"
+#include "modes/TRVMarkedItemsMode.h"
+#include "modes/framework/ModeHost.h"
+#include "platform/FileTypes.h"
+#include "util/Unicode.h"
+#include "util/log.h"
+
+// Where the user is, was, and goes to.
+
+namespace {
+
+constexpr uint64_t kCommandArrow = kModifierCommand | kModifierNumericPad | kModifierFunction;
+constexpr uint64_t kBelowModifiers = 131071;
+constexpr auto kFolderOfDisks = "/Volumes";
+constexpr uint8_t kFoldersOnly = 2;
+
+std::optional<FileURL> realPath(const FileURL& url) {
+    char path[PATH_MAX];
+    if (!::realpath(url.c_str(), path)) return std::nullopt;
+    return FileURL(path);
+}
+
+bool isFolder(const FileURL& url) {
+    struct stat info;
+    return stat(url.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+/// Not what is merely out of reach.
+bool isGone(const FileURL& url) {
+    struct stat info;
+    return lstat(url.c_str(), &info) != 0 && (errno == ENOENT || errno == ENOTDIR);
+}
+
+FileURL nearestExisting(FileURL folder) {
+    while (folder.path() != "/" && isGone(folder)) folder = folder.deletingLastPathComponent();
+    return folder;
+}
+
+FileURL withPrefixReplaced(const FileURL& url, const ItemRename& rename) {
+    if (!url.hasPrefix(rename.from)) return url;
+    return FileURL(rename.to.path() + url.path().substr(rename.from.path().size()));
+}
+
+struct ByName {
+    static std::u16string key(const std::string& name) { return lowerCasedUnits(ruleText(name)); }
+    bool operator()(const std::string& a, const std::string& b) const {
+        const std::u16string ka = key(a), kb = key(b);
+        return ka != kb ? ka < kb : a < b;
+    }
+};
+
+}  // namespace
+
+void TRVBrowserMode::reload(bool animated) {
+    contentIsOld_ = true;
+    if (isActive()) host().reloadInBackgroundAnimated(animated);
+}
+
+void TRVBrowserMode::show(const FileURL& folder, const std::u16string& string) {
+    currentDirectoryURL_.set(folder);
+    if (isActive())
+        host().updateSearchString(string);
+    else
+        setSearchString(string);
+    reload(false);
+}
+
+void TRVBrowserMode::goTo(const FileURL& folder, std::optional<Selection> wanted) {
+    std::u16string string;
+    const auto visited = selectionForSibling_.find(folder);
+    if (visited != selectionForSibling_.end()) {
+        wanted = visited->second;
+        string = searchStringForSibling_[folder];
+        logIf(processFlags.debugSelection, Debug,
+              "%s Restored selection because we've visited this sibling already: %p",
+              logText(folder.path()).c_str(), static_cast<const void*>(&visited->second));
+    }
+    selection() = std::move(wanted);
+    show(folder, string);
+}
+
+void TRVBrowserMode::browsePath(const FileURL& url, BundleAs treatBundleAsFile) {
+    if (url.empty()) {
+        MainQueue::sync([this] { currentDirectoryURL_.set({}); });
+        return;
+    }
+    const auto real = realPath(url);
+    const FileURL path = real ? *real : parts_.home;
+    const bool asFile = isFolder(path) ? treatBundleAsFile == BundleAs::file &&
+                                             parts_.fileTypes.isFilePackageAtPath(path)
+                                       : !isGone(path);
+    std::optional<Selection> wanted;
+    if (asFile) wanted = Selection{.selectedItems = {path}};
+    const FileURL folder = asFile ? path.deletingLastPathComponent() : nearestExisting(path);
+    MainQueue::sync([&] {
+        if (!asFile && folder == currentDirectoryURL()) return;
+        goTo(folder, std::move(wanted));
+    });
+}
+
+// ---- Up and down
+
+void TRVBrowserMode::pushScrollPosition() {
+    const auto& saved = selection();
+    anchstorDirectorySelectionStack_.push_back(
+        {.searchString = searchString(),
+         .selectedRowIndexes = saved ? saved->selectedRowIndexes : std::set<size_t>(),
+         .originalChildDirectoryUrl = currentDirectoryURL(),
+         .clipOrigin = host().resultTable().clipOrigin()});
+}
+
+void TRVBrowserMode::clearScrollPositions() {
+    anchstorDirectorySelectionStack_.clear();
+    selectionForSibling_.clear();
+    searchStringForSibling_.clear();
+}
+
+void TRVBrowserMode::browseParentDirectory() {
+    FileURL folder = currentDirectoryURL();
+    if (folder.empty() || folder.path() == "/") return;
+    Selection wanted;
+    do {
+        wanted.selectedItems = {folder};
+        folder = folder.deletingLastPathComponent();
+    } while (folder.path() != "/" && isGone(folder));
+    MainQueue::sync([&] {
+        std::u16string string;
+        if (!anchstorDirectorySelectionStack_.empty()) {
+            ParentDirectorySelection& level = anchstorDirectorySelectionStack_.back();
+            wanted.clipOrigin = level.clipOrigin;
+            wanted.selectedRowIndexes = level.selectedRowIndexes;
+            string = std::move(level.searchString);
+            anchstorDirectorySelectionStack_.pop_back();
+        }
+        selectionForSibling_.clear();
+        searchStringForSibling_.clear();
+        logInfo("Updating %s", logText(folder.path()).c_str());
+        selection() = std::move(wanted);
+        show(folder, string);
+    });
+}
+
+bool TRVBrowserMode::browseSelection(const std::vector<FileURL>& urls) {
+    if (urls.size() != 1) {
+        host().error(urls.empty() ? "No item selected" : "Multiple items selected");
+        return false;
+    }
+    const FileURL& alias = urls.front();
+    const FileURL url = realPath(alias).value_or(alias);
+    if (isActive()) {
+        if (!isGone(url) && !isFolder(url)) return true;
+        if (url.deletingLastPathComponent() == alias.deletingLastPathComponent())
+            pushScrollPosition();
+        else
+            clearScrollPositions();
+    } else {
+        clearScrollPositions();
+    }
+    // Behind the change of mode, so that the field's text is the folder's.
+    switchModeQueue().async([this, url] {
+        if (!isActive()) {
+            host().activateMode(*this);
+            host().reloadInBackgroundAnimated(false);
+        }
+        browseQ_.async([this, url] { browsePath(url, BundleAs::folder); });
+    });
+    return true;
+}
+
+// ---- Beside it
+
+std::vector<std::string> TRVBrowserMode::siblingsOf(const FileURL& folder) const {
+    Relaxed<bool> abort = false;
+    auto names = FSScanner::subdirectoriesOfPath(folder.deletingLastPathComponent(),
+                                                 {.hideDotFiles = dirSearchHidesDotFiles_,
+                                                  .visibleItemTypes = kFoldersOnly,
+                                                  .treatBundlesAsFiles = false},
+                                                 parts_.fileTypes, abort);
+    std::sort(names.begin(), names.end(), ByName());
+    return names;
+}
+
+bool TRVBrowserMode::browseSiblingDirectoryPreceding(bool preceding, bool wantMarked) {
+    const FileURL left = currentDirectoryURL();
+    if (left.empty() || left.path() == "/") return false;
+    const FileURL parent = left.deletingLastPathComponent();
+    std::vector<std::string> names = siblingsOf(left);
+    // The folder itself need not be among them: it may be hidden, or gone.
+    const std::string own(left.lastPathComponent());
+    auto at = std::lower_bound(names.begin(), names.end(), own, ByName());
+    std::vector<std::string> candidates;
+    if (preceding)
+        candidates.assign(std::make_reverse_iterator(at), names.rend());
+    else
+        candidates.assign(at != names.end() && *at == own ? at + 1 : at, names.end());
+    for (const std::string& name : candidates) {
+        const FileURL sibling = parent.appending(name);
+        if (wantMarked && !parts_.marks.markedItemsCache().containsURL(sibling)) continue;
+        const auto real = realPath(sibling);
+        if (!real || !isFolder(*real)) continue;
+        MainQueue::sync([&] {
+            if (!anchstorDirectorySelectionStack_.empty()) {
+                ParentDirectorySelection& level = anchstorDirectorySelectionStack_.back();
+                level.originalChildDirectoryUrl = sibling;
+                level.selectedRowIndexes.clear();
+            }
+            selectionForSibling_[left] = selection();
+            searchStringForSibling_[left] = searchString();
+        });
+        browsePath(sibling, BundleAs::folder);
+        return true;
+    }
+    return false;
+}
+
+void TRVBrowserMode::browseSiblingDirectory(bool preceding, bool wantMarked) {
+    browseQ_.async(
+        [this, preceding, wantMarked] { browseSiblingDirectoryPreceding(preceding, wantMarked); });
+}
+
+// ---- Other places
+
+void TRVBrowserMode::toggleSearchRootDirectory() {
+    const FileURL here = currentDirectoryURL();
+    FileURL next = parts_.home;
+    if (here == parts_.home)
+        next = FileURL("/");
+    else if (here.path() == "/" && isFolder(FileURL(kFolderOfDisks)))
+        next = FileURL(kFolderOfDisks);
+    show(next, {});
+    host().updateTextsOfCurrentMode();
+}
+
+void TRVBrowserMode::toggleDirSearchHidesDotFiles() {
+    dirSearchHidesDotFiles_ = !dirSearchHidesDotFiles_;
+    reload(true);
+    host().updateTextsOfCurrentMode();
+}
+
+bool TRVBrowserMode::handleEvent(const KeyEvent& event) {
+    const uint64_t flags = event.modifierFlags & ~kBelowModifiers;
+    if (event.characters == u"/" && (flags & ~kModifierShift) == 0) {
+        MainQueue::async([this] { browseSelection(clickedOrSelectedURLs()); });
+        return true;
+    }
+    if (event.keyCode != kKeyUp || flags != kCommandArrow) return false;
+    switchModeQueue().async([this] { browseParentDirectory(); });
+    return true;
+}
+
+// ---- Changes that were made here
+
+void TRVBrowserMode::itemRenamedFrom(const ItemRename& rename) {
+    for (ParentDirectorySelection& level : anchstorDirectorySelectionStack_)
+        level.originalChildDirectoryUrl =
+            withPrefixReplaced(level.originalChildDirectoryUrl, rename);
+    const auto renamed = [&](auto& siblings) {
+        std::remove_reference_t<decltype(siblings)> moved;
+        for (auto& [url, value] : siblings)
+            moved[withPrefixReplaced(url, rename)] = std::move(value);
+        siblings = std::move(moved);
+    };
+    renamed(selectionForSibling_);
+    renamed(searchStringForSibling_);
+    if (auto& saved = selection()) {
+        saved->renamePath(rename.from, rename.to);
+        saved->clipOrigin = {};
+    }
+    const FileURL here = currentDirectoryURL();
+    if (here.hasPrefix(rename.from)) currentDirectoryURL_.set(withPrefixReplaced(here, rename));
+    MainQueue::async([this] { reload(true); });
+}
+
+void TRVBrowserMode::deleteItems(const std::vector<FileURL>& urls) {
+    if (!host().reallyTrashItems(urls)) return;
+    saveSelectionByIndexOfSelectedRow();
+    host().moveToTrash(urls);
+}

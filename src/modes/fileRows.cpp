@@ -1,0 +1,20 @@
+#include "modes/fileRows.h"
+
+#include "datatypes/Project.h"
+#include "modes/rowText.h"
+#include "platform/FileTypes.h"
+#include "util/Unicode.h"
+
+RowContent makeFileRow(const MatchingFileSystemItem& item, const FileURL& url,
+                       bool matchFilenameOnly, const FileTypes& fileTypes) {
+    RowContent row = makeRowText(url.lastPathComponent(), url.deletingLastPathComponent().path(),
+                                 item.indexes.items(), matchFilenameOnly);
+    const uint8_t type = item.itemType ? item.itemType : static_cast<uint8_t>(ITEM_FILE);
+    row.iconName = fileTypes.iconNameForItem(url, type);
+    row.isLink = (type & ITEM_SYMLINK) != 0;
+    return row;
+}
+
+std::string nameOfProject(const Project& project) {
+    return displayText(project.isVirtualProject() ? textToPath(project.name) : project.name);
+}
