@@ -18,10 +18,17 @@ void GlobalState::searchInBackgroundForceBlockExecution(ForceBlock force,
     if (!mode) return;
     searchQ_.cancelAllOperations();
     mode->setAbortSearch(true);
-    searchLaunchQ_.addBlock([this, mode, force, finalBlock = std::move(finalBlock)] {
+    const int64_t number = launches_.add(1);
+    searchLaunchQ_.addBlock([this, mode, force, number, finalBlock = std::move(finalBlock)] {
         searchQ_.waitUntilAllOperationsAreFinished();
         if (isEnding_) return;
         mode->setAbortSearch(false);
+        // A newer one waits behind it: this one would search with the same text. Asked after the
+        // flag was cleared, so that what the newer one has set is not lost.
+        if (force == ForceBlock::no && number != launches_) {
+            mode->setAbortSearch(true);
+            return;
+        }
         searchQ_.addBlock([this, mode, force, finalBlock] { search(*mode, force, finalBlock); });
     });
 }

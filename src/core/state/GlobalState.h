@@ -46,6 +46,7 @@ class GlobalState {
     Relaxed<TRVMode*> currentMode_ = nullptr;
     Relaxed<long> maxNumberOfRows_ = 10;
     Relaxed<bool> isEnding_ = false;
+    Relaxed<int64_t> launches_ = 0;
     Relaxed<int64_t> currentPasteboardAction_ = 0;
     Observable<bool> maximized_{false};
     SearchObserver observer_;

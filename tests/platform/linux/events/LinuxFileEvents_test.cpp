@@ -163,7 +163,9 @@ TEST_P(LinuxFileEventsOfBoth, ReplaysWhatCameSinceAnId) {
     watched.source.startRecording(request);
     watched.waitUntilIdle();
     const uint64_t since = watched.source.currentEventId();
-    shell(watched.at("p"), ": > a; mv a b");
+    shell(watched.at("p"), ": > a");
+    watched.waitUntilIdle();  // what has gone again before it is told is not told
+    shell(watched.at("p"), "mv a b");
     watched.waitUntilIdle();
 
     Delivered delivered;
