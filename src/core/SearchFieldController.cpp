@@ -5,6 +5,7 @@
 #include "searchmodes/Decomposition.h"
 #include "searchmodes/MetaDataCalendar.h"
 #include "searchmodes/MetaDataSearch.h"
+#include "shell/registry/SearchHistoryController.h"
 #include "util/ProcessFlags.h"
 #include "util/Unicode.h"
 #include "util/log.h"
@@ -68,8 +69,7 @@ void SearchFieldController::searchStringDidChange() {
 }
 
 void SearchFieldController::showEmptyState(TRVMode& mode) {
-    mode.visibleAttributes().clear();
-    mode.setNumberOfAdditionalRows(0);
+    forgetQuery(&mode);
     mode.setSearchString({});
     MainQueue::async([this, &mode] {
         host_.stopSearchAnimation();
@@ -121,15 +121,14 @@ void SearchFieldController::updateSearchFieldWithEmptySearchString() {
     updateSearchString({});
     forgetMessages();
     hideMarqueeInfoField();
-    TRVMode* mode = host_.currentMode();
+    forgetQuery(host_.currentMode());
+}
+
+void SearchFieldController::forgetQuery(TRVMode* mode) {
+    SearchHistoryController::sharedInstance().resetCursor();
     if (!mode) return;
     mode->visibleAttributes().clear();
     mode->setNumberOfAdditionalRows(0);
-}
-
-void SearchFieldController::clear() {
-    updateSearchFieldWithEmptySearchString();
-    searchStringDidChange();
 }
 
 void SearchFieldController::selectText() {

@@ -28,8 +28,6 @@ class SearchFieldController {
     /// The same text once more: what terms may be has changed.
     void refreshStyles();
     void updateSearchFieldWithEmptySearchString();
-    /// The first Escape: an empty field and an empty list.
-    void clear();
     void selectText();
 
     bool isSearchFieldEmpty() const;
@@ -60,6 +58,8 @@ class SearchFieldController {
   private:
     void searchFieldCursorDidChange(TextRange selection, bool searchStringDidChange);
     void showEmptyState(TRVMode& mode);
+    /// What the last text brought with it.
+    static void forgetQuery(TRVMode* mode);
     void showMessageFor(TextRange selection);
     void forgetMessages();
 

@@ -22,10 +22,6 @@ SearchWindowController::SearchWindowController(const Parts& parts)
     parts_.application.setDelegate(this);
 }
 
-bool SearchWindowController::searchFieldMayReceiveInput() const {
-    return !parts_.guard.isHidingPrevented() && parts_.field.isSearchFieldEnabled();
-}
-
 SearchWindowController::~SearchWindowController() {
     parts_.window.setDelegate(nullptr);
     parts_.application.setDelegate(nullptr);

@@ -38,8 +38,6 @@ class SearchWindowController : public WindowViewDelegate, public OwnApplicationD
     /// The same to another application, or to none.
     void closeWindowAndHideApplication(
         Hide hide, const std::optional<std::string>& frontmostApplicationBundleId);
-    /// Nothing stands in front of it, and no row is being edited.
-    bool searchFieldMayReceiveInput() const;
     bool isMainWindowVisible() const { return parts_.window.isVisible(); }
     /// Tells each time the window comes or goes.
     Signal<bool>& visibilityChanged() { return visibilityChanged_; }

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "index/FSScanner.h"
+#include "modes/TRVMarkedItemsMode.h"
 #include "modes/TRVSearchMode.h"
 #include "modes/framework/ModeHost.h"
 #include "util/Unicode.h"
@@ -109,10 +110,11 @@ void LiveIndex::clearSelection(const FileURL& eventURL) {
     });
 }
 
-void LiveIndex::itemRenamedFrom(const FileURL& from, const FileURL& to, const ItemRenamed&) {
-    MainQueue::async([this, from, to] {
-        if (auto& selection = searchMode_.selection()) selection->renamePath(from, to);
-        if (searchMode_.isActive()) searchMode_.modeHost().reloadInBackgroundAnimated(false);
+void LiveIndex::itemRenamedFrom(const FileURL& from, const FileURL& to,
+                                const ItemRenamed& renamed) {
+    MainQueue::async([this, rename = ItemRename{from, to, renamed.external}] {
+        TRVMarkedItemsMode::sharedInstance().itemRenamedFrom(rename);
+        searchMode_.itemRenamedFrom(rename);
     });
 }
 

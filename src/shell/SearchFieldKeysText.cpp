@@ -10,7 +10,6 @@
 #include "core/state/GlobalState.h"
 #include "modes/TRVSearchMode.h"
 #include "shell/SearchFieldKeys.h"
-#include "shell/registry/SearchHistoryController.h"
 #include "shell/updateSearchStringHistory.h"
 #include "util/Unicode.h"
 #include "util/settings/OVUserDefaults.h"
@@ -56,7 +55,6 @@ void SearchFieldKeys::escape() {
         }
         MainQueue::sync([this, mode] {
             parts_.field.updateSearchFieldWithEmptySearchString();
-            SearchHistoryController::sharedInstance().resetCursor();
             parts_.field.hideMarqueeInfoField();
             mode->forgetSelection();
             parts_.host.updateTextsOfCurrentMode();
