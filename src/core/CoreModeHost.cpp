@@ -23,6 +23,10 @@ void CoreModeHost::searchInBackgroundForceBlockExecution(ForceBlock force, Searc
     GlobalState::sharedInstance().searchInBackgroundForceBlockExecution(force, std::move(block));
 }
 
+bool CoreModeHost::isSearching() const {
+    return GlobalState::sharedInstance().isSearching();
+}
+
 void CoreModeHost::reloadInBackgroundAnimated(bool animated) {
     logIf(processFlags.debugSearch, Debug, "Search triggered (reloadInBackground)");
     if (TRVMode* mode = currentMode()) mode->contentMayHaveChanged();

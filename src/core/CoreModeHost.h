@@ -53,6 +53,7 @@ class CoreModeHost : public ModeHost {
     bool isMainWindowVisible() const override { return views_.window.isVisible(); }
     bool isDark() const override { return appearance_.isDark(); }
     void searchInBackgroundForceBlockExecution(ForceBlock force, SearchBlock block) override;
+    bool isSearching() const override;
     void reloadInBackgroundAnimated(bool animated) override;
     void activateMode(TRVMode& mode) override;
     ResultTableView& resultTable() override { return views_.table; }

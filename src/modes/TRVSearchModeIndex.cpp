@@ -194,7 +194,8 @@ bool TRVSearchMode::somebodySeesTheList() const {
 }
 
 void TRVSearchMode::autoUpdateResult() {
-    if (!somebodySeesTheList() || isScanning()) return;
+    // The search for a key stroke is not begun anew; the update stays due.
+    if (!somebodySeesTheList() || isScanning() || host().isSearching()) return;
     const auto cache = caches_.currentCache();
     if (!cache || !cache->resultListUpdateDue()) return;
     host().reloadInBackgroundAnimated(true);

@@ -52,7 +52,8 @@ RankWorker::RankWorker(const RankRequest& request, std::span<fs_item_t* const> i
                                            : nullptr),
       hasFilters_(request.extensionFilter || (request.processMetadata && metadata_) ||
                   (request.pathFilter && request.pathFilter->hasRules())),
-      folder_(fuzzy_, masks),
+      // The letters of folders matter to whole paths alone.
+      folder_(fuzzy_, request.filenameOnly ? std::span<const NameMask>() : masks),
       text_(request),
       best_(request.limit, order()) {
     for (unsigned type = 0; type < isShown_.size(); type++)
@@ -95,6 +96,10 @@ bool RankWorker::rank(IndexRange range) {
             judge(*items[open[i]], masks[open[i]]);
         }
     }
+    return true;
+}
+
+bool RankWorker::finish() {
     return best_.sort([this] { return request_.isAborted(); });
 }
 

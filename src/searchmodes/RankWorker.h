@@ -12,19 +12,21 @@
 #include "searchmodes/RankedItem.h"
 #include "searchmodes/match_t.h"
 
-/// Ranks one range of a Cache's items and keeps the best of it.
+/// Ranks ranges of a Cache's items and keeps the best of them.
 /// Most items are passed over by their name masks, without their records being touched. What is
 /// left is judged by sets of positions, first roughly: only what can be among the best is scored to
 /// the last digit. Texts or terms that do not fit there, and everything while another engine has
 /// terms, go through the engines one by one. The outcome is the same.
-/// Owner:   rankStringInSearchMode, one a range. Threads: one, inside the caller's read section.
+/// Owner:   rankStringInSearchMode. Threads: one, inside the caller's read section.
 class RankWorker {
   public:
     RankWorker(const RankRequest& request, std::span<fs_item_t* const> items,
                std::span<const NameMask> masks);
 
-    /// False: the search was aborted.
+    /// False, here and below: the search was aborted.
     [[nodiscard]] bool rank(IndexRange range);
+    /// After the last range.
+    [[nodiscard]] bool finish();
     uint64_t total() const { return total_; }
     /// In the order of the rows.
     const std::vector<RankedItem>& best() const { return best_.items(); }

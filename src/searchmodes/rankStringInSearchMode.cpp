@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <deque>
 
 #include "searchmodes/RankWorker.h"
 #include "util/log.h"
@@ -10,8 +11,35 @@
 namespace {
 
 constexpr uint64_t kFewestItemsAWorker = 5000;
+constexpr uint64_t kItemsAtATime = 16384;
 
 using Workers = std::vector<std::unique_ptr<RankWorker>>;
+
+/// A range of items, of which workers take one piece after the other.
+class Share {
+  public:
+    explicit Share(IndexRange range) : end_(range.location + range.length), next_(range.location) {}
+    std::optional<IndexRange> take() {
+        const uint64_t at = next_.fetch_add(kItemsAtATime, std::memory_order_relaxed);
+        if (at >= end_) return std::nullopt;
+        return IndexRange{at, std::min(kItemsAtATime, end_ - at)};
+    }
+
+  private:
+    const uint64_t end_;
+    std::atomic<uint64_t> next_;
+};
+
+/// Ranks a worker's own share, and then what is left of the others': on a processor that has other
+/// things to do a worker is slow. False: aborted.
+bool rankShares(RankWorker& worker, std::deque<Share>& shares, size_t own) {
+    for (size_t i = 0; i < shares.size(); i++) {
+        Share& share = shares[(own + i) % shares.size()];
+        while (const auto piece = share.take())
+            if (!worker.rank(*piece)) return false;
+    }
+    return worker.finish();
+}
 
 /// Merges what the workers kept, which each has in the order of the rows. Nothing: aborted.
 std::optional<match_array_t> makeRows(Workers& workers, const RankRequest& request) {
@@ -69,6 +97,7 @@ std::optional<match_array_t> rankStringInSearchMode(const ReadSection& section, 
           "Splitting total work of %llu items in %d units á %llu items",
           static_cast<unsigned long long>(items.size()), static_cast<int>(ranges.size()),
           static_cast<unsigned long long>(ranges.front().length));
+    std::deque<Share> shares(ranges.begin(), ranges.end());
     Workers workers(ranges.size());
     std::atomic<size_t> finished = 0;
     {
@@ -82,7 +111,7 @@ std::optional<match_array_t> rankStringInSearchMode(const ReadSection& section, 
                       static_cast<unsigned long long>(ranges[k].location + ranges[k].length),
                       static_cast<unsigned long long>(items.size()));
                 workers[k] = std::make_unique<RankWorker>(request, items, masks);
-                if (workers[k]->rank(ranges[k])) finished++;
+                if (rankShares(*workers[k], shares, k)) finished++;
             });
         queue.waitUntilAllOperationsAreFinished();
     }

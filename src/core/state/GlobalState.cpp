@@ -29,7 +29,10 @@ void GlobalState::searchInBackgroundForceBlockExecution(ForceBlock force,
             mode->setAbortSearch(true);
             return;
         }
-        searchQ_.addBlock([this, mode, force, finalBlock] { search(*mode, force, finalBlock); });
+        searchQ_.addBlock([this, mode, number, force, finalBlock] {
+            search(*mode, force, finalBlock);
+            lastEnded_ = number;
+        });
     });
 }
 

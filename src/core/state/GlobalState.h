@@ -36,6 +36,8 @@ class GlobalState {
     /// starts a new one with the text that the mode has then. A search that has gone stale calls
     /// its block only if forced.
     void searchInBackgroundForceBlockExecution(ForceBlock force, ModeHost::SearchBlock finalBlock);
+    /// Whether a search runs, or waits to.
+    bool isSearching() const { return lastEnded_ != launches_; }
     /// No search begins any more; before the application goes.
     void endWork() { isEnding_ = true; }
     void waitForSearches() { searchQ_.waitUntilAllOperationsAreFinished(); }
@@ -46,7 +48,7 @@ class GlobalState {
     Relaxed<TRVMode*> currentMode_ = nullptr;
     Relaxed<long> maxNumberOfRows_ = 10;
     Relaxed<bool> isEnding_ = false;
-    Relaxed<int64_t> launches_ = 0;
+    Relaxed<int64_t> launches_ = 0, lastEnded_ = 0;
     Relaxed<int64_t> currentPasteboardAction_ = 0;
     Observable<bool> maximized_{false};
     SearchObserver observer_;

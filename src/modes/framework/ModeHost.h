@@ -27,7 +27,9 @@ class ModeHost {
     virtual bool isDark() const = 0;
     /// Searches the current mode again with its text.
     virtual void searchInBackgroundForceBlockExecution(ForceBlock force, SearchBlock block) = 0;
-    /// The same, and then shows what came out.
+    /// Whether a search runs, or waits to.
+    virtual bool isSearching() const = 0;
+    /// Searches again, and then shows what came out.
     virtual void reloadInBackgroundAnimated(bool animated) = 0;
 
     /// Another mode comes into the window. Not on the main thread, which it waits for.

@@ -129,6 +129,8 @@ Result<bool> TRVModeRepresentingFiles::renamePathComponentFrom(const FileURL& fr
 
 void TRVModeRepresentingFiles::itemRenamedFrom(const ItemRename& rename) {
     if (auto& saved = selection()) saved->renamePath(rename.from, rename.to);
+    // Other programs rename by the thousand: what they do comes with the next update of the list.
+    if (rename.external) return;
     MainQueue::async([this] {
         if (isActive()) host().reloadInBackgroundAnimated(false);
     });
