@@ -96,7 +96,7 @@ def contents():
         "Documents/דוח שנתי 2026.pdf": document("2026"),
         "Documents/תמונות/מגדלור report.png": picture(64, 64, 3),
         "Documents/التقرير السنوي.txt": b"x\n",
-        "Documents/résumé – Zoë.txt": b"x\n", "Documents/報告書 report.txt": b"x\n",
+        "Documents/résumé – Zoë.txt": b"x\n",
         "Documents/line\nbreak report.txt": b"x\n",
     })
     return files
