@@ -17,6 +17,7 @@
 #include "platform/linux/TerminationSignals.h"
 #include "platform/linux/WindowHints.h"
 #include "platform/linux/chooseDisplay.h"
+#include "platform/linux/commandLine.h"
 #include "platform/linux/events/LinuxFileEvents.h"
 #include "util/UserFolders.h"
 #include "util/World.h"
@@ -91,11 +92,39 @@ struct Desktop {
     DiskAccessDialog diskAccessDialog{windowSystem()};
 };
 
-/// By the bus, which then says what it wants, or by a session that begins: whoever starts the
-/// program by hand wants to see its window.
-bool isStartedForLater() {
-    return qEnvironmentVariableIsSet("DBUS_STARTER_BUS_TYPE") ||
-           qEnvironmentVariableIsSet("TROVAST_HIDDEN");
+/// What may be asked from outside; of no effect before the launch is through, and after the end.
+EntryPoints::Requests requestsTo(AppDelegate*& delegate) {
+    const auto ask = [&delegate](auto what) {
+        return [&delegate, what] {
+            if (delegate && delegate->isLaunched()) what(*delegate);
+        };
+    };
+    const auto show = [](AppDelegate& app) {
+        // Only the toggle remembers who had the keyboard.
+        app.window().isMainWindowVisible() ? app.window().showMainWindow()
+                                           : app.window().toggleMainWindow();
+    };
+    const auto showIn = [&](ModeIdentifier identifier) {
+        return ask([show, identifier](AppDelegate& app) {
+            if (TRVMode* const mode = app.modeSwitcher().modeWithIdentifier(identifier))
+                app.modeSwitcher().switchToMode(*mode);
+            show(app);
+        });
+    };
+    return {.activate = ask(show),
+            .actions = {{"toggle", ask([](AppDelegate& app) { app.window().toggleMainWindow(); })},
+                        {"search", showIn(kSearchMode)},
+                        {"browse", showIn(kBrowserMode)},
+                        {"recent", showIn(kRecentMode)},
+                        {"marked", showIn(kMarkedItemsMode)}},
+            .open = [show = ask(show)](const std::vector<std::string>&) { show(); }};
+}
+
+void fulfil(const EntryPoints::Wish& wish, const EntryPoints::Requests& requests) {
+    if (!wish.urls.empty())
+        requests.open(wish.urls);
+    else if (const auto found = requests.actions.find(wish.action); found != requests.actions.end())
+        found->second();
 }
 
 /// Whether the key at the place of Y writes a z.
@@ -107,6 +136,8 @@ KeyLayout keyLayout() {
 }  // namespace
 
 int main(int argc, char** argv) {
+    const CommandLine commandLine = parseCommandLine(argc, argv);
+    if (commandLine.status) return *commandLine.status;
     const DisplayChoice display = chooseDisplay();
     if (display == DisplayChoice::none) return 1;
     QApplication application(argc, argv);
@@ -117,17 +148,8 @@ int main(int argc, char** argv) {
 
     LinuxEntryPoints entryPoints;
     AppDelegate* delegate = nullptr;
-    const auto ask = [&](void (SearchWindowController::*what)()) {
-        return [&delegate, what] {
-            if (delegate && delegate->isLaunched()) (delegate->window().*what)();
-        };
-    };
-    const auto show = ask(&SearchWindowController::showMainWindow);
-    const bool first =
-        entryPoints.claim({.activate = show,
-                           .toggle = ask(&SearchWindowController::toggleMainWindow),
-                           .open = [show](const std::vector<std::string>&) { show(); }});
-    if (!first) return 0;  // the one that runs was told to toggle its window
+    const EntryPoints::Requests requests = requestsTo(delegate);
+    if (!entryPoints.claim(requests, commandLine.wish)) return 0;
 
     // The desktop outlives all that uses it, the log all that writes to it.
     struct LogEnd {
@@ -144,7 +166,7 @@ int main(int argc, char** argv) {
     AppDelegate app(desktop.screen(), desktop.ports());
     delegate = &app;
     app.applicationDidFinishLaunching();
-    if (!isStartedForLater() && app.isLaunched()) app.window().toggleMainWindow();
+    if (!qEnvironmentVariableIsSet("TROVAST_HIDDEN")) fulfil(commandLine.wish, requests);
     const int status = QApplication::exec();
     delegate = nullptr;
     return status;

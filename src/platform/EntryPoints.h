@@ -1,5 +1,6 @@
 #pragma once
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -11,11 +12,16 @@ class EntryPoints {
   public:
     struct Requests {
         std::function<void()> activate;                           // bring the window up
-        std::function<void()> toggle;                             // up or away
+        std::map<std::string, std::function<void()>> actions;     // what may be asked for by name
         std::function<void(std::vector<std::string> urls)> open;  // links and files
     };
+    /// What a start wants of the instance that runs already; neither: nothing.
+    struct Wish {
+        std::string action = {};
+        std::vector<std::string> urls = {};
+    };
     virtual ~EntryPoints() = default;
-    /// False: another instance has them, and was told to toggle its window; leave. The requests
-    /// are called as often as somebody outside asks.
-    virtual bool claim(Requests requests) = 0;
+    /// False: another instance has them, and was told the wish; leave. The requests are called as
+    /// often as somebody outside asks.
+    virtual bool claim(Requests requests, const Wish& wish) = 0;
 };

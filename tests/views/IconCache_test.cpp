@@ -1,6 +1,7 @@
 #include "views/IconCache.h"
 
 #include <QIcon>
+#include <QImageReader>
 #include <set>
 
 #include "views/ProgramIcon.h"
@@ -45,4 +46,25 @@ TEST_F(IconCacheTest, TheProgramsSignIsSeenOnEveryGround) {
         EXPECT_GT(light, size * size / 20) << size;
         EXPECT_GT(dark, size * size / 3) << size;
     }
+}
+
+TEST_F(IconCacheTest, TheProgramsSignIsTheIconThatIsInstalled) {
+    constexpr int kSize = 128;
+    QImageReader reader(QStringLiteral(TROVAST_ICON));
+    if (!reader.canRead()) GTEST_SKIP() << "no reader for SVG: libqt6svg6 is missing";
+    const QImage installed = reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    const QImage drawn = programIcon()
+                             .pixmap(kSize, kSize)
+                             .toImage()
+                             .convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    ASSERT_EQ(installed.size(), drawn.size());
+    int different = 0;
+    for (int y = 0; y < kSize; ++y)
+        for (int x = 0; x < kSize; ++x) {
+            const QRgb a = installed.pixel(x, y), b = drawn.pixel(x, y);
+            const int difference = std::abs(qRed(a) - qRed(b)) + std::abs(qBlue(a) - qBlue(b)) +
+                                   std::abs(qAlpha(a) - qAlpha(b));
+            if (difference > 30) different++;
+        }
+    EXPECT_LT(different, kSize * kSize / 500);  // but for the edges' smoothing
 }

@@ -18,10 +18,17 @@ QString text(const char* ascii) {
     return QString::fromLatin1(ascii);
 }
 
-void tellOtherInstance(QDBusConnection& bus) {
+void tellOtherInstance(QDBusConnection& bus, const EntryPoints::Wish& wish) {
+    if (wish.urls.empty() && wish.action.empty()) return;
     auto call = QDBusMessage::createMethodCall(text(kService), text(kPath), text(kInterface),
-                                               QStringLiteral("ActivateAction"));
-    call << QStringLiteral("toggle") << QVariantList() << QVariantMap();
+                                               text(wish.urls.empty() ? "ActivateAction" : "Open"));
+    if (wish.urls.empty()) {
+        call << QString::fromStdString(wish.action) << QVariantList() << QVariantMap();
+    } else {
+        QStringList urls;
+        for (const std::string& url : wish.urls) urls << QString::fromStdString(url);
+        call << urls << QVariantMap();
+    }
     const QDBusMessage answer = bus.call(call, QDBus::Block, kAnswerTimeout);
     if (answer.type() == QDBusMessage::ErrorMessage)
         logError("The running instance did not answer: %s", qPrintable(answer.errorMessage()));
@@ -72,9 +79,11 @@ class LinuxEntryPoints::Object : public QDBusVirtualObject {
                 if (open) open(urls);
             };
         }
-        if (member == QLatin1String("ActivateAction") && signature == QLatin1String("sava{sv}") &&
-            message.arguments().at(0).toString() == QLatin1String("toggle"))
-            return requests_.toggle;
+        if (member == QLatin1String("ActivateAction") && signature == QLatin1String("sava{sv}")) {
+            const auto found =
+                requests_.actions.find(message.arguments().at(0).toString().toStdString());
+            if (found != requests_.actions.end()) return found->second;
+        }
         return {};
     }
 
@@ -90,7 +99,7 @@ LinuxEntryPoints::~LinuxEntryPoints() {
     bus.unregisterObject(text(kPath));
 }
 
-bool LinuxEntryPoints::claim(Requests requests) {
+bool LinuxEntryPoints::claim(Requests requests, const Wish& wish) {
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
         logWarning("No session bus: a second start opens a second window");
@@ -102,6 +111,6 @@ bool LinuxEntryPoints::claim(Requests requests) {
     if (bus.registerService(text(kService))) return true;
     bus.unregisterObject(text(kPath));
     object_.reset();
-    tellOtherInstance(bus);
+    tellOtherInstance(bus, wish);
     return false;
 }

@@ -12,7 +12,7 @@ class LinuxEntryPoints : public EntryPoints {
   public:
     LinuxEntryPoints();
     ~LinuxEntryPoints() override;
-    bool claim(Requests requests) override;
+    bool claim(Requests requests, const Wish& wish) override;
 
   private:
     class Object;

@@ -33,8 +33,9 @@ class LinuxEntryPointsTest : public DisplayTest {
 TEST_F(LinuxEntryPointsTest, RequestsFromOutsideArriveAndNothingElseIsTakenForOne) {
     LinuxEntryPoints entryPoints;
     ASSERT_TRUE(entryPoints.claim({.activate = [&] { activated++; },
-                                   .toggle = [&] { toggled++; },
-                                   .open = [&](auto urls) { opened = urls; }}));
+                                   .actions = {{"toggle", [&] { toggled++; }}},
+                                   .open = [&](auto urls) { opened = urls; }},
+                                  {.action = "toggle"}));
     const QVariantMap data;
     EXPECT_EQ(call("Activate", {data}), "");
     EXPECT_EQ(activated, 1);
