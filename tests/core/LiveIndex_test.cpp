@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <random>
+#include <thread>
 
 #include "index/checkTree.h"
 #include "index/scanProject.h"
@@ -107,6 +108,22 @@ TEST_F(LiveIndexTest, EqualsAFreshScanAfterEachStorm) {
         const std::string differing = difference();
         ASSERT_EQ(differing, "") << "storm " << i << " of TROVAST_SEED=" << seed;
     }
+}
+
+TEST_F(LiveIndexTest, AnUpdateLeavesTheSearchForAKeyStrokeAlone) {
+    home_.file("root/sheet");
+    start();
+    Cache& cache = *searchMode().currentCache();
+    cache.performBlockExclusive([&](const WriteSection&) {  // the search waits for it
+        field().type(u"sheet");
+        while (searchMode().abortSearch()) std::this_thread::yield();
+        cache.setNextResultListUpdateDue();
+        searchMode().triggerAutoUpdateTimer();
+        session_->world().mainQueue().runPending();
+        EXPECT_FALSE(searchMode().abortSearch());
+    });
+    settle();
+    EXPECT_EQ(names(), std::vector<std::string>{"sheet"});
 }
 
 TEST_F(LiveIndexTest, ANewFileIsInTheVisibleListWithItsSelectionKept) {
