@@ -61,7 +61,8 @@ class LiteralRuns {
 
 }  // namespace
 
-CompiledPattern compilePattern(std::u16string_view text) {
+CompiledPattern compilePattern(std::u16string_view text, PatternBudget& budget) {
+    if (!budget.allows(text)) return {.regexp = nullptr, .error = U_REGEX_PATTERN_TOO_BIG};
     CompiledPattern compiled;
     compiled.regexp.reset(uregex_open(text.data(), static_cast<int32_t>(text.size()),
                                       UREGEX_CASE_INSENSITIVE, nullptr, &compiled.error));
