@@ -342,10 +342,29 @@ TEST(RegexPattern, RequiresOnlyWhatEveryMatchHas) {
         const char* literal;
     };
     const Case cases[] = {
-        {u"Main", "main"},     {u"\\.cpp$", ".cpp"}, {u"^foo.*bars", "bars"}, {u"abc?", "ab"},
-        {u"ab+cdef*", "cde"},  {u"a|b", ""},         {u"(ab)?", ""},          {u"ab{0,1}", ""},
-        {u"ab[xy]+cde", "ab"}, {u"abc\\d", "abc"},   {u"\\Qa*\\E", ""},       {u"x\u00E9?yz", "yz"},
-        {u".*", ""},           {u"a\\ b", "a b"},    {u"ab\\+c", "ab+c"},     {u"\\.?x", "x"},
+        {u"Main", "main"},
+        {u"\\.cpp$", ".cpp"},
+        {u"^foo.*bars", "bars"},
+        {u"abc?", "ab"},
+        {u"ab+cdef*", "cde"},
+        {u"a|b", ""},
+        {u"(ab)?", ""},
+        {u"ab{0,1}", ""},
+        {u"ab[xy]+cde", "cde"},
+        {u"abc\\d", "abc"},
+        {u"\\Qa*\\E", ""},
+        {u"x\u00E9?yz", "yz"},
+        {u".*", ""},
+        {u"a\\ b", "a b"},
+        {u"ab\\+c", "ab+c"},
+        {u"\\.?x", "x"},
+        {u"[^\\]a-]*\\w+main", "main"},
+        {u"ab[]c]def", "ab"},
+        {u"ab[[c]]def", "ab"},
+        {u"ab[\\x41]def", "ab"},
+        {u"\\bfoo\\B", "foo"},
+        {u"ab[:L:]def", "ab"},
+        {u"ab[cdef", "ab"},
     };
     for (const Case& c : cases)
         EXPECT_EQ(requiredLiteral(c.pattern), c.literal) << toUtf8(c.pattern);
@@ -353,12 +372,13 @@ TEST(RegexPattern, RequiresOnlyWhatEveryMatchHas) {
 
 TEST(RegexPattern, ALiteralNeverHidesAMatch) {
     std::mt19937 random(3);
-    const std::u16string_view pieces[] = {u"a",   u"B", u"c.", u"*",    u"+",   u"?",      u".",
-                                          u"\\.", u"^", u"$",  u"[ab]", u"\\d", u"\u017F", u"s",
-                                          u"\\-", u"]", u"}",  u"\\Q",  u"\\E", u" ",      u"#"};
+    const std::u16string_view pieces[] = {u"a",   u"B", u"c.",   u"*",    u"+",   u"?",      u".",
+                                          u"\\.", u"^", u"$",    u"[ab]", u"\\d", u"\u017F", u"s",
+                                          u"\\-", u"]", u"[^b]", u"\\w",  u"\\b", u"[\\s-",  u"[",
+                                          u"&&",  u"}", u"\\Q",  u"\\E",  u" ",   u"#"};
     const std::u16string units = u"aAbBcCs.- #1]}\u017F\u00E9";
     int found = 0;
-    for (int round = 0; round < 20'000; round++) {
+    for (int round = 0; round < 40'000; round++) {
         std::u16string pattern, text;
         for (size_t n = 1 + random() % 5; n > 0; n--)
             pattern += pieces[random() % std::size(pieces)];
