@@ -27,8 +27,9 @@ Indicators::~Indicators() {
 IndicatorContent Indicators::resetFilterButton(TRVMode* mode) const {
     const auto* supportingPath = dynamic_cast<TRVModeSupportingPath*>(mode);
     if (!supportingPath || !supportingPath->livePathFilter().hasRules()) return {};
-    std::string text = "Result is filtered by path (" +
-                       stringRepresentationFor("ClearLivePathFilter") + " to clear)\n";
+    const std::string keys = stringRepresentationFor("ClearLivePathFilter");
+    std::string text = "Result is filtered by path";
+    text += keys.empty() ? "\n" : " (" + keys + " to clear)\n";
     for (const std::string& path : supportingPath->livePathFilter().activePaths())
         text += "\n" + displayText(path);
     return {.isShown = true, .isOn = true, .toolTip = text};

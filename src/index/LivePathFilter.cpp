@@ -51,9 +51,8 @@ void LivePathFilter::change(std::string key, Rule rule) {
 void LivePathFilter::add(std::string key, Rule rule) {
     if (rule == Rule::included) {
         const auto isUseless = [&key](const PathRule& other) {
-            const bool isPrefix = key.starts_with(other.path);
-            if (other.rule == Rule::included) return isPrefix;
-            return !isPrefix && !other.path.starts_with(key);
+            const bool isInOneLine = key.starts_with(other.path) || other.path.starts_with(key);
+            return (other.rule == Rule::included) == isInOneLine;
         };
         paths_.erase(std::remove_if(paths_.begin(), paths_.end(), isUseless), paths_.end());
         exclusive_ = true;

@@ -11,6 +11,7 @@
 #include "platform/FileTypes.h"
 #include "searchmodes/MetaDataSearch.h"
 #include "searchmodes/RegexSearch.h"
+#include "searchmodes/SearchTerms.h"
 #include "searchmodes/rankStringInSearchMode.h"
 #include "searchmodes/rowComparison.h"
 #include "util/Unicode.h"
@@ -64,7 +65,8 @@ RankRequest TRVSearchMode::makeRequest(const std::u16string& string) {
         request.filenameOnly = project->matchFilenameOnly;
         request.ignoreDiacritics = project->ignoreDiacritics;
     }
-    request.searchString = request.ignoreDiacritics ? stringByRemovingDiacritics(string) : string;
+    request.searchString =
+        request.ignoreDiacritics ? searchStringByRemovingDiacritics(string) : string;
     request.bundlesAsFiles = settings.boolForKey("treatBundlesAsFiles");
     request.processMetadata = processFlags.processMetadata;
     request.numberOfThreads = numberOfThreads_;

@@ -54,7 +54,7 @@ class Decomposer {
             made_.rangeMessages.addRangeWithInfo(sign, {{"Missing regular expression."}});
             return setStyle(sign, TermStyle::incomplete);
         }
-        const CompiledPattern compiled = compilePattern(component.substr(1));
+        const CompiledPattern compiled = compilePattern(component.substr(1), budget_);
         if (compiled.regexp) return setStyle(range, TermStyle::regexp);
         made_.rangeMessages.addRangeWithError(range, {{regexErrorText(compiled.error)}});
         setStyle(range, TermStyle::error);
@@ -106,6 +106,7 @@ class Decomposer {
 
     const std::u16string_view text_;
     const DecompositionOptions& options_;
+    PatternBudget budget_;
     Decomposition made_;
 };
 

@@ -15,12 +15,14 @@ void RangeMessages::addRangeWithInfo(TextRange range, StyledText message) {
 }
 
 void RangeMessages::store(TextRange range, RangeMessage message) {
-    const auto same = std::find_if(messages_.begin(), messages_.end(),
-                                   [&](const auto& each) { return each.first == range; });
-    if (same == messages_.end())
-        messages_.emplace_back(range, std::move(message));
+    const auto order = [](TextRange r) { return std::pair(r.location, r.length); };
+    const auto place =
+        std::lower_bound(messages_.begin(), messages_.end(), range,
+                         [&](const auto& a, TextRange b) { return order(a.first) < order(b); });
+    if (place != messages_.end() && place->first == range)
+        place->second = std::move(message);
     else
-        same->second = std::move(message);
+        messages_.emplace(place, range, std::move(message));
 }
 
 const RangeMessage* RangeMessages::messageForRange(TextRange selection) const {

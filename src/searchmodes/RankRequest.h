@@ -8,6 +8,7 @@
 #include <unordered_set>
 
 #include "index/ItemPathFilter.h"
+#include "index/NameMask.h"
 #include "searchmodes/IndexSet.h"
 #include "util/Relaxed.h"
 
@@ -22,6 +23,8 @@ class RegexEngine {
     /// There are terms that must not match, and none that must.
     virtual bool didExcludingSearchOnly() const = 0;
     virtual bool match(std::u16string_view text, IndexSet& indexes, double& totalScore) = 0;
+    /// Letters without which match() refuses an ASCII text.
+    virtual NameMask needOfAscii() const { return 0; }
 };
 
 class MetadataEngine {

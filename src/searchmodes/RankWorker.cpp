@@ -60,6 +60,7 @@ RankWorker::RankWorker(const RankRequest& request, std::span<fs_item_t* const> i
         isShown_[type] = isTypeShown(type, request);
     const bool hasRegex = regex_ && regex_->numberOfSearchTerms() > 0;
     const bool hasMetadata = metadata_ && metadata_->numberOfSearchTerms() > 0;
+    if (hasRegex) asciiNeed_ = regex_->needOfAscii();
     textTerms_ = fuzzy_.numberOfSearchTerms() > 0 || hasRegex;
     thorough_ = hasRegex || hasMetadata || fuzzy_.numberOfSearchTerms() == 0 ||
                 fuzzy_.terms().size() > kMaxTermsByPositions;
@@ -77,8 +78,9 @@ bool RankWorker::rank(IndexRange range) {
     const uint64_t end = range.location + range.length;
     // A name of other letters may hold any of ASCII's once its diacritics are gone; and for whole
     // paths the folders' letters count too.
-    const NameMask always = request_.ignoreDiacritics ? kNotAscii : 0;
+    const NameMask always = request_.ignoreDiacritics ? ~NameMask{0} : 0;
     const NameMask need = request_.filenameOnly ? need_ : 0;
+    const NameMask asciiNeed = request_.filenameOnly ? asciiNeed_ : 0;
     for (uint64_t at = range.location; at < end; at += kBlock) {
         const NameMask* masks = &masks_[at];
         fs_item_t* const* items = &items_[at];
@@ -86,7 +88,8 @@ bool RankWorker::rank(IndexRange range) {
         size_t count = 0;
         for (uint32_t i = 0; i < length; i++) {  // without a branch an item
             open[count] = i;
-            count += (need & ~masks[i]) == 0 || (masks[i] & always);
+            const NameMask mask = masks[i], any = mask & kNotAscii ? ~NameMask{0} : 0;
+            count += ((need & ~(mask | (any & always))) | (asciiNeed & ~(mask | any))) == 0;
         }
         for (size_t i = 0; i < count; i++) {
             if (request_.isAborted()) return false;
@@ -123,6 +126,8 @@ void RankWorker::judge(const fs_item_t& item, NameMask mask) {
     const double bar = best_.worstKept() - depth * kDepthPenalty;
     Verdict verdict;
     if (thorough_) {
+        const NameMask path = folder_.mask() | mask;
+        if ((asciiNeed_ & ~path) && !(path & kNotAscii)) return;
         scratch_.clear();
         verdict = judgeThoroughly(item, scratch_);
     } else {

@@ -68,6 +68,7 @@ class RankWorker {
     bool hasFilters_;                // besides the type
     // What all terms need together.
     NameMask need_ = 0;
+    NameMask asciiNeed_ = 0;  // the same of the regular expressions, where all text is ASCII
     size_t shortest_ = 0, longest_ = 0;
     bool plain_ = true;       // all terms can be ranked by positions
     bool textTerms_ = false;  // the text of an item has a say

@@ -38,6 +38,25 @@ char16_t lowerCasedAscii(char16_t unit) {
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit | 32) : unit;
 }
 
+/// Behind a backslash: a class of characters, or a place between two. Others change what follows.
+bool isPlainClass(char16_t letter) {
+    return std::u16string_view(u"dDwWsSbB").find(letter) != std::u16string_view::npos;
+}
+
+/// Where the set that begins at begin ends; npos where it is not a simple one.
+size_t endOfSimpleSet(std::u16string_view pattern, size_t begin) {
+    size_t at = begin + 1;
+    if (at < pattern.size() && pattern[at] == u'^') at++;
+    if (at == pattern.size() || pattern[at] == u']' || pattern[at] == u':') return pattern.npos;
+    for (; at < pattern.size() && pattern[at] != u'['; at++) {
+        if (pattern[at] == u']') return at;
+        if (pattern[at] != u'\\') continue;
+        if (++at == pattern.size()) break;
+        if (isAsciiAlphanumeric(pattern[at]) && !isPlainClass(pattern[at])) break;
+    }
+    return pattern.npos;
+}
+
 /// The longest run of characters that stand for themselves, once each at least.
 class LiteralRuns {
   public:
@@ -61,7 +80,8 @@ class LiteralRuns {
 
 }  // namespace
 
-CompiledPattern compilePattern(std::u16string_view text) {
+CompiledPattern compilePattern(std::u16string_view text, PatternBudget& budget) {
+    if (!budget.allows(text)) return {.regexp = nullptr, .error = U_REGEX_PATTERN_TOO_BIG};
     CompiledPattern compiled;
     compiled.regexp.reset(uregex_open(text.data(), static_cast<int32_t>(text.size()),
                                       UREGEX_CASE_INSENSITIVE, nullptr, &compiled.error));
@@ -83,12 +103,20 @@ std::string requiredLiteral(std::u16string_view pattern) {
         const char16_t unit = pattern[i];
         if (unit == u'*' || unit == u'?') {
             runs.dropLast();
-        } else if (unit == u'[' || unit == u']' || unit == u'}') {
+        } else if (unit == u'[') {
+            runs.end();
+            i = endOfSimpleSet(pattern, i);
+            if (i == pattern.npos) break;
+        } else if (unit == u']' || unit == u'}') {
             break;
         } else if (unit == u'\\') {
-            if (++i == pattern.size() || pattern[i] > u'~' || isAsciiAlphanumeric(pattern[i]))
+            if (++i == pattern.size() || pattern[i] > u'~') break;
+            if (isPlainClass(pattern[i]))
+                runs.end();
+            else if (isAsciiAlphanumeric(pattern[i]))
                 break;
-            runs.add(pattern[i]);
+            else
+                runs.add(pattern[i]);
         } else if (unit == u'.' || unit == u'^' || unit == u'$' || unit == u'+' || unit > u'~') {
             runs.end();
         } else {

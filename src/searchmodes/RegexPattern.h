@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "datatypes/MatchingRule.h"
+#include "searchmodes/PatternBudget.h"
 
 /// The regular expression of a term, without its sign, as the search and the search field both
 /// compile it: without regard to case. Threads: any, no state.
@@ -11,7 +12,8 @@ struct CompiledPattern {
     RegexPointer regexp;  // null where the text is no pattern
     UErrorCode error = U_ZERO_ERROR;
 };
-CompiledPattern compilePattern(std::u16string_view text);
+/// budget: of all terms of the text; what it does not allow is refused like what ICU finds too big.
+CompiledPattern compilePattern(std::u16string_view text, PatternBudget& budget);
 
 /// What the user reads about an error.
 std::string regexErrorText(UErrorCode error);

@@ -58,11 +58,12 @@ void RegexSearch::setupForSearchString(std::u16string_view searchString) {
     ex_.clear();
     inR_.clear();
     exR_.clear();
+    PatternBudget budget;
     for (std::u16string& term : componentsSeparatedByUnescapedWhitespace(nfc(searchString))) {
         if (term.size() < 2 || (term[0] != u'+' && term[0] != u'-')) continue;
         const bool positive = term[0] == u'+';
         const std::u16string_view pattern = std::u16string_view(term).substr(1);
-        if (CompiledPattern compiled = compilePattern(pattern); compiled.regexp)
+        if (CompiledPattern compiled = compilePattern(pattern, budget); compiled.regexp)
             (positive ? inR_ : exR_)
                 .push_back(expression(std::move(compiled.regexp), requiredLiteral(pattern)));
         (positive ? in_ : ex_).push_back(std::move(term));
@@ -110,6 +111,16 @@ std::function<std::unique_ptr<RegexEngine>(std::u16string_view)> RegexSearch::ma
         if (text != of) return std::make_unique<RegexSearch>(text, stale);
         return model->copy();
     };
+}
+
+NameMask RegexSearch::needOfAscii() const {
+    NameMask need = 0;
+    for (size_t k = 0; k < inR_.size(); k++) {
+        if (matchesAnything(in_[k]) || matchesAnyEnd(in_[k])) continue;
+        for (const char letter : inR_[k].literal)
+            need |= presenceOf(static_cast<unsigned char>(letter));
+    }
+    return need;
 }
 
 RegexSearch::Outcome RegexSearch::find(Expression& expression, std::u16string_view text,

@@ -30,6 +30,7 @@ class RegexSearch final : public RegexEngine {
 
     size_t numberOfSearchTerms() const override { return inLen() + exLen(); }
     bool didExcludingSearchOnly() const override { return inLen() == 0 && exLen() > 0; }
+    NameMask needOfAscii() const override;
     /// What did compile.
     size_t inLen() const { return inR_.size(); }
     size_t exLen() const { return exR_.size(); }

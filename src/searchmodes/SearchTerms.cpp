@@ -1,5 +1,22 @@
 #include "searchmodes/SearchTerms.h"
 
+#include "util/Unicode.h"
+
+namespace {
+
+std::u16string keepingCircumflexes(std::u16string_view term) {
+    std::u16string kept;
+    for (size_t begin = 0;;) {
+        const size_t end = term.find(u'^', begin);
+        kept += stringByRemovingDiacritics(term.substr(begin, end - begin));
+        if (end == term.npos) return kept;
+        kept += u'^';
+        begin = end + 1;
+    }
+}
+
+}  // namespace
+
 std::vector<TextRange> indexesOfComponentsSeparatedByUnescapedWhitespace(std::u16string_view text) {
     std::vector<TextRange> ranges;
     bool escaped = false, content = false;
@@ -29,4 +46,17 @@ std::vector<std::u16string> componentsSeparatedByUnescapedWhitespace(std::u16str
     for (const TextRange& range : indexesOfComponentsSeparatedByUnescapedWhitespace(text))
         components.emplace_back(text.substr(range.location, range.length));
     return components;
+}
+
+std::u16string searchStringByRemovingDiacritics(std::u16string_view text) {
+    std::u16string removed;
+    size_t behind = 0;
+    for (const TextRange& range : indexesOfComponentsSeparatedByUnescapedWhitespace(text)) {
+        removed += text.substr(behind, range.location - behind);
+        behind = range.location + range.length;
+        const std::u16string_view term = text.substr(range.location, range.length);
+        removed += term[0] == u'+' || term[0] == u'-' ? keepingCircumflexes(term)
+                                                      : stringByRemovingDiacritics(term);
+    }
+    return removed.append(text.substr(behind));
 }

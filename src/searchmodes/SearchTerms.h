@@ -10,3 +10,7 @@
 /// Threads: any.
 std::vector<TextRange> indexesOfComponentsSeparatedByUnescapedWhitespace(std::u16string_view text);
 std::vector<std::u16string> componentsSeparatedByUnescapedWhitespace(std::u16string_view text);
+
+/// For texts whose diacritics are gone. In regular expressions the circumflex stays: there it is a
+/// sign and no accent.
+std::u16string searchStringByRemovingDiacritics(std::u16string_view text);

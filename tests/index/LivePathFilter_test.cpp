@@ -57,7 +57,8 @@ TEST_F(LivePathFilterTest, TheLongestRuleDecides) {
          {"/a/b", "/a/b/x"}},
         // Includes do not stand inside each other, nor excludes outside of what is included.
         {{"+/a", "+/a/b"}, {"[+] /a/b/"}, true, {"/a/c"}, {"/a/b"}},
-        {{"+/a/b", "+/a"}, {"[+] /a/", "[+] /a/b/"}, true, {"/b"}, {"/a/c", "/a/b"}},
+        {{"+/a/b", "+/c", "+/a"}, {"[+] /a/", "[+] /c/"}, true, {"/b"}, {"/a/c", "/a/b"}},
+        {{"+/a/b", "+/a", "-/a"}, {}, false, {}, {"/b", "/a/b"}},
         {{"-/x", "-/a/y", "-/", "+/a"}, {"[+] /a/", "[-] /a/y/"}, true, {"/x", "/a/y"}, {"/a/z"}},
         {{"+/a", "+/b"}, {"[+] /a/", "[+] /b/"}, true, {"/c"}, {"/a", "/b"}},
         {{"-/a", "-/b"}, {"[-] /a/", "[-] /b/"}, false, {"/a", "/b"}, {"/c"}},

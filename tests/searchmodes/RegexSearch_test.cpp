@@ -244,6 +244,34 @@ TEST(RegexSearch, AStaleMatchEndsAtOnce) {
     EXPECT_TRUE(log.lines().empty()) << log.lines().front();
 }
 
+TEST(RegexSearch, NeedsTheLettersOfAllLiteralsInAsciiText) {
+    struct Case {
+        const char16_t *searchString, *letters;
+    };
+    const Case cases[] = {
+        {u"+Main\\.c$ x", u"main.c"}, {u"+ab +.* +^ +c*d", u"abd"}, {u"-abc", u""},
+        {u"+a|b +(c)", u""},          {u"+( +.* +x", u""},  // kept: x is not looked for
+    };
+    for (const Case& c : cases) {
+        NameMask mask = 0;
+        for (const char16_t letter : std::u16string_view(c.letters)) mask |= presenceOf(letter);
+        EXPECT_EQ(RegexSearch(c.searchString).needOfAscii(), mask) << toUtf8(c.searchString);
+    }
+}
+
+TEST(RegexSearch, TheCircumflexIsNoAccentInAnExpression) {
+    struct Case {
+        const char16_t *typed, *left;
+    };
+    const Case cases[] = {
+        {u"", u""},
+        {u"+^\u00E9[^\u00FC`]$  a^\u00E9\\ ^ -\\^x ", u"+^e[^u]$  ae\\  -\\^x "},
+        {u"\u00B4+^a \\^", u"+a \\"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(toUtf8(searchStringByRemovingDiacritics(c.typed)), toUtf8(c.left));
+}
+
 TEST(RegexSearch, CopiesMatchSideBySide) {
     World world;
     const auto make = RegexSearch::maker(u"+( +a+ +.* -q", nullptr);
@@ -295,8 +323,11 @@ TEST(RegexPattern, ErrorsAreReadable) {
         {u"\\k<a>", "Invalid capture group name."},
         {u"", "U_ILLEGAL_ARGUMENT_ERROR"},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(regexErrorText(compilePattern(c.pattern).error), c.text) << toUtf8(c.pattern);
+    for (const Case& c : cases) {
+        PatternBudget budget;
+        EXPECT_EQ(regexErrorText(compilePattern(c.pattern, budget).error), c.text)
+            << toUtf8(c.pattern);
+    }
     EXPECT_EQ(regexErrorText(static_cast<UErrorCode>(66304)),
               "An internal error (ICU bug) was detected.");
     EXPECT_EQ(regexErrorText(static_cast<UErrorCode>(66318)),
@@ -311,10 +342,29 @@ TEST(RegexPattern, RequiresOnlyWhatEveryMatchHas) {
         const char* literal;
     };
     const Case cases[] = {
-        {u"Main", "main"},     {u"\\.cpp$", ".cpp"}, {u"^foo.*bars", "bars"}, {u"abc?", "ab"},
-        {u"ab+cdef*", "cde"},  {u"a|b", ""},         {u"(ab)?", ""},          {u"ab{0,1}", ""},
-        {u"ab[xy]+cde", "ab"}, {u"abc\\d", "abc"},   {u"\\Qa*\\E", ""},       {u"x\u00E9?yz", "yz"},
-        {u".*", ""},           {u"a\\ b", "a b"},    {u"ab\\+c", "ab+c"},     {u"\\.?x", "x"},
+        {u"Main", "main"},
+        {u"\\.cpp$", ".cpp"},
+        {u"^foo.*bars", "bars"},
+        {u"abc?", "ab"},
+        {u"ab+cdef*", "cde"},
+        {u"a|b", ""},
+        {u"(ab)?", ""},
+        {u"ab{0,1}", ""},
+        {u"ab[xy]+cde", "cde"},
+        {u"abc\\d", "abc"},
+        {u"\\Qa*\\E", ""},
+        {u"x\u00E9?yz", "yz"},
+        {u".*", ""},
+        {u"a\\ b", "a b"},
+        {u"ab\\+c", "ab+c"},
+        {u"\\.?x", "x"},
+        {u"[^\\]a-]*\\w+main", "main"},
+        {u"ab[]c]def", "ab"},
+        {u"ab[[c]]def", "ab"},
+        {u"ab[\\x41]def", "ab"},
+        {u"\\bfoo\\B", "foo"},
+        {u"ab[:L:]def", "ab"},
+        {u"ab[cdef", "ab"},
     };
     for (const Case& c : cases)
         EXPECT_EQ(requiredLiteral(c.pattern), c.literal) << toUtf8(c.pattern);
@@ -322,17 +372,19 @@ TEST(RegexPattern, RequiresOnlyWhatEveryMatchHas) {
 
 TEST(RegexPattern, ALiteralNeverHidesAMatch) {
     std::mt19937 random(3);
-    const std::u16string_view pieces[] = {u"a",   u"B", u"c.", u"*",    u"+",   u"?",      u".",
-                                          u"\\.", u"^", u"$",  u"[ab]", u"\\d", u"\u017F", u"s",
-                                          u"\\-", u"]", u"}",  u"\\Q",  u"\\E", u" ",      u"#"};
+    const std::u16string_view pieces[] = {u"a",   u"B", u"c.",   u"*",    u"+",   u"?",      u".",
+                                          u"\\.", u"^", u"$",    u"[ab]", u"\\d", u"\u017F", u"s",
+                                          u"\\-", u"]", u"[^b]", u"\\w",  u"\\b", u"[\\s-",  u"[",
+                                          u"&&",  u"}", u"\\Q",  u"\\E",  u" ",   u"#"};
     const std::u16string units = u"aAbBcCs.- #1]}\u017F\u00E9";
     int found = 0;
-    for (int round = 0; round < 20'000; round++) {
+    for (int round = 0; round < 40'000; round++) {
         std::u16string pattern, text;
         for (size_t n = 1 + random() % 5; n > 0; n--)
             pattern += pieces[random() % std::size(pieces)];
         for (size_t n = random() % 10; n > 0; n--) text += units[random() % units.size()];
-        const CompiledPattern compiled = compilePattern(pattern);
+        PatternBudget budget;
+        const CompiledPattern compiled = compilePattern(pattern, budget);
         const std::string literal = requiredLiteral(pattern);
         if (!compiled.regexp || literal.empty()) continue;
         UErrorCode status = U_ZERO_ERROR;

@@ -5,6 +5,7 @@
 #include <random>
 
 #include "platform/FileTypes.h"
+#include "searchmodes/RegexSearch.h"
 #include "searchmodes/itemComparators.h"
 #include "searchmodes/rowComparison.h"
 #include "support/LiteralRanking.h"
@@ -173,6 +174,44 @@ TEST_F(Ranking, ItemsThatNoTextTermScoredGetTheBaseScore) {
     found = rank(metadata);
     EXPECT_EQ(found.total, 2);  // the fuzzy term still has to match
     EXPECT_EQ(found.rows->front()->matchingCriterions->items(), std::vector<uint64_t>{16});
+}
+
+/// Looks at every text itself.
+struct WithoutNeed : RegexEngine {
+    explicit WithoutNeed(std::u16string_view text) : search(text) {}
+    size_t numberOfSearchTerms() const override { return search.numberOfSearchTerms(); }
+    bool didExcludingSearchOnly() const override { return search.didExcludingSearchOnly(); }
+    bool match(std::u16string_view text, IndexSet& indexes, double& totalScore) override {
+        return search.match(text, indexes, totalScore);
+    }
+    RegexSearch search;
+};
+
+TEST_F(Ranking, ItemsPassedOverByTheirLettersWouldNotHaveMatched) {
+    addRandomItems(6000);
+    const auto rowsOf = [](const Found& found) {
+        std::vector<std::tuple<const fs_item_t*, double, std::vector<uint64_t>>> rows;
+        for (const match_ptr& row : *found.rows)
+            rows.emplace_back(row->item, row->score, row->matchedIndexes.items());
+        return rows;
+    };
+    for (const char16_t* search :
+         {u"+main", u"+^a", u"+b\\.", u"+ss", u"+S+m", u"+main -b", u"-main", u"+a.b m",
+          u"+( +.* +z", u"+x +n", u"+u\u0308", u"+r/.*b", u"+\\^a"})
+        for (const unsigned variant : {0u, 1u, 2u, 3u}) {
+            RankRequest request{.searchString = search};
+            request.filenameOnly = variant & 1;
+            request.ignoreDiacritics = variant & 2;
+            request.limit = kNoResultLimit;
+            request.makeRegexEngine = RegexSearch::maker(search, nullptr);
+            const Found found = rank(request);
+            request.makeRegexEngine = [](std::u16string_view text) {
+                return std::make_unique<WithoutNeed>(text);
+            };
+            const Found plain = rank(request);
+            EXPECT_EQ(found.total, plain.total) << toUtf8(search) << variant;
+            EXPECT_TRUE(rowsOf(found) == rowsOf(plain)) << toUtf8(search) << variant;
+        }
 }
 
 TEST_F(Ranking, WithoutAUsableTermNothingIsListed) {

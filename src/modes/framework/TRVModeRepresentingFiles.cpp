@@ -2,6 +2,7 @@
 
 #include "searchmodes/MetaDataSearch.h"
 #include "searchmodes/RegexSearch.h"
+#include "searchmodes/SearchTerms.h"
 #include "util/World.h"
 
 #include <algorithm>
@@ -107,7 +108,7 @@ RankRequest TRVModeRepresentingFiles::makeFileRequest(const std::u16string& stri
                                                       bool ignoreDiacritics) const {
     RankRequest request;
     request.ignoreDiacritics = ignoreDiacritics;
-    request.searchString = ignoreDiacritics ? stringByRemovingDiacritics(string) : string;
+    request.searchString = ignoreDiacritics ? searchStringByRemovingDiacritics(string) : string;
     request.processMetadata = processFlags.processMetadata;
     request.abortSearch = &abortSearchFlag();
     request.makeRegexEngine = RegexSearch::maker(request.searchString, request.abortSearch);
