@@ -54,7 +54,7 @@ CommandBlocks markCommands(const CommandParts& parts) {
     const auto select = [parts, marks](TRVMarkedItemsMode::PasteboardAction action, bool adds) {
         return [parts, marks, action, adds] {
             const std::vector<FileURL> urls = selectionOf(parts);
-            if (urls.empty()) return true;
+            if (urls.empty()) return false;
             if (adds) return marks->addItemsToSource(urls, action);
             marks->selectItemsAsSource(urls, action);
             return true;
@@ -63,7 +63,8 @@ CommandBlocks markCommands(const CommandParts& parts) {
     return {{"ToggleMarkedItemFlag",
              [parts, marks] {
                  const std::vector<FileURL> urls = selectionOf(parts);
-                 if (!urls.empty()) marks->toggleMarkedItemFlag(urls);
+                 if (urls.empty()) return false;
+                 marks->toggleMarkedItemFlag(urls);
                  return true;
              }},
             {"ToggleMarkedItemsMode",
@@ -89,8 +90,7 @@ CommandBlocks browserCommands(const CommandParts& parts) {
     return {{"BrowseSelection",
              [parts, browser] {
                  const std::vector<FileURL> urls = selectionOf(parts);
-                 if (!urls.empty()) browser->browseSelection(urls);
-                 return true;
+                 return !urls.empty() && browser->browseSelection(urls);
              }},
             {"CycleBaseDirectories",
              [browser] {
