@@ -1,5 +1,6 @@
 #include "core/ModeSwitcher.h"
 #include "core/UserMessages.h"
+#include "core/state/GlobalState.h"
 #include "modes/TRVBrowserMode.h"
 #include "modes/TRVMarkedItemsMode.h"
 #include "modes/framework/ModeHost.h"
@@ -75,7 +76,14 @@ CommandBlocks markCommands(const CommandParts& parts) {
             {"SelectItemAsCopySource", select(TRVMarkedItemsMode::kCopy, false)},
             {"AddItemToCopySource", select(TRVMarkedItemsMode::kCopy, true)},
             {"SelectItemAsMoveSource", select(TRVMarkedItemsMode::kMove, false)},
-            {"AddItemToMoveSource", select(TRVMarkedItemsMode::kMove, true)}};
+            {"AddItemToMoveSource", select(TRVMarkedItemsMode::kMove, true)},
+            {"CopyOrMoveSource", [parts] {
+                 if (GlobalState::sharedInstance().currentPasteboardAction() == 0) {
+                     parts.messages.error("Mark an item as copy/move source first!");
+                     return true;
+                 }
+                 return sayNotAvailable(parts.messages, "Paste (Perform Copy/Move)");
+             }}};
 }
 
 CommandBlocks browserCommands(const CommandParts& parts) {
