@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <utility>
 
 #include "views/KeyTranslation.h"
 
@@ -16,11 +17,9 @@ void KeyMonitor::setMonitor(std::function<bool(const KeyEvent&)> monitor) {
 bool KeyMonitor::isMissedRepeat(const QKeyEvent& event) {
     if (event.isAutoRepeat()) return false;
     const Release now{.scanCode = event.nativeScanCode(), .time = event.timestamp()};
-    if (event.type() == QEvent::KeyRelease) {
-        released_ = now;
-        return false;
-    }
-    return now.time != 0 && now.time == released_.time && now.scanCode == released_.scanCode;
+    const bool isPress = event.type() == QEvent::KeyPress;
+    const Release last = std::exchange(released_, isPress ? Release{} : now);
+    return isPress && now.time != 0 && now.time == last.time && now.scanCode == last.scanCode;
 }
 
 bool KeyMonitor::eventFilter(QObject* watched, QEvent* event) {

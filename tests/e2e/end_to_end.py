@@ -223,15 +223,13 @@ def without_a_window_manager(program, other, _):
 
 def rename(home, keys, name, end="Return"):
     """The selected row gets another name, typed over the whole old one."""
-    press(keys)
-    time.sleep(0.15)  # for the editor, which nothing tells of
-    press("ctrl+a")
+    press(keys, "ctrl+a")
     if name:
         type_text(name)
     else:
         press("BackSpace")
     press(end)
-    time.sleep(0.15)
+    time.sleep(0.3)  # for the end of the editor, which nothing tells of
 
 
 def browsing_renaming_and_marking(program, other, _):
@@ -269,7 +267,7 @@ def browsing_renaming_and_marking(program, other, _):
         expect("the new name is on the disk", home.has("Work/new name.txt"))
 
         # A key that is held is one command, and no typing.
-        hold(["alt", "m"], 0.8); time.sleep(2); say(repr(home.setting("markedItems"))); say(repr(home.rows())); subprocess.run(["import","-window","root","/tmp/keys-shot.png"])
+        hold(["alt", "m"], 0.9)
         wait_for("the renamed file is marked", lambda: list(home.setting("markedItems") or []) == [
             os.path.join(home.path, "Work/new name.txt")])
         rows("a.txt", "new name.txt", "sub")
@@ -297,8 +295,22 @@ def browsing_renaming_and_marking(program, other, _):
         expect("ended in order", scene.program.terminate() == 0)
 
 
+def with_alt_and_super_swapped(program, other, _):
+    settings = {"swapControlAndOption": True,  # so that this is Ctrl+Alt+Space
+                "hotKey": {"keyCode": 49, "modifierFlags": 1048576 | 524288}}
+    with Scene(program, other, settings) as scene:
+        scene.program.wait_for_hot_key()
+        scene.call_up()
+        scene.search("report", "Annual report.pdf.txt")
+        press("super+m")
+        wait_for("Super is Control: it marks", lambda: scene.program.home.setting("markedItems"))
+        press("alt+Return")  # Alt is Option: it copies
+        scene.expect_gone()
+
+
 SCENARIOS = [from_hot_key_to_opened_file, the_text_stays_and_escape_leaves, other_ways_in,
-             how_it_looks, browsing_renaming_and_marking, without_a_session_bus,
+             how_it_looks, browsing_renaming_and_marking,
+             with_alt_and_super_swapped, without_a_session_bus,
              with_the_hot_key_held_by_another, without_a_window_manager]
 
 
