@@ -284,6 +284,8 @@ def browsing_renaming_and_marking(program, other, _):
         rows("a.txt", "new name.txt", "sub")
         if os.geteuid() != 0:
             press("ctrl+Up")
+            rows("Work")  # with the text that was there
+            press("Escape")
             type_text("shut")
             rows("shut")
             press("ctrl+Down")
