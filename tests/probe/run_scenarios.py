@@ -9,8 +9,10 @@ A scenario is a list of lines, each one of
                                      changes the scenario's temporary folder, in this order
   {"send": request, "expect": reply} or, for what is no proper request, {"raw": text, "expect": …}
   {"type": text, "keys": [[code, flags], [code, flags, consumed], [code, flags, consumed, characters]],
-   "state": reply}                   each of them may be missing; it types, presses the keys one after
-                                     another, lets all come to rest after each, and looks
+   "commands": [identifier...], "requests": [...], "state": reply}
+                                     each of them may be missing: what is typed, keys and commands,
+                                     one after another, each to its end; what they asked of the
+                                     desktop, and what is to be seen then
 Each console has HOME below the temporary folder, whose path stands for $TMP in every text.
 
 What is expected is a part of the reply: of an object the keys that are given, of a list every
@@ -118,8 +120,11 @@ def temporary_folder():
 def exchanges(line):
     """Each request of a line as it is sent, with what is expected of the reply."""
     settled = (json.dumps({"op": "app.settle"}), {"settled": True})
+    desktop = json.dumps({"op": "app.desktop"})
     if "expect" in line:
         yield line["raw"] if "raw" in line else json.dumps(line["send"]), line["expect"]
+    if "requests" in line:
+        yield desktop, {"ok": True}
     if "type" in line:
         yield json.dumps({"op": "app.type", "text": line["type"]}), {"ok": True}
         yield settled
@@ -127,6 +132,11 @@ def exchanges(line):
         request = {"op": "app.key", "keyCode": code, "flags": flags, "characters": "".join(more[1:])}
         yield json.dumps(request), {"consumed": more[0] if more else True}
         yield settled
+    for identifier in line.get("commands", []):
+        yield json.dumps({"op": "app.shortcut", "identifier": identifier}), {"consumed": True}
+        yield settled
+    if "requests" in line:
+        yield desktop, {"requests": line["requests"]}
     if "state" in line:
         yield json.dumps({"op": "app.state"}), line["state"]
 
