@@ -28,7 +28,7 @@ HotKey GlobalHotKey::storedShortcut() {
 
 void GlobalHotKey::setupHotKeys() {
     currentShortcut_ = storedShortcut();
-    if (currentShortcut_.keyCode == 0) {
+    if (currentShortcut_.isNone()) {
         hotKeys_.unregisterShortcut();
         return;
     }

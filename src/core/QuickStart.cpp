@@ -52,8 +52,8 @@ void QuickStart::tell(std::string message, bool isError) {
 
 void QuickStart::showHotKey() {
     const HotKey& hotKey = parts_.hotKey.currentShortcut();
-    content_.hotKey = hotKey.keyCode ? shortcutText(hotKey.keyCode, hotKey.modifierFlags) : "";
-    if (hotKey.keyCode) tell("Press it now: it shows and hides the search window.");
+    content_.hotKey = shortcutText(hotKey.keyCode, hotKey.modifierFlags);
+    if (!hotKey.isNone()) tell("Press it now: it shows and hides the search window.");
 }
 
 void QuickStart::hotKeyRecorded(const KeyEvent& event) {
@@ -70,6 +70,13 @@ void QuickStart::hotKeyRecorded(const KeyEvent& event) {
             tell(changed.error().description, true);
     }
     parts_.view.setContent(content_);
+}
+
+void QuickStart::hotKeyRecording(bool isRecording) {
+    if (isRecording)
+        parts_.hotKey.pause();
+    else
+        parts_.hotKey.resume();
 }
 
 void QuickStart::quickStartClosed() {

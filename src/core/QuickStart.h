@@ -27,6 +27,7 @@ class QuickStart : private QuickStartViewDelegate {
     void indexChanged();
 
   private:
+    void hotKeyRecording(bool isRecording) override;
     void hotKeyRecorded(const KeyEvent& event) override;
     void tryChosen(size_t index) override;
     void quickStartClosed() override;

@@ -105,6 +105,13 @@ void SearchFieldController::updateSearchFieldWithSearchString(const std::u16stri
     host_.updateSearchCriterionIndicators();
 }
 
+void SearchFieldController::replaceSearchString(const std::u16string& string) {
+    const CursorUpdatePause pause(*this);
+    updateSearchFieldWithSearchString(string);
+    if (TRVMode* mode = host_.currentMode()) mode->updateNumberOfAdditionalRows();
+    showMessageFor(field_.selection());
+}
+
 void SearchFieldController::refreshStyles() {
     const CursorUpdatePause pause(*this);
     if (isSearchFieldEmpty()) return;

@@ -25,6 +25,8 @@ class SearchFieldController {
     void updateSearchString(const std::u16string& string);
     /// The same, each term in its own colour; what is to be said about them is kept.
     void updateSearchFieldWithSearchString(const std::u16string& string);
+    /// The same for a key that changes the text by itself: rows get the lines that it asks for.
+    void replaceSearchString(const std::u16string& string);
     /// The same text once more: what terms may be has changed.
     void refreshStyles();
     void updateSearchFieldWithEmptySearchString();

@@ -4,10 +4,12 @@
 
 #include "util/Result.h"
 
-/// A key with modifiers, by the codes and masks of screen/KeyEvent.h. Key code 0: no key.
+/// A key with modifiers, by the codes and masks of screen/KeyEvent.h. All zero: no key. The code
+/// alone does not say so, since 0 is the A key.
 struct HotKey {
     uint64_t keyCode = 0;
     uint64_t modifierFlags = 0;
+    bool isNone() const { return keyCode == 0 && modifierFlags == 0; }
     friend bool operator==(const HotKey&, const HotKey&) = default;
 };
 

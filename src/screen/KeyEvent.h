@@ -5,8 +5,8 @@
 #include <string>
 
 /// A key as the program knows it: codes of positions on the keyboard and modifier masks that are
-/// stored in the settings, whatever the desktop calls them. Command is Ctrl, Control is Alt, Option
-/// is Super.
+/// stored in the settings, whatever the desktop calls them. Command is Ctrl; Control is Alt and
+/// Option is Super, unless a setting swaps these two (keyCodes.h).
 struct KeyEvent {
     enum class Kind { down, up, flagsChanged };
 

@@ -21,6 +21,8 @@ struct QuickStartContent {
 class QuickStartViewDelegate {
   public:
     virtual ~QuickStartViewDelegate() = default;
+    /// The recorder takes keys from now on, or no more: before it tells what was pressed.
+    virtual void hotKeyRecording(bool isRecording) = 0;
     /// A key combination was pressed in the recorder.
     virtual void hotKeyRecorded(const KeyEvent& event) = 0;
     virtual void tryChosen(size_t index) = 0;

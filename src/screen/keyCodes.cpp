@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "screen/KeyEvent.h"
+#include "util/ProcessFlags.h"
 
 namespace {
 
@@ -156,14 +157,25 @@ uint64_t keyCodeOfKey(uint32_t scanCode, unsigned group, const KeySymbols& keySy
     return code != kNoKeyCode ? code : keyCodeOfCharacterKey(scanCode, group, keySymbols);
 }
 
-std::string hotKeyText(uint64_t keyCode, uint64_t modifierFlags) {
-    if (keyCode == kNoKeyCode) return {};
-    constexpr std::pair<uint64_t, const char*> kModifiers[] = {{kModifierCommand, "Ctrl+"},
-                                                               {kModifierControl, "Alt+"},
-                                                               {kModifierOption, "Super+"},
-                                                               {kModifierShift, "Shift+"}};
+uint64_t modifierOfAlt() {
+    return processFlags.swapControlAndOption ? kModifierOption : kModifierControl;
+}
+
+uint64_t modifierOfSuper() {
+    return processFlags.swapControlAndOption ? kModifierControl : kModifierOption;
+}
+
+std::string modifiersText(uint64_t modifierFlags) {
+    const std::pair<uint64_t, const char*> modifiers[] = {{kModifierCommand, "Ctrl+"},
+                                                          {modifierOfAlt(), "Alt+"},
+                                                          {modifierOfSuper(), "Super+"},
+                                                          {kModifierShift, "Shift+"}};
     std::string text;
-    for (const auto& [flag, name] : kModifiers)
+    for (const auto& [flag, name] : modifiers)
         if (modifierFlags & flag) text += name;
-    return text + nameOf(keyCode);
+    return text;
+}
+
+std::string hotKeyText(uint64_t keyCode, uint64_t modifierFlags) {
+    return keyCode == kNoKeyCode ? std::string() : modifiersText(modifierFlags) + nameOf(keyCode);
 }

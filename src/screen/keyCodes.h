@@ -29,5 +29,12 @@ uint64_t keyCodeOfEditingSymbol(uint32_t symbol);
 /// Any key of the keyboard.
 uint64_t keyCodeOfKey(uint32_t scanCode, unsigned group, const KeySymbols& keySymbols);
 
+/// The program's modifiers on this desktop: Ctrl is Command, Alt is Control and Super is Option, or
+/// by the setting swapControlAndOption Alt is Option and Super is Control.
+uint64_t modifierOfAlt();
+uint64_t modifierOfSuper();
+
+/// For the user, such as "Ctrl+Alt+"; empty for none.
+std::string modifiersText(uint64_t modifierFlags);
 /// For the user, such as "Ctrl+Alt+Space"; empty for no key.
 std::string hotKeyText(uint64_t keyCode, uint64_t modifierFlags);

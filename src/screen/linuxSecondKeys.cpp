@@ -1,5 +1,7 @@
 #include "screen/linuxSecondKeys.h"
 
+#include "screen/keyCodes.h"
+
 namespace {
 
 constexpr uint64_t kCounted =
@@ -7,7 +9,7 @@ constexpr uint64_t kCounted =
 constexpr char16_t kControlW = 23;
 
 struct SecondKey {
-    uint64_t keyCode, modifierFlags;  // as pressed
+    uint64_t keyCode, modifierFlags;  // as pressed; Control is Alt here, whatever the setting says
     uint64_t asKeyCode, asModifierFlags;
 };
 constexpr SecondKey kSecondKeys[] = {
@@ -19,6 +21,13 @@ constexpr SecondKey kSecondKeys[] = {
     {kKeyC, kModifierCommand | kModifierControl | kModifierShift, kKeyReturn,
      kModifierOption | kModifierShift},
 };
+
+uint64_t asPressed(uint64_t flags) {
+    uint64_t pressed = flags & ~uint64_t{kModifierControl | kModifierOption};
+    if (flags & modifierOfAlt()) pressed |= kModifierControl;
+    if (flags & modifierOfSuper()) pressed |= kModifierOption;
+    return pressed;
+}
 
 }  // namespace
 
@@ -32,8 +41,9 @@ KeyEvent withSecondKeysTranslated(KeyEvent event) {
         event.characters = kControlW;
         return event;
     }
+    const uint64_t pressed = asPressed(flags);
     for (const SecondKey& key : kSecondKeys) {
-        if (event.keyCode != key.keyCode || flags != key.modifierFlags) continue;
+        if (event.keyCode != key.keyCode || pressed != key.modifierFlags) continue;
         event.keyCode = key.asKeyCode;
         event.modifierFlags = key.asModifierFlags;
         return event;

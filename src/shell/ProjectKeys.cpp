@@ -24,38 +24,46 @@ std::optional<bool> ProjectKeys::handleDigit(uint64_t keyCode, uint64_t flags,
     if (!(mode.identifier() & kModes) || (moves && browses)) return false;
     const auto index = static_cast<size_t>(digit - kDigitKeys.begin());
     if (index >= parts_.searchMode.projects().size()) return true;
-    if (moves)
-        moveCurrentProjectTo(index);
-    else if (browses)
-        browse(index);
-    else
-        switchTo(index, *parts_.host.currentMode());
+    // Projects and mode are those that the keys before have made current.
+    TRVMode::switchModeQueue().async([this, index, moves] {
+        if (moves)
+            MainQueue::sync([&] { moveCurrentProjectTo(index); });
+        else
+            switchTo(index);
+    });
     return true;
 }
 
-void ProjectKeys::switchTo(size_t index, TRVMode& mode) {
-    TRVMode::switchModeQueue().async([this, &mode, project = parts_.searchMode.projects()[index]] {
-        parts_.projectSwitcher.makeCurrentProject(project);
-        if (mode.identifier() != kProjectMode) {
-            parts_.modeSwitcher.activateMode(mode);
-            return;
-        }
-        parts_.modeSwitcher.activateMode(parts_.searchMode);
-        parts_.host.reloadInBackgroundAnimated(false);
-        MainQueue::async([this] { parts_.host.updateTextsOfCurrentMode(); });
+void ProjectKeys::switchTo(size_t index) {
+    std::shared_ptr<const Project> project;
+    MainQueue::sync([&] {
+        const auto& projects = parts_.searchMode.projects();
+        if (index < projects.size()) project = projects[index];
     });
+    if (!project) return;
+    TRVMode& mode = *parts_.host.currentMode();
+    if (mode.identifier() == kBrowserMode) {
+        browse(*project);
+        return;
+    }
+    parts_.projectSwitcher.makeCurrentProject(project);
+    if (mode.identifier() != kProjectMode) {
+        parts_.modeSwitcher.activateMode(mode);
+        return;
+    }
+    parts_.modeSwitcher.activateMode(parts_.searchMode);
+    parts_.host.reloadInBackgroundAnimated(false);
+    MainQueue::async([this] { parts_.host.updateTextsOfCurrentMode(); });
 }
 
-void ProjectKeys::browse(size_t index) {
-    const auto& folders = parts_.searchMode.projects()[index]->sorderFoldersAsc();
+void ProjectKeys::browse(const Project& project) {
+    const auto& folders = project.sorderFoldersAsc();
     if (folders.size() != 1) {
         parts_.messages.error(folders.empty() ? "Project has no search folder"
                                               : "Project has multiple search folders");
         return;
     }
-    TRVMode::switchModeQueue().async([this, url = folders.front()->url] {
-        if (parts_.browsePath) parts_.browsePath(url);
-    });
+    parts_.browsePath(folders.front()->url);
 }
 
 void ProjectKeys::moveCurrentProjectTo(size_t index) {

@@ -7,6 +7,7 @@
 
 class ModeHost;
 class ModeSwitcher;
+class Project;
 class ProjectSwitcher;
 class TRVMode;
 class TRVSearchMode;
@@ -24,7 +25,7 @@ class ProjectKeys {
         ProjectSwitcher& projectSwitcher;
         UserMessages& messages;
         /// Shows a folder in Browser mode. Not on the main thread.
-        std::function<void(const FileURL& folder)> browsePath = {};
+        std::function<void(const FileURL& folder)> browsePath;
     };
     explicit ProjectKeys(Parts parts) : parts_(std::move(parts)) {}
 
@@ -32,8 +33,8 @@ class ProjectKeys {
     std::optional<bool> handleDigit(uint64_t keyCode, uint64_t flags, const TRVMode& mode);
 
   private:
-    void switchTo(size_t index, TRVMode& mode);
-    void browse(size_t index);
+    void switchTo(size_t index);
+    void browse(const Project& project);
     void moveCurrentProjectTo(size_t index);
 
     const Parts parts_;

@@ -1,7 +1,10 @@
 #include "shell/SearchFieldKeys.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
+#include <cerrno>
 
 #include "core/HidingGuard.h"
 #include "core/ModeSwitcher.h"
@@ -9,11 +12,13 @@
 #include "core/UserMessages.h"
 #include "modes/TRVSearchMode.h"
 #include "platform/Updater.h"
+#include "screen/Alerts.h"
 #include "screen/ResultTableView.h"
 #include "shell/ItemActions.h"
 #include "shell/ProjectKeys.h"
 #include "shell/commands/commands.h"
 #include "shell/updateSearchStringHistory.h"
+#include "util/Unicode.h"
 #include "util/log.h"
 
 namespace {
@@ -31,6 +36,12 @@ bool isHistoryCommand(const KeyboardShortcutDefinition& definition) {
                                       "SearchHistoryRemoveTerm"};
     return std::find(kCommands.begin(), kCommands.end(), definition.identifier()) !=
            kCommands.end();
+}
+
+/// A folder that has gone is another matter, and told as such.
+bool mayBeRenamed(const FileURL& url) {
+    const FileURL folder = url.deletingLastPathComponent();
+    return access(folder.c_str(), W_OK) == 0 || errno == ENOENT || errno == ENOTDIR;
 }
 
 std::vector<FileURL> selectedURLs(TRVMode& mode) {
@@ -69,13 +80,20 @@ bool SearchFieldKeys::handleSearchFieldKeyDownEvent(const KeyEvent& event) {
         return true;
     }
     if (handleNavigationKeysWithEvent(event, *mode)) {
-        if (mode->selection()) mode->selection()->pathSelection.reset();
+        forgetPathSelection(*mode);
         refreshTexts();
         return true;
     }
     const uint64_t flags = maskedModifierFlags(event.modifierFlags);
     if (const auto handled = handleFixedKey(event, flags, *mode)) return *handled;
     return handleShortcut(event, *mode) || handleUserDefinedAction(event, *mode);
+}
+
+void SearchFieldKeys::forgetPathSelection(TRVMode& mode) {
+    // The row may stay the selected one: it shows its path as plain again.
+    if (auto* const paths = dynamic_cast<TRVModeSupportingPath*>(&mode))
+        paths->clearPathSelection();
+    if (mode.selection()) mode.selection()->pathSelection.reset();
 }
 
 void SearchFieldKeys::refreshTexts() {
@@ -105,7 +123,7 @@ std::optional<bool> SearchFieldKeys::handleFixedKey(const KeyEvent& event, uint6
             break;
         case kKeyDelete:
             if (flags != kModifierCommand) break;
-            if (showsFiles(mode)) sayNotAvailable(parts_.messages, "Move to Trash");
+            deleteSelection(mode);
             return true;
         case kKeyDown:
             if (flags != kCommandArrow || !showsFiles(mode)) break;
@@ -135,12 +153,15 @@ std::optional<bool> SearchFieldKeys::handleReturn(uint64_t flags, TRVMode& mode)
         case kModifierOption:
             return copyToClipboard(withShift, mode);
         case kModifierCommand:
+            updateSearchStringHistory(parts_.host);
             return sayNotAvailable(parts_.messages, withShift ? "Type Filename" : "Type Path");
         default:
             break;
     }
-    if (flags == (kModifierControl | kModifierOption))
+    if (flags == (kModifierControl | kModifierOption)) {
+        updateSearchStringHistory(parts_.host);
         return sayNotAvailable(parts_.messages, "Copy File Content to Clipboard");
+    }
     if (flags == kModifierControl && (showsFiles(mode) || mode.identifier() == kProjectMode)) {
         rename(mode);
         return true;
@@ -157,9 +178,25 @@ void SearchFieldKeys::rename(TRVMode& mode) {
     const std::vector<size_t> rows = parts_.host.resultTable().selectedRows();
     if (rows.size() != 1) return;
     updateSearchStringHistory(parts_.host);
+    const auto url = files->selectedURLOfFilteredItemAtIndex(rows.front());
+    if (url && !mayBeRenamed(*url)) {
+        parts_.host.askPreventingHiding(
+            {.style = Alert::Style::critical,
+             .title = "Permission denied",
+             .text = "Cannot rename “" + displayText(url->lastPathComponent()) + "”.",
+             .buttons = {"OK"}});
+        return;
+    }
     files->setRenameState(TRVModeRepresentingFiles::kRenameRequested);
     parts_.field.disableSeachField();
     files->prepareRenameSelectionAtRow(rows.front());
+}
+
+void SearchFieldKeys::deleteSelection(TRVMode& mode) {
+    auto* const files = dynamic_cast<TRVModeRepresentingFiles*>(&mode);
+    if (!files || !showsFiles(mode)) return;
+    updateSearchStringHistory(parts_.host);
+    files->deleteItems(files->clickedOrSelectedURLs());
 }
 
 bool SearchFieldKeys::copyToClipboard(bool filenameOnly, TRVMode& mode) {
@@ -172,11 +209,14 @@ bool SearchFieldKeys::copyToClipboard(bool filenameOnly, TRVMode& mode) {
 bool SearchFieldKeys::handleTab(const KeyEvent& event) {
     if (event.isRepeat) return true;
     updateSearchStringHistory(parts_.host);
-    const ModeIdentifier other = parts_.searchMode.isActive() ? kBrowserMode : kSearchMode;
-    if (TRVMode* const mode = parts_.modeSwitcher.modeWithIdentifier(other))
-        parts_.modeSwitcher.switchToMode(*mode);
-    else
-        sayNotAvailable(parts_.messages, "Browser");
+    TRVMode::switchModeQueue().async([this] {
+        // Of the mode to which the keys before have led.
+        const ModeIdentifier other = parts_.searchMode.isActive() ? kBrowserMode : kSearchMode;
+        TRVMode* const mode = parts_.modeSwitcher.modeWithIdentifier(other);
+        if (!mode) return;
+        parts_.modeSwitcher.activateMode(*mode);
+        parts_.host.reloadInBackgroundAnimated(false);
+    });
     return true;
 }
 

@@ -63,11 +63,13 @@ class SearchFieldKeys {
     bool handleShortcut(const KeyEvent& event, const TRVMode& mode);
     bool handleUserDefinedAction(const KeyEvent& event, const TRVMode& mode);
     bool isWholeTextSelected(const TRVMode& mode) const;
+    void forgetPathSelection(TRVMode& mode);
     void rename(TRVMode& mode);
+    void deleteSelection(TRVMode& mode);
     bool copyToClipboard(bool filenameOnly, TRVMode& mode);
     void deleteWord();
     void escape();
-    void leave();
+    void leave(TRVMode& mode);
     void open(const FileURL& url, OpenWith with);
     void refreshTexts();
 

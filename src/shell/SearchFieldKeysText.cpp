@@ -38,7 +38,7 @@ void SearchFieldKeys::deleteWord() {
     while (begin > 0 && isSpace(text[begin - 1])) begin--;
     while (begin > 0 && !isSpace(text[begin - 1])) begin--;
     text.erase(begin, end - begin);
-    parts_.field.updateSearchString(text);
+    parts_.field.replaceSearchString(text);
     parts_.fieldView.setSelection({begin, 0});
     parts_.host.reloadInBackgroundAnimated(false);
 }
@@ -50,7 +50,7 @@ void SearchFieldKeys::escape() {
         TRVMode* const mode = parts_.host.currentMode();
         if (!mode) return;
         if (mode->searchString().empty()) {
-            leave();
+            leave(*mode);
             return;
         }
         MainQueue::sync([this, mode] {
@@ -64,7 +64,10 @@ void SearchFieldKeys::escape() {
     });
 }
 
-void SearchFieldKeys::leave() {
+void SearchFieldKeys::leave(TRVMode& mode) {
+    for (TRVMode* const each : {&mode, static_cast<TRVMode*>(&parts_.searchMode)})
+        if (auto* const paths = dynamic_cast<TRVModeSupportingPath*>(each))
+            paths->resetPathFilter();
     auto& maximized = GlobalState::sharedInstance().maximized();
     if (maximized.value()) maximized.set(false);
     if (!parts_.searchMode.isActive()) {

@@ -8,6 +8,8 @@ struct ProcessFlags {
         debugPerformance, debugSelection, debugFilePromises;
     /// Whether scans and events collect fs_item_metadata.
     Relaxed<bool> processMetadata;
+    /// Alt is Option and Super is Control, instead of the other way round.
+    Relaxed<bool> swapControlAndOption;
 };
 
 extern ProcessFlags processFlags;

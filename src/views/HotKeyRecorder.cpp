@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <utility>
 
 #include "views/Controls.h"
 #include "views/KeyTranslation.h"
@@ -11,15 +12,6 @@ namespace {
 
 constexpr int kHeight = 46, kInset = 16;
 constexpr double kRadius = 8;
-
-QString modifiersText(uint64_t flags) {
-    QString text;
-    if (flags & kModifierCommand) text += QStringLiteral("Ctrl+");
-    if (flags & kModifierControl) text += QStringLiteral("Alt+");
-    if (flags & kModifierOption) text += QStringLiteral("Super+");
-    if (flags & kModifierShift) text += QStringLiteral("Shift+");
-    return text;
-}
 
 }  // namespace
 
@@ -36,6 +28,10 @@ void HotKeyRecorder::setRecorded(std::function<void(const KeyEvent&)> recorded) 
     recorded_ = std::move(recorded);
 }
 
+void HotKeyRecorder::setRecordingChanged(std::function<void(bool)> changed) {
+    recordingChanged_ = std::move(changed);
+}
+
 void HotKeyRecorder::setHotKey(const QString& text) {
     hotKey_ = text;
     setAccessibleDescription(text);
@@ -48,9 +44,10 @@ void HotKeyRecorder::record() {
 }
 
 void HotKeyRecorder::setRecording(bool recording) {
-    isRecording_ = recording;
+    const bool changes = std::exchange(isRecording_, recording) != recording;
     modifiers_ = 0;
     update();
+    if (changes && recordingChanged_) recordingChanged_(recording);
 }
 
 bool HotKeyRecorder::takeKey(const QKeyEvent& event) {
@@ -106,7 +103,7 @@ void HotKeyRecorder::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(place, kRadius, kRadius);
     const QRectF inner = place.adjusted(kInset, 0, -kInset, 0);
     painter.setFont(theme_->nameFont);
-    const QString pressed = modifiersText(modifiers_);
+    const QString pressed = QString::fromStdString(modifiersText(modifiers_));
     QString text = hotKey_;
     if (isRecording_)
         text = pressed.isEmpty() ? QStringLiteral("Press the keys") : pressed;

@@ -14,6 +14,8 @@ class HotKeyRecorder : public QWidget {
   public:
     HotKeyRecorder(KeySymbols keySymbols, const Theme* theme, QWidget* parent);
     void setRecorded(std::function<void(const KeyEvent&)> recorded);
+    /// Called when it begins and when it ends to take keys, before recorded.
+    void setRecordingChanged(std::function<void(bool isRecording)> changed);
     /// Empty: none yet.
     void setHotKey(const QString& text);
     /// Takes the focus, and the next keys are the hot key.
@@ -25,6 +27,7 @@ class HotKeyRecorder : public QWidget {
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    void hideEvent(QHideEvent*) override { setRecording(false); }
     void enterEvent(QEnterEvent*) override { update(); }
     void leaveEvent(QEvent*) override { update(); }
 
@@ -35,6 +38,7 @@ class HotKeyRecorder : public QWidget {
     const KeySymbols keySymbols_;
     const Theme* const theme_;
     std::function<void(const KeyEvent&)> recorded_;
+    std::function<void(bool)> recordingChanged_;
     QString hotKey_;
     bool isRecording_ = false;
     uint64_t modifiers_ = 0;  // that are down while it records

@@ -78,8 +78,8 @@ uint64_t flagsOf(const QKeyEvent& event, uint64_t keyCode) {
     uint64_t flags = 0;
     if (modifiers & Qt::ShiftModifier) flags |= kModifierShift;
     if (modifiers & Qt::ControlModifier) flags |= kModifierCommand;
-    if (modifiers & Qt::AltModifier) flags |= kModifierControl;
-    if (modifiers & Qt::MetaModifier) flags |= kModifierOption;
+    if (modifiers & Qt::AltModifier) flags |= modifierOfAlt();
+    if (modifiers & Qt::MetaModifier) flags |= modifierOfSuper();
     // Arrows and the keys around them carry these by themselves, others only on the keypad.
     if (keyCode >= kKeyLeft && keyCode <= kKeyUp)
         flags |= kModifierNumericPad | kModifierFunction;
@@ -124,4 +124,10 @@ KeyEvent keyEventFrom(const QKeyEvent& event, const KeySymbols& keySymbols) {
             .characters = event.text().toStdU16String(),
             .isRepeat = event.isAutoRepeat(),
             .kind = kindOf(event)};
+}
+
+bool isCombinationWithText(const QKeyEvent& event) {
+    if (!(event.modifiers() & (Qt::AltModifier | Qt::MetaModifier))) return false;
+    const QString text = event.text();
+    return !text.isEmpty() && text.at(0).isPrint();
 }

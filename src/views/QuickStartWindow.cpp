@@ -73,6 +73,9 @@ QuickStartWindow::Page::Page(const WindowSystem& system) : SheetWindow(system, k
     const QFont heading = sized(look.info13, 14, QFont::DemiBold);
     keyHeading_ = addLabel(QStringLiteral("Call it up from anywhere"), heading, look.fieldText, 8);
     recorder_ = new HotKeyRecorder(system.keySymbols, &theme(), this);
+    recorder_->setRecordingChanged([this](bool isRecording) {
+        if (delegate) delegate->hotKeyRecording(isRecording);
+    });
     recorder_->setRecorded([this](const KeyEvent& event) {
         if (delegate) delegate->hotKeyRecorded(event);
     });

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "screen/linuxSecondKeys.h"
+#include "views/KeyTranslation.h"
 #include "views/MarkedText.h"
 #include "views/Theme.h"
 
@@ -77,7 +78,8 @@ class SearchField::Edit : public QLineEdit {
                 event->accept();
                 return true;
             }
-            if (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab) return true;
+            const bool isTab = key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab;
+            if (isTab || isCombinationWithText(*key)) return true;
         }
         return QLineEdit::event(event);
     }

@@ -212,6 +212,25 @@ TEST_F(AppDelegateTest, TheFirstPageFindsItsExamplesAmongTheUsersFiles) {
     EXPECT_EQ(desktop().hotKey(), (HotKey{keys.keyCode, keys.modifierFlags}));
 }
 
+TEST_F(AppDelegateTest, TheHotKeyMayBeAAndRestsWhileAnotherOneIsPressed) {
+    constexpr HotKey kCtrlAltA{.keyCode = 0, .modifierFlags = kModifierCommand | kModifierControl};
+    const auto stored = [](const HotKey& key) {
+        return nlohmann::json{{"keyCode", key.keyCode}, {"modifierFlags", key.modifierFlags}};
+    };
+    launch({{"hotKey", stored(kCtrlAltA)}, {"numberOfInvocations", 1}});
+    EXPECT_EQ(desktop().hotKey(), kCtrlAltA);
+    QuickStartViewDelegate& page = *screen().quickStart.delegate;
+    page.hotKeyRecording(true);
+    EXPECT_EQ(desktop().hotKey(), std::nullopt);
+    page.hotKeyRecording(false);
+    EXPECT_EQ(desktop().hotKey(), kCtrlAltA);
+    page.hotKeyRecorded({.keyCode = 0, .modifierFlags = kModifierCommand});
+    EXPECT_EQ(screen().quickStart.content.hotKey, "Ctrl+A");
+    OVUserDefaults::sharedInstance().setObject(stored({}), "hotKey");
+    settle();
+    EXPECT_EQ(desktop().hotKey(), std::nullopt);
+}
+
 TEST_F(AppDelegateTest, TogglingAndTypingFastLoseNothing) {
     for (int i = 0; i < 50; i++) home_.file("paper" + std::to_string(i));
     start();

@@ -37,6 +37,15 @@ def press(*keys):
     subprocess.run(["xdotool", "key", "--delay", "20", *keys], check=True)
 
 
+def hold(keys, seconds):
+    """Down for a while: the keyboard repeats them."""
+    for action in ("keydown", "keyup"):
+        for key in keys if action == "keydown" else reversed(keys):
+            subprocess.run(["xdotool", action, key], check=True)
+        if action == "keydown":
+            time.sleep(seconds)
+
+
 def type_text(text):
     subprocess.run(["xdotool", "type", "--delay", "25", "--", text], check=True)
 
@@ -81,6 +90,7 @@ class Home:
                    f"Exec={script} %f\n")
         self.write(".config/mimeapps.list", "[Default Applications]\ntext/plain=notes.desktop\n")
         self.write(".config/trovast/settings.json", json.dumps(settings))
+        self.settings_file = os.path.join(self.path, ".config/trovast/settings.json")
         self.rows_file = os.path.join(self.path, ".rows")
 
     def write(self, name, text):
@@ -96,6 +106,16 @@ class Home:
                 return [line.split("\t")[0] for line in file.read().splitlines()]
         except FileNotFoundError:
             return []
+
+    def has(self, *names):
+        return all(os.path.lexists(os.path.join(self.path, name)) for name in names)
+
+    def setting(self, key):
+        try:
+            with open(self.settings_file) as file:
+                return json.load(file).get(key)
+        except (FileNotFoundError, ValueError):
+            return None
 
     def remove(self):
         shutil.rmtree(self.path, ignore_errors=True)

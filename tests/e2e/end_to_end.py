@@ -9,12 +9,13 @@ import os
 import subprocess
 import sys
 import tempfile
+import time
 import traceback
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from desktop import (Failure, Other, Picture, Program, output, press, say, type_text,  # noqa: E402
-                     wait_for)
+from desktop import (Failure, Other, Picture, Program, hold, output, press, say,  # noqa: E402
+                     type_text, wait_for)
 
 HOT_KEY = "ctrl+alt+space"
 
@@ -220,9 +221,99 @@ def without_a_window_manager(program, other, _):
         server.wait()
 
 
+def rename(home, keys, name, end="Return"):
+    """The selected row gets another name, typed over the whole old one."""
+    press(keys, "ctrl+a")
+    if name:
+        type_text(name)
+    else:
+        press("BackSpace")
+    press(end)
+    time.sleep(0.3)  # for the end of the editor, which nothing tells of
+
+
+def browsing_renaming_and_marking(program, other, _):
+    with Scene(program, other) as scene:
+        home = scene.program.home
+        for name in ("a.txt", "b.txt", "sub/inner.txt"):
+            home.write("Work/" + name, name)
+        home.write("shut/c.txt", "c")
+        os.chmod(os.path.join(home.path, "shut"), 0o555)
+        scene.program.wait_for_hot_key()
+        scene.call_up()
+
+        def rows(*names):
+            wait_for(f"the rows {names}", lambda: home.rows() == list(names))
+
+        press("Tab")
+        wait_for("the home folder", lambda: "Work" in home.rows())
+        type_text("work")
+        rows("Work")
+        press("ctrl+Down")
+        rows("a.txt", "b.txt", "sub")
+        press("Down")  # from the first row to b.txt
+        for keys, name, what in (("F2", "a.txt", "an existing name"), ("F2", "", "an empty name"),
+                                 ("alt+Return", "x/y", "a name with a slash"),
+                                 ("F2", "b.txt", "the same name")):
+            rename(home, keys, name)
+            expect(what + " changes nothing", home.has("Work/a.txt", "Work/b.txt")
+                   and not home.has("Work/x"))
+            with open(os.path.join(home.path, "Work/a.txt")) as file:
+                expect(what + " replaces nothing", file.read() == "a.txt")
+        rename(home, "F2", "never.txt", "Escape")
+        expect("Escape keeps the name", home.has("Work/b.txt"))
+        rename(home, "F2", "new name.txt")
+        rows("a.txt", "new name.txt", "sub")
+        expect("the new name is on the disk", home.has("Work/new name.txt"))
+
+        # A key that is held is one command, and no typing.
+        hold(["alt", "m"], 0.9)
+        wait_for("the renamed file is marked", lambda: list(home.setting("markedItems") or []) == [
+            os.path.join(home.path, "Work/new name.txt")])
+        rows("a.txt", "new name.txt", "sub")
+        press("Up", "alt+m")
+        press("ctrl+m")
+        wait_for("both are marked", lambda: set(home.rows()) == {"a.txt", "new name.txt"})
+        press("ctrl+b", "ctrl+r", "ctrl+b")
+        rows("a.txt", "new name.txt", "sub")
+        press("End", "ctrl+Down")
+        rows("inner.txt")
+        press("ctrl+Up")
+        rows("a.txt", "new name.txt", "sub")
+        press("Tab", "Tab")
+        rows("a.txt", "new name.txt", "sub")
+        if os.geteuid() != 0:
+            press("ctrl+Up")
+            rows("Work")  # with the text that was there
+            press("Escape")
+            type_text("shut")
+            rows("shut")
+            press("ctrl+Down")
+            rows("c.txt")
+            rename(home, "F2", "d.txt", "Return")  # which answers the alert instead
+            expect("the file keeps its name", home.has("shut/c.txt"))
+        press("ctrl+1")
+        wait_for("the project's folder", lambda: "Work" in home.rows())
+        expect("ended in order", scene.program.terminate() == 0)
+
+
+def with_alt_and_super_swapped(program, other, _):
+    settings = {"swapControlAndOption": True,  # so that this is Ctrl+Alt+Space
+                "hotKey": {"keyCode": 49, "modifierFlags": 1048576 | 524288}}
+    with Scene(program, other, settings) as scene:
+        scene.program.wait_for_hot_key()
+        scene.call_up()
+        scene.search("report", "Annual report.pdf.txt")
+        press("super+m")
+        wait_for("Super is Control: it marks", lambda: scene.program.home.setting("markedItems"))
+        press("alt+Return")  # Alt is Option: it copies
+        scene.expect_gone()
+
+
 SCENARIOS = [from_hot_key_to_opened_file, the_text_stays_and_escape_leaves, other_ways_in,
-             how_it_looks, without_a_session_bus, with_the_hot_key_held_by_another,
-             without_a_window_manager]
+             how_it_looks, browsing_renaming_and_marking,
+             with_alt_and_super_swapped, without_a_session_bus,
+             with_the_hot_key_held_by_another, without_a_window_manager]
 
 
 def main():

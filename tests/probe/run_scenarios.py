@@ -8,6 +8,11 @@ A scenario is a list of lines, each one of
   {"make": {"folders": [...], "files": [...], "links": {name: target}, "remove": [...]}}
                                      changes the scenario's temporary folder, in this order
   {"send": request, "expect": reply} or, for what is no proper request, {"raw": text, "expect": …}
+  {"type": text, "keys": [[code, flags], [code, flags, consumed], [code, flags, consumed, characters]],
+   "commands": [identifier...], "requests": [...], "state": reply}
+                                     each of them may be missing: what is typed, keys and commands,
+                                     one after another, each to its end; what they asked of the
+                                     desktop, and what is to be seen then
 Each console has HOME below the temporary folder, whose path stands for $TMP in every text.
 
 What is expected is a part of the reply: of an object the keys that are given, of a list every
@@ -112,6 +117,30 @@ def temporary_folder():
         shutil.rmtree(folder, ignore_errors=True)
 
 
+def exchanges(line):
+    """Each request of a line as it is sent, with what is expected of the reply."""
+    settled = (json.dumps({"op": "app.settle"}), {"settled": True})
+    desktop = json.dumps({"op": "app.desktop"})
+    if "expect" in line:
+        yield line["raw"] if "raw" in line else json.dumps(line["send"]), line["expect"]
+    if "requests" in line:
+        yield desktop, {"ok": True}
+    if "type" in line:
+        yield json.dumps({"op": "app.type", "text": line["type"]}), {"ok": True}
+        yield settled
+    for code, flags, *more in line.get("keys", []):
+        request = {"op": "app.key", "keyCode": code, "flags": flags, "characters": "".join(more[1:])}
+        yield json.dumps(request), {"consumed": more[0] if more else True}
+        yield settled
+    for identifier in line.get("commands", []):
+        yield json.dumps({"op": "app.shortcut", "identifier": identifier}), {"consumed": True}
+        yield settled
+    if "requests" in line:
+        yield desktop, {"requests": line["requests"]}
+    if "state" in line:
+        yield json.dumps({"op": "app.state"}), line["state"]
+
+
 def run(program, file):
     """The number of expectations that were not met."""
     failed = 0
@@ -123,13 +152,11 @@ def run(program, file):
             line = replaced(json.loads(text), folder)
             if "make" in line:
                 make(line["make"], folder)
-            if "expect" not in line:
-                continue
-            found = difference(line["expect"],
-                               console.ask(line["raw"] if "raw" in line else json.dumps(line["send"])))
-            if found:
-                failed += 1
-                print(f"{file}:{number}: {found}".encode("ascii", "backslashreplace").decode())
+            for request, expected in exchanges(line):
+                found = difference(expected, console.ask(request))
+                if found:
+                    failed += 1
+                    print(f"{file}:{number}: {found}".encode("ascii", "backslashreplace").decode())
         status = console.close()
         if status != 0:
             failed += 1

@@ -95,8 +95,15 @@ TEST_F(CommandsTest, ASelectionIsNeededAndSometimesJustOne) {
     home_.file("qq1");
     home_.file("qq2");
     startWithProject();
-    EXPECT_FALSE(perform("RevealInFinder"));
-    EXPECT_EQ(shown(), "No item selected");
+    for (const char* identifier :
+         {"RevealInFinder", "ToggleMarkedItemFlag", "SelectItemAsCopySource", "AddItemToMoveSource",
+          "BrowseSelection", "OpenWith", "CreateProjectFromSelection"}) {
+        EXPECT_FALSE(perform(identifier)) << identifier;
+        EXPECT_EQ(shown(), "No item selected") << identifier;
+        session_->advance(5);
+    }
+    EXPECT_TRUE(perform("CopyOrMoveSource"));
+    EXPECT_EQ(shown(), "Mark an item as copy/move source first!");
     type(u"qq");
     perform("SelectEveryItem");
     EXPECT_FALSE(perform("SearchSelection"));

@@ -1,3 +1,4 @@
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "core/state/GlobalState.h"
@@ -197,6 +198,12 @@ TEST_F(SearchFieldKeysTest, ControlWDeletesTheWordBeforeTheCursor) {
         EXPECT_EQ(field().selected, (TextRange{c.cursorAfter, 0}));
     }
     empty();
+    type(u"foo +bar$");
+    EXPECT_FALSE(field().styles.empty());
+    screen().send({.keyCode = kKeyW, .modifierFlags = kModifierControl, .characters = u"\x17"});
+    settle();
+    EXPECT_TRUE(field().styles.empty()) << "those of the text that is left";
+    empty();
     type(u"foo bar");
     screen().send({.keyCode = kKeyW, .modifierFlags = kModifierControl, .characters = u"\x17"});
     settle();
@@ -264,4 +271,109 @@ TEST_F(SearchFieldKeysTest, HeldModifiersAreKnown) {
     startWithFiles({});
     screen().send({.modifierFlags = kModifierShift, .kind = KeyEvent::Kind::flagsChanged});
     EXPECT_EQ(session_->app().modeSwitcher().modifierFlags(), kModifierShift);
+}
+
+TEST_F(SearchFieldKeysTest, KeysThatFollowAtOnceActOnWhatTheKeysBeforeMade) {
+    const FileURL a = home_.folder("a"), b = home_.folder("b");
+    launch({{"projects", {project("A", a), project("B", b)}}, {"currentProject", "A"}});
+    session_->app().window().toggleMainWindow();
+    settle();
+    constexpr uint64_t kCommand = kModifierCommand;
+    const struct {
+        std::vector<KeyEvent> keys;
+        ModeIdentifier mode;
+        const char *project, *firstProject;
+    } steps[] = {
+        {{{kKeyTab}, {kKeyTab}}, kSearchMode, "A", "A"},
+        {{{19, kCommand}, {50, kCommand}, {50, kCommand}}, kSearchMode, "B", "A"},
+        {{{18, kCommand}, {19, kCommand | kModifierShift}}, kSearchMode, "A", "B"},
+        {{{18, kCommand | kModifierShift}, {19, kCommand}}, kSearchMode, "B", "A"},
+        {{{15, kCommand}, {46, kCommand}, {11, kCommand}}, kBrowserMode, "B", "A"},
+        {{{kKeyTab}, {kKeyTab}, {18, kCommand}}, kBrowserMode, "B", "A"},
+    };
+    for (const auto& step : steps) {
+        for (const KeyEvent& key : step.keys) EXPECT_TRUE(screen().send(key)) << key.keyCode;
+        settle();
+        EXPECT_EQ(session_->app().modeHost().currentMode()->identifier(), step.mode);
+        EXPECT_EQ(searchMode().currentProject()->uuid, step.project) << step.keys[0].keyCode;
+        EXPECT_EQ(searchMode().projects()[0]->uuid, step.firstProject) << step.keys[0].keyCode;
+    }
+    EXPECT_EQ(session_->app().browserMode().currentDirectoryURL(), a) << "by its digit";
+}
+
+TEST_F(SearchFieldKeysTest, ADigitBrowsesTheOneFolderOfAProject) {
+    const FileURL a = home_.folder("a"), b = home_.folder("b");
+    auto none = project("N", a), two = project("T", a);
+    none["folders"] = json::array();
+    two["folders"].push_back({{"path", b.path()}});
+    launch({{"projects", {project("B", b), none, two}}, {"currentProject", "B"}});
+    session_->app().window().toggleMainWindow();
+    EXPECT_TRUE(pressAndSettle(kKeyTab));
+    const char* const messages[] = {"", "Project has no search folder",
+                                    "Project has multiple search folders"};
+    for (size_t i = 0; i < std::size(messages); i++) {
+        EXPECT_TRUE(pressAndSettle(kDigitKeys[i], kModifierCommand));
+        EXPECT_EQ(message(), messages[i]);
+        EXPECT_EQ(session_->app().browserMode().currentDirectoryURL(), b);
+        EXPECT_EQ(searchMode().currentProject()->uuid, "B");
+    }
+    EXPECT_FALSE(press(18, kModifierCommand | kModifierShift));
+}
+
+TEST_F(SearchFieldKeysTest, TheSecondEscapeListsEverythingAgain) {
+    home_.file("in/qq1");
+    startWithFiles({});
+    AppDelegate& app = session_->app();
+    for (TRVModeSupportingPath* mode : {static_cast<TRVModeSupportingPath*>(&searchMode()),
+                                        static_cast<TRVModeSupportingPath*>(&app.recentMode())}) {
+        showAgain();
+        app.modeSwitcher().switchToMode(*mode);
+        TRVMode::switchModeQueue().async([&] { mode->focusURL(home_.at("in")); });
+        settle();
+        type(u"q");
+        EXPECT_TRUE(pressAndSettle(kKeyEscape));
+        EXPECT_TRUE(mode->livePathFilter().hasRules());
+        EXPECT_TRUE(pressAndSettle(kKeyEscape));
+        EXPECT_FALSE(mode->livePathFilter().hasRules());
+        EXPECT_TRUE(searchMode().isActive());
+        EXPECT_FALSE(screen().window.visible);
+    }
+}
+
+TEST_F(SearchFieldKeysTest, AMovementForgetsThePartOfThePathAlsoOnScreen) {
+    home_.file("deep/qq1");
+    startWithFiles({});
+    type(u"qq");
+    EXPECT_TRUE(pressAndSettle(43, kModifierControl));
+    EXPECT_TRUE(screen().table.row(0).pathSelection);
+    EXPECT_TRUE(pressAndSettle(kKeyUp, kArrow));  // it is the first row
+    EXPECT_FALSE(screen().table.row(0).pathSelection);
+    EXPECT_EQ(searchMode().clickedOrSelectedURLs(), std::vector{home_.at("deep/qq1")});
+}
+
+TEST_F(SearchFieldKeysTest, DeletingAsksAndRemembersTheSearch) {
+    startWithFiles({"qq1", "qq2"});
+    type(u"qq");
+    screen().alerts.answers = {"Cancel"};
+    EXPECT_TRUE(pressAndSettle(kKeyDelete, kModifierCommand));
+    ASSERT_EQ(screen().alerts.shown.size(), 1u);
+    EXPECT_EQ(screen().alerts.shown[0].alert.title, "Move item to Trash");
+    EXPECT_EQ(OVUserDefaults::sharedInstance().stringArrayForKey("history"), Names{"qq"});
+}
+
+TEST_F(SearchFieldKeysTest, WhereNothingCanBeRenamedAnAlertSaysSo) {
+    if (geteuid() == 0) GTEST_SKIP() << "the superuser may do it";
+    home_.file("shut/qq1");
+    startWithFiles({});
+    type(u"qq1");
+    chmod(home_.at("shut").c_str(), 0500);
+    EXPECT_TRUE(pressAndSettle(kKeyReturn, kModifierControl));
+    chmod(home_.at("shut").c_str(), 0700);
+    ASSERT_EQ(screen().alerts.shown.size(), 1u);
+    EXPECT_EQ(screen().alerts.shown[0].alert.title, "Permission denied");
+    EXPECT_EQ(screen().alerts.shown[0].alert.text, "Cannot rename “qq1”.");
+    EXPECT_FALSE(screen().table.edit());
+    EXPECT_TRUE(field().takesTyping);
+    EXPECT_TRUE(pressAndSettle(kKeyReturn, kModifierControl));
+    EXPECT_TRUE(screen().table.edit());
 }

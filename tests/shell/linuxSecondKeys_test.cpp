@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "screen/keyCodes.h"
+#include "util/ProcessFlags.h"
+
 TEST(LinuxSecondKeys, BecomeTheProgramsOwn) {
     constexpr uint64_t kCommand = kModifierCommand, kControl = kModifierControl,
                        kOption = kModifierOption, kShift = kModifierShift,
@@ -32,4 +35,17 @@ TEST(LinuxSecondKeys, BecomeTheProgramsOwn) {
         EXPECT_EQ(event.modifierFlags, c.meant.modifierFlags) << c.pressed.keyCode;
         EXPECT_EQ(event.characters, c.meant.characters) << c.pressed.keyCode;
     }
+}
+
+TEST(LinuxSecondKeys, StayWhereTheyAreOnTheKeyboardWhenControlAndOptionAreSwapped) {
+    constexpr uint64_t kCtrlAlt = kModifierCommand | kModifierOption;
+    processFlags.swapControlAndOption = true;
+    const KeyEvent copies = withSecondKeysTranslated({kKeyC, kCtrlAlt});
+    const KeyEvent renames = withSecondKeysTranslated({kKeyF2, kModifierFunction});
+    const std::string text = hotKeyText(kKeyC, kCtrlAlt);
+    processFlags.swapControlAndOption = false;
+    EXPECT_EQ(copies.keyCode, kKeyReturn);
+    EXPECT_EQ(copies.modifierFlags, kModifierOption);
+    EXPECT_EQ(renames.modifierFlags, kModifierControl);
+    EXPECT_EQ(text, "Ctrl+Alt+C");
 }

@@ -52,3 +52,33 @@ TEST_F(KeyMonitorTest, SeesEachKeyOfEachWindowOnceAndMayTakeIt) {
     EXPECT_TRUE(seen.empty());
     EXPECT_EQ(edits[0].text(), "bb");
 }
+
+TEST_F(KeyMonitorTest, APressInTheMillisecondOfItsReleaseIsARepeat) {
+    KeyMonitor monitor;
+    std::vector<bool> repeats;
+    monitor.setMonitor([&](const KeyEvent& event) {
+        if (event.kind == KeyEvent::Kind::down) repeats.push_back(event.isRepeat);
+        return false;
+    });
+    QLineEdit edit;
+    edit.show();
+    edit.activateWindow();
+    edit.setFocus();
+    constexpr quint32 kM = 58, kN = 57;
+    const struct {
+        QEvent::Type type;
+        quint32 place;
+        quint64 time;
+    } steps[] = {
+        {QEvent::KeyPress, kM, 10},   {QEvent::KeyRelease, kM, 50}, {QEvent::KeyPress, kM, 50},
+        {QEvent::KeyRelease, kM, 90}, {QEvent::KeyPress, kN, 90},   {QEvent::KeyPress, kM, 91},
+        {QEvent::KeyRelease, kM, 99}, {QEvent::KeyRelease, kN, 99}, {QEvent::KeyPress, kM, 99},
+    };
+    for (const auto& step : steps) {
+        QKeyEvent event(step.type, Qt::Key_M, {}, step.place, 'm', 0, "m");
+        event.setTimestamp(step.time);
+        QCoreApplication::sendEvent(edit.windowHandle(), &event);
+    }
+    EXPECT_EQ(repeats, (std::vector{false, true, false, false, false}));
+    EXPECT_EQ(edit.text(), "mmmmm") << "typing repeats";
+}

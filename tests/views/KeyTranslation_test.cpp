@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <map>
 
+#include "util/ProcessFlags.h"
 #include "views/QtTest.h"
 
 namespace {
@@ -54,6 +55,24 @@ TEST_F(KeyTranslation, ModifiersHaveTheProgramsNames) {
     EXPECT_EQ(flags(Qt::MetaModifier), kModifierOption);
     EXPECT_EQ(flags(Qt::ShiftModifier), kModifierShift);
     EXPECT_EQ(flags(Qt::GroupSwitchModifier), 0u);  // AltGr is none
+    processFlags.swapControlAndOption = true;
+    const uint64_t alt = flags(Qt::AltModifier), super = flags(Qt::MetaModifier);
+    processFlags.swapControlAndOption = false;
+    EXPECT_EQ(alt, kModifierOption);
+    EXPECT_EQ(super, kModifierControl);
+}
+
+TEST_F(KeyTranslation, AltAndSuperWriteNothing) {
+    const auto writes = [](Qt::KeyboardModifiers modifiers, const char* text) {
+        const QKeyEvent event(QEvent::KeyPress, Qt::Key_M, modifiers, QString::fromUtf8(text));
+        return !isCombinationWithText(event);
+    };
+    EXPECT_TRUE(writes(Qt::NoModifier, "m"));
+    EXPECT_TRUE(writes(Qt::GroupSwitchModifier, "µ"));
+    EXPECT_FALSE(writes(Qt::AltModifier, "m"));
+    EXPECT_FALSE(writes(Qt::ControlModifier | Qt::AltModifier, "1"));
+    EXPECT_FALSE(writes(Qt::MetaModifier, "m"));
+    EXPECT_TRUE(writes(Qt::AltModifier, "")) << "such as Alt+Left: the editor's own";
 }
 
 TEST_F(KeyTranslation, ArrowsAndEditingKeysCarryTheirBits) {

@@ -13,7 +13,9 @@ namespace {
 struct Listener : QuickStartViewDelegate {
     std::vector<KeyEvent> recorded;
     std::vector<size_t> tried;
+    std::vector<bool> recording;
     int closed = 0;
+    void hotKeyRecording(bool isRecording) override { recording.push_back(isRecording); }
     void hotKeyRecorded(const KeyEvent& event) override { recorded.push_back(event); }
     void tryChosen(size_t index) override { tried.push_back(index); }
     void quickStartClosed() override { closed++; }
@@ -93,6 +95,7 @@ TEST_F(QuickStartTest, RecordsAKeyAndOnlyWhenAskedTo) {
     QFocusEvent away(QEvent::FocusOut);
     QCoreApplication::sendEvent(&recorder(), &away);
     EXPECT_FALSE(recorder().isRecording());
+    EXPECT_EQ(listener.recording, (std::vector{true, false, true, false, true, false}));
 }
 
 TEST_F(QuickStartTest, ShowsItsContentAsPlainText) {

@@ -64,7 +64,11 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
                     .searchMode = searchMode_,
                     .modeSwitcher = modeSwitcher_,
                     .projectSwitcher = projectSwitcher_,
-                    .messages = messages_}),
+                    .messages = messages_,
+                    .browsePath =
+                        [this](const FileURL& folder) {
+                            browserMode_.browsePath(folder, TRVBrowserMode::BundleAs::folder);
+                        }}),
       keys_({.host = host_,
              .searchMode = searchMode_,
              .table = screen.views.table,

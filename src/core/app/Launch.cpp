@@ -76,7 +76,7 @@ void AppDelegate::resetWindowIfAsked() {
 
 void AppDelegate::keepOneWayIn() {
     auto& settings = OVUserDefaults::sharedInstance();
-    if (GlobalHotKey::storedShortcut().keyCode == 0 && !settings.boolForKey("showStatusMenu"))
+    if (GlobalHotKey::storedShortcut().isNone() && !settings.boolForKey("showStatusMenu"))
         settings.setBool(true, "showStatusMenu");
 }
 

@@ -50,6 +50,8 @@ void SettingsObservers::observeTheRest() {
         if (GlobalHotKey::storedShortcut() != parts_.hotKey.currentShortcut())
             parts_.hotKey.setupHotKeys();
     });
+    // The same stored key is another one of the desktop now.
+    observe("swapControlAndOption", [this] { parts_.hotKey.setupHotKeys(); });
     subscriptions_.push_back(Notifications::sharedInstance().searchParameterModified.observe(
         [this](const auto& project) { searchParameterModified(project); }));
 }

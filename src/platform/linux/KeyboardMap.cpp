@@ -55,8 +55,8 @@ uint16_t KeyboardMap::stateOf(uint64_t modifierFlags) const {
     unsigned state = 0;
     if (modifierFlags & kModifierShift) state |= XCB_MOD_MASK_SHIFT;
     if (modifierFlags & kModifierCommand) state |= XCB_MOD_MASK_CONTROL;
-    if (modifierFlags & kModifierControl) state |= modifierOf(kAlt, XCB_MOD_MASK_1);
-    if (modifierFlags & kModifierOption) state |= modifierOf(kSuper, XCB_MOD_MASK_4);
+    if (modifierFlags & modifierOfAlt()) state |= modifierOf(kAlt, XCB_MOD_MASK_1);
+    if (modifierFlags & modifierOfSuper()) state |= modifierOf(kSuper, XCB_MOD_MASK_4);
     return uint16_t(state);
 }
 

@@ -4,6 +4,7 @@
 #include <QScreen>
 
 #include "screen/KeyEvent.h"
+#include "screen/keyCodes.h"
 
 namespace {
 
@@ -126,8 +127,8 @@ uint64_t LinuxApplication::modifierFlags() const {
     uint64_t flags = 0;
     if (down & Qt::ShiftModifier) flags |= kModifierShift;
     if (down & Qt::ControlModifier) flags |= kModifierCommand;
-    if (down & Qt::AltModifier) flags |= kModifierControl;
-    if (down & Qt::MetaModifier) flags |= kModifierOption;
+    if (down & Qt::AltModifier) flags |= modifierOfAlt();
+    if (down & Qt::MetaModifier) flags |= modifierOfSuper();
     return flags;
 }
 

@@ -50,7 +50,7 @@ class LinuxHotKeys::Grabber : public QAbstractNativeEventFilter {
 
     Result<void> grab(const HotKey& hotKey, std::function<void()> action) {
         giveUp();
-        if (hotKey.keyCode == 0) return {};
+        if (hotKey.isNone()) return {};
         const std::string name = hotKeyText(hotKey.keyCode, hotKey.modifierFlags);
         const KeyboardMap map(x_);
         const auto keys = map.keysOf(hotKey.keyCode);
@@ -131,7 +131,7 @@ LinuxHotKeys::LinuxHotKeys() {
 LinuxHotKeys::~LinuxHotKeys() = default;
 
 Result<void> LinuxHotKeys::registerShortcut(const HotKey& hotKey, std::function<void()> action) {
-    if (hotKey.keyCode == 0) {
+    if (hotKey.isNone()) {
         unregisterShortcut();
         return {};
     }

@@ -1,9 +1,37 @@
 #include "shell/commands/commands.h"
 
+#include <algorithm>
+#include <array>
+
 #include "core/ModeSwitcher.h"
 #include "core/UserMessages.h"
 #include "modes/framework/ModeHost.h"
 #include "modes/framework/TRVModeRepresentingFiles.h"
+
+namespace {
+
+// Those that work on the selection, and have no closure yet.
+constexpr std::array<std::string_view, 8> kOfSelection = {"SendSelectionToQuicksilver",
+                                                          "SendSelectionToAlfred",
+                                                          "SendSelectionToLaunchBar",
+                                                          "CreateProjectFromSelection",
+                                                          "OpenWith",
+                                                          "OpenInTerminal",
+                                                          "UserDefinedActions",
+                                                          "ShareSelectedItem"};
+
+/// Refuses as it will when it is there, or says that it is not.
+KeyboardShortcutDefinition::Block unavailable(const KeyboardShortcutDefinition& definition,
+                                              const CommandParts& parts) {
+    const bool needsSelection = std::find(kOfSelection.begin(), kOfSelection.end(),
+                                          definition.identifier()) != kOfSelection.end();
+    return [parts, needsSelection, name = definition.actionName()] {
+        return (!needsSelection || !selectionOf(parts).empty()) &&
+               sayNotAvailable(parts.messages, name);
+    };
+}
+
+}  // namespace
 
 void bindCommands(KeyboardShortcuts& registry, const CommandParts& parts) {
     for (CommandBlocks (*section)(const CommandParts&) :
@@ -14,10 +42,7 @@ void bindCommands(KeyboardShortcuts& registry, const CommandParts& parts) {
                 definition->setBlock(std::move(block));
     for (const KeyboardShortcutEntry& entry : registry.builtinActionKeyboardShortcuts()) {
         if (!entry.definition || entry.definition->hasBlock()) continue;
-        entry.definition->setBlock(
-            [&messages = parts.messages, name = entry.definition->actionName()] {
-                return sayNotAvailable(messages, name);
-            });
+        entry.definition->setBlock(unavailable(*entry.definition, parts));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "core/ModeSwitcher.h"
 #include "core/UserMessages.h"
+#include "core/state/GlobalState.h"
 #include "modes/TRVBrowserMode.h"
 #include "modes/TRVMarkedItemsMode.h"
 #include "modes/framework/ModeHost.h"
@@ -54,7 +55,7 @@ CommandBlocks markCommands(const CommandParts& parts) {
     const auto select = [parts, marks](TRVMarkedItemsMode::PasteboardAction action, bool adds) {
         return [parts, marks, action, adds] {
             const std::vector<FileURL> urls = selectionOf(parts);
-            if (urls.empty()) return true;
+            if (urls.empty()) return false;
             if (adds) return marks->addItemsToSource(urls, action);
             marks->selectItemsAsSource(urls, action);
             return true;
@@ -63,7 +64,8 @@ CommandBlocks markCommands(const CommandParts& parts) {
     return {{"ToggleMarkedItemFlag",
              [parts, marks] {
                  const std::vector<FileURL> urls = selectionOf(parts);
-                 if (!urls.empty()) marks->toggleMarkedItemFlag(urls);
+                 if (urls.empty()) return false;
+                 marks->toggleMarkedItemFlag(urls);
                  return true;
              }},
             {"ToggleMarkedItemsMode",
@@ -74,7 +76,14 @@ CommandBlocks markCommands(const CommandParts& parts) {
             {"SelectItemAsCopySource", select(TRVMarkedItemsMode::kCopy, false)},
             {"AddItemToCopySource", select(TRVMarkedItemsMode::kCopy, true)},
             {"SelectItemAsMoveSource", select(TRVMarkedItemsMode::kMove, false)},
-            {"AddItemToMoveSource", select(TRVMarkedItemsMode::kMove, true)}};
+            {"AddItemToMoveSource", select(TRVMarkedItemsMode::kMove, true)},
+            {"CopyOrMoveSource", [parts] {
+                 if (GlobalState::sharedInstance().currentPasteboardAction() == 0) {
+                     parts.messages.error("Mark an item as copy/move source first!");
+                     return true;
+                 }
+                 return sayNotAvailable(parts.messages, "Paste (Perform Copy/Move)");
+             }}};
 }
 
 CommandBlocks browserCommands(const CommandParts& parts) {
@@ -89,8 +98,7 @@ CommandBlocks browserCommands(const CommandParts& parts) {
     return {{"BrowseSelection",
              [parts, browser] {
                  const std::vector<FileURL> urls = selectionOf(parts);
-                 if (!urls.empty()) browser->browseSelection(urls);
-                 return true;
+                 return !urls.empty() && browser->browseSelection(urls);
              }},
             {"CycleBaseDirectories",
              [browser] {

@@ -34,9 +34,11 @@ std::shared_ptr<const Project> previousProject(const TRVSearchMode& searchMode) 
 
 bool cycleRecentProject(const CommandParts& parts) {
     updateSearchStringHistory(parts.host);
-    auto project = previousProject(parts.searchMode);
-    if (!project) return true;
-    TRVMode::switchModeQueue().async([parts, project = std::move(project)] {
+    TRVMode::switchModeQueue().async([parts] {
+        // After the keys before, which may have changed it.
+        std::shared_ptr<const Project> project;
+        MainQueue::sync([&] { project = previousProject(parts.searchMode); });
+        if (!project) return;
         parts.projectSwitcher.makeCurrentProject(project);
         TRVMode* const mode = parts.host.currentMode();
         if (mode && mode->identifier() == kProjectMode) parts.host.activateMode(parts.searchMode);

@@ -7,10 +7,13 @@
 namespace {
 
 bool switchToRecentProject(const CommandParts& parts) {
-    const auto uuid = OVUserDefaults::sharedInstance().stringForKey("previousRealProject");
-    auto project = uuid ? parts.searchMode.projectByUuid(*uuid) : nullptr;
-    if (!project) return true;
-    TRVMode::switchModeQueue().async([parts, project = std::move(project)] {
+    TRVMode::switchModeQueue().async([parts] {
+        std::shared_ptr<const Project> project;
+        MainQueue::sync([&] {
+            const auto uuid = OVUserDefaults::sharedInstance().stringForKey("previousRealProject");
+            if (uuid) project = parts.searchMode.projectByUuid(*uuid);
+        });
+        if (!project) return;
         parts.projectSwitcher.makeCurrentProject(project);
         parts.host.activateMode(parts.searchMode);
         parts.host.reloadInBackgroundAnimated(false);

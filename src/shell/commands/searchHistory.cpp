@@ -8,7 +8,7 @@
 namespace {
 
 void searchFor(const CommandParts& parts, const std::string& item) {
-    parts.field.updateSearchString(toUtf16Lenient(item));
+    parts.field.replaceSearchString(toUtf16Lenient(item));
     parts.host.reloadInBackgroundAnimated(false);
 }
 

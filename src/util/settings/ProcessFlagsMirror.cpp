@@ -13,6 +13,7 @@ struct MirroredFlag {
 
 constexpr MirroredFlag kFlags[] = {
     {"processMetadata", &ProcessFlags::processMetadata},
+    {"swapControlAndOption", &ProcessFlags::swapControlAndOption},
     {"debugFsEvents", &ProcessFlags::debugFsEvents},
     {"debugSearch", &ProcessFlags::debugSearch},
     {"debugScan", &ProcessFlags::debugScan},
