@@ -4,6 +4,9 @@
 //   switches  memory before and after 50 changes of project
 //   live      from a change on the disk to the index
 //   fire      key strokes for 60 s while another process makes 2,000 changes a second
+//   browse    into a folder of 100,000 entries, and key strokes that filter it
+//   modes     from one mode to another
+//   arrows    an arrow key that is held down in a list of 100,000 rows
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -204,6 +207,116 @@ void fire(const std::string& root) {
                 quantile(strokes, 0.99));
 }
 
+// ---- The file modes
+
+constexpr size_t kManyFiles = 100'000;
+constexpr uint64_t kArrow = kModifierNumericPad | kModifierFunction;
+
+/// Files with names as people give them, in a folder of their own.
+FileURL manyFiles(TemporaryFolder& home) {
+    constexpr const char* kWords[] = {"report", "draft",  "Invoice", "photo", "meeting",
+                                      "notes",  "budget", "Letter",  "scan",  "backup"};
+    constexpr const char* kExtensions[] = {"txt", "pdf", "jpg", "odt", "cpp"};
+    const FileURL folder = home.folder("many");
+    for (size_t i = 0; i < kManyFiles; i++) {
+        const std::string name = std::string(kWords[i % 10]) + " " + kWords[i / 10 % 10] + " " +
+                                 std::to_string(i) + "." + kExtensions[i % 5];
+        std::fclose(std::fopen(folder.appending(name).c_str(), "w"));
+    }
+    return folder;
+}
+
+struct ModesBench : Bench {
+    explicit ModesBench(const std::string& root) : Bench(root, false), many(manyFiles(home)) {}
+    /// Runs the main queue until this is so. In milliseconds.
+    template <class Condition>
+    double until(double begun, const Condition& condition) {
+        while (!condition() && now() - begun < 10000) {
+            run();
+            std::this_thread::sleep_for(50us);
+        }
+        return now() - begun;
+    }
+    SimulatedTable& table() { return session->screen().table; }
+    TRVBrowserMode& browser() { return session->app().browserMode(); }
+    double enter(TRVMode& mode) {
+        table().takeChanges();
+        const double begun = now();
+        session->app().modeSwitcher().switchToMode(mode);
+        return until(begun, [&] { return mode.isActive() && !table().takeChanges().empty(); });
+    }
+    double browse(const FileURL& folder, size_t rows) {
+        const double begun = now();
+        browser().browseSelection({folder});
+        return until(begun, [&] { return table().numberOfRows() == rows; });
+    }
+    FileURL many;
+};
+
+void browse(const std::string& root) {
+    ModesBench bench(root);
+    bench.enter(bench.browser());
+    bench.session->settle(10);
+    const size_t atHome = bench.table().numberOfRows();
+    std::vector<double> shown, strokes;
+    for (int i = 0; i < 10; i++) {
+        shown.push_back(bench.browse(bench.many, kManyFiles));
+        bench.session->settle(10);
+        for (const char16_t* text : {u"e", u"re", u"note", u"report 99", u"zzz", u"etf", u"*.pdf"})
+            strokes.push_back(bench.keyStroke(text));
+        bench.field().setText({});
+        bench.session->settle(10);
+        bench.browse(bench.home.url(), atHome);
+        bench.session->settle(10);
+    }
+    std::printf(
+        "shown_median_ms=%.1f shown_worst_ms=%.1f stroke_median_ms=%.1f "
+        "stroke_worst_ms=%.1f\n",
+        quantile(shown, 0.5), quantile(shown, 1), quantile(strokes, 0.5), quantile(strokes, 1));
+}
+
+void modes(const std::string& root) {
+    ModesBench bench(root);
+    AppDelegate& app = bench.session->app();
+    for (const auto& [place, folder] :
+         {std::pair("home", bench.home.url()), {"many", bench.many}}) {
+        bench.enter(app.browserMode());
+        bench.browser().browseSelection({folder});
+        bench.session->settle(10);
+        std::vector<double> times;
+        for (int i = 0; i < 10; i++)
+            for (TRVMode* mode : std::vector<TRVMode*>{&app.searchMode(), &app.browserMode(),
+                                                       &app.recentMode(), &app.markedItemsMode()}) {
+                times.push_back(bench.enter(*mode));
+                bench.session->settle(10);
+            }
+        std::printf("%s_median_ms=%.1f %s_worst_ms=%.1f ", place, quantile(times, 0.5), place,
+                    quantile(times, 1));
+    }
+    std::printf("\n");
+}
+
+void arrows(const std::string& root) {
+    ModesBench bench(root);
+    bench.enter(bench.browser());
+    bench.browse(bench.many, kManyFiles);
+    bench.session->settle(10);
+    constexpr int kKeys = 300;
+    std::vector<double> times;
+    const size_t first = bench.table().selectedRow().value_or(0);
+    const double begun = now();
+    for (int i = 0; i < kKeys; i++) {
+        const double due = begun + i * 1000.0 / 30;
+        bench.until(now(), [&] { return now() >= due; });
+        bench.session->screen().send(
+            {.keyCode = kKeyDown, .modifierFlags = kArrow, .isRepeat = i > 0});
+        times.push_back(
+            bench.until(due, [&] { return bench.table().selectedRow() == first + size_t(i) + 1; }));
+    }
+    std::printf("rows_a_second=%.1f median_ms=%.2f worst_ms=%.2f\n",
+                (kKeys - 1) * 1000.0 / (now() - begun), quantile(times, 0.5), quantile(times, 1));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -217,6 +330,12 @@ int main(int argc, char** argv) {
         live(root);
     else if (what == "fire")
         fire(root);
+    else if (what == "browse")
+        browse(root);
+    else if (what == "modes")
+        modes(root);
+    else if (what == "arrows")
+        arrows(root);
     else
         return 2;
     return 0;

@@ -2,13 +2,11 @@
 
 #include <fcntl.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
 #include "index/FSScanner.h"
 #include "modes/fileRows.h"
-#include "modes/framework/FileMatcher.h"
 #include "modes/framework/ModeHost.h"
 #include "shell/registry/shortcutText.h"
 #include "util/FileIO.h"
@@ -21,18 +19,6 @@
 namespace {
 
 constexpr Hues kColours{0.751};
-
-/// Names in the order of a reader: without regard to case.
-struct Ordered {
-    std::shared_ptr<MatchingBrowserItem> item;
-    std::u16string name;
-};
-
-bool precedes(const Ordered& a, const Ordered& b) {
-    if (a.item->score != b.item->score) return a.item->score > b.item->score;
-    if (a.name != b.name) return a.name < b.name;
-    return a.item->url < b.item->url;
-}
 
 }  // namespace
 
@@ -77,89 +63,111 @@ std::string TRVBrowserMode::infoString() {
 }
 
 std::string TRVBrowserMode::searchFieldPlaceholderText() {
+    const std::string parent = shortcutText(kKeyUp, kModifierCommand) + " parent";
     const std::vector<size_t> rows = host().resultTable().selectedRows();
-    if (rows.size() != 1) return "Browse (⌘↑ parent)";
+    if (rows.size() != 1) return "Browse (" + parent + ")";
     const auto item = filteredItemAtIndex(static_cast<int64_t>(rows.front()));
     const auto* file = dynamic_cast<const MatchingBrowserItem*>(item.get());
-    if (!file || !(file->itemType & ITEM_DIRECTORY)) return "Browse ⌘↑ parent";
-    return "Browse (⌘↓ peek ⌘↑ parent " + stringRepresentationFor("SearchSelection") + " search)";
+    if (!file || !(file->itemType & ITEM_DIRECTORY)) return "Browse " + parent;
+    return "Browse (" + shortcutText(kKeyDown, kModifierCommand) + " peek " + parent + " " +
+           stringRepresentationFor("SearchSelection") + " search)";
 }
 
 // ---- Searching
 
-void TRVBrowserMode::readDirectory() {
+void TRVBrowserMode::readDirectory(BrowserFolder::Diacritics diacritics) {
     const FileURL folder = currentDirectoryURL();
-    if (!contentIsOld_.exchange(false) && folder == directoryOfContent_) return;
+    const bool isOld = contentIsOld_.exchange(false);
+    if (!isOld && directoryContent_ && folder == directoryContent_->url() &&
+        directoryContent_->diacritics() == diacritics)
+        return;
     MainQueue::async([this] {
         if (isActive()) host().startScanAnimation();
     });
     const OVUserDefaults& settings = OVUserDefaults::sharedInstance();
     const auto mask =
         static_cast<uint8_t>(settings.integerForKey("browserVisibleItemTypes") & 0xFF);
-    directoryContent_ = FSScanner::subdirectoriesOfPath(
+    directoryContent_ = std::make_shared<const BrowserFolder>(
         folder,
-        {.hideDotFiles = dirSearchHidesDotFiles_,
-         .visibleItemTypes = mask,
-         .treatBundlesAsFiles = settings.boolForKey("treatBundlesAsFiles")},
-        parts_.fileTypes, abortScan_);
-    directoryOfContent_ = folder;
+        FSScanner::subdirectoriesOfPath(
+            folder,
+            {.hideDotFiles = dirSearchHidesDotFiles_,
+             .visibleItemTypes = mask,
+             .treatBundlesAsFiles = settings.boolForKey("treatBundlesAsFiles")},
+            parts_.fileTypes, abortScan_),
+        diacritics);
     if (abortScan_) contentIsOld_ = true;  // a part of it
-    if (directoryContent_.empty()) tellIfUnreadable(folder);
+    if (directoryContent_->count() == 0) tellIfUnreadable(folder);
     MainQueue::async([this] {
         if (isActive()) host().stopScanAnimation();
     });
 }
 
 void TRVBrowserMode::tellIfUnreadable(const FileURL& folder) {
-    if (!isActive()) return;
-    if (!FileHandle(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)))
-        host().error(std::strerror(errno));
+    if (!isActive() || FileHandle(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)))
+        return;
+    const int error = errno;
+    host().error(std::strerror(error));
+    if (error == ENOENT || error == ENOTDIR) leaveVanished(folder);
 }
 
 void TRVBrowserMode::searchForString(const std::u16string& string, const SearchFinalBlock& block) {
-    if (renameState() != kNoRename) {
-        block(false, std::nullopt);
-        return;
-    }
     if (currentDirectoryURL().empty()) {
         block(true, std::nullopt);
         return;
     }
-    readDirectory();
-    RankRequest request = makeFileRequest(
-        string, OVUserDefaults::sharedInstance().boolForKey("browserIgnoreDiacritics"));
-    request.filenameOnly = true;
-    FileMatcher matcher(request);
-    std::vector<Ordered> found;
-    for (const std::string& name : directoryContent_) {
-        if (abortSearch()) break;
-        auto item = std::make_shared<MatchingBrowserItem>();
-        FileURL url = directoryOfContent_.appending(name);
-        if (!matcher.match(url, *item, FileMatcher::Presence::required)) continue;
-        item->url = std::move(url);
-        found.push_back({std::move(item), lowerCasedUnits(ruleText(name))});
+    if (renameState() != kNoRename) {
+        block(false, std::nullopt);
+        return;
     }
-    std::sort(found.begin(), found.end(), precedes);
-    std::vector<FilteredItem> items;
-    items.reserve(found.size());
-    for (Ordered& each : found) items.push_back(std::move(each.item));
-    createFilteredItemsFromArray(std::move(items), RowLookup::byPath);
+    const bool ignoreDiacritics =
+        OVUserDefaults::sharedInstance().boolForKey("browserIgnoreDiacritics");
+    readDirectory(ignoreDiacritics ? BrowserFolder::Diacritics::removed
+                                   : BrowserFolder::Diacritics::kept);
+    auto found = std::make_shared<BrowserListing>(directoryContent_,
+                                                  makeFileRequest(string, ignoreDiacritics));
+    if (!found->search()) {
+        block(false, std::nullopt);
+        return;
+    }
+    std::shared_ptr<const BrowserListing> listing = std::move(found);
+    filteredItemsAccessQueue_.write([&](const WriteSection&) {
+        listing_.swap(listing);
+        filteredCount_ = listing_->count();
+    });
     block(true, std::nullopt);
 }
 
-std::optional<FileURL> TRVBrowserMode::matchingItemToURL(const MatchingItem& item) {
-    const auto* file = dynamic_cast<const MatchingBrowserItem*>(&item);
-    return file ? std::optional(file->url) : std::nullopt;
+// ---- The rows
+
+std::shared_ptr<const BrowserListing> TRVBrowserMode::listing() {
+    return filteredItemsAccessQueue_.read([&](const ReadSection&) { return listing_; });
+}
+
+TRVMode::FilteredItem TRVBrowserMode::filteredItemAtIndex(int64_t index) {
+    const auto rows = listing();
+    const bool isRow = rows && index >= 0 && static_cast<uint64_t>(index) < rows->count();
+    return isRow ? rows->item(static_cast<size_t>(index)) : nullptr;
+}
+
+std::optional<FileURL> TRVBrowserMode::urlOfFilteredItemAtIndex(size_t row) {
+    const auto rows = listing();
+    return rows && row < rows->count() ? std::optional(rows->url(row)) : std::nullopt;
+}
+
+std::optional<size_t> TRVBrowserMode::rowIndexOfFilteredItemByURL(const FileURL& url) {
+    const auto rows = listing();
+    return rows ? rows->rowOf(url) : std::nullopt;
 }
 
 std::vector<RowContent> TRVBrowserMode::rowContents(size_t first, size_t count) {
+    const auto display = attributeDisplay();
+    const auto shown = listing();
     std::vector<RowContent> rows;
-    for (size_t row = first; row < first + count; row++) {
-        const FilteredItem found = filteredItemAtIndex(static_cast<int64_t>(row));
-        const auto* item = dynamic_cast<const MatchingBrowserItem*>(found.get());
-        if (!item) break;
+    for (size_t row = first; shown && row < shown->count() && rows.size() < count; row++) {
+        const auto item = shown->item(row);
         RowContent& content =
-            rows.emplace_back(makeFileRow(*item, item->url, true, parts_.fileTypes));
+            rows.emplace_back(makeFileRow(*item, item->url, true, parts_.fileTypes, display));
         content.path.clear();  // the same for all
         content.isMarked = host().isMarked(item->url);
     }

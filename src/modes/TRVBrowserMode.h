@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "modes/BrowserListing.h"
 #include "modes/framework/TRVModeRepresentingFiles.h"
 #include "platform/FileEvents.h"
 #include "util/Observable.h"
@@ -80,14 +81,17 @@ class TRVBrowserMode : public TRVModeRepresentingFiles {
     std::string infoString() override;
     void searchForString(const std::u16string& string, const SearchFinalBlock& block) override;
     std::vector<RowContent> rowContents(size_t first, size_t count) override;
+    KeyboardShortcutEntries keyboardShortcutsIncludingSuperclass(bool) const override;
     bool handleEvent(const KeyEvent& event) override;
     void resultSetReloaded() override;
+    uint64_t filteredCount() override { return filteredCount_; }
+    FilteredItem filteredItemAtIndex(int64_t index) override;
+    std::optional<FileURL> urlOfFilteredItemAtIndex(size_t row) override;
+    std::optional<size_t> rowIndexOfFilteredItemByURL(const FileURL& url) override;
+    void prepareRenameSelectionAtRow(size_t row) override;
     void itemRenamedFrom(const ItemRename& rename) override;
     void deleteItems(const std::vector<FileURL>& urls) override;
     void themeChanged() override;
-
-  protected:
-    std::optional<FileURL> matchingItemToURL(const MatchingItem& item) override;
 
   private:
     /// Of one batch of events.
@@ -101,7 +105,10 @@ class TRVBrowserMode : public TRVModeRepresentingFiles {
     void processChange(const FileURL& path, uint32_t flags, EventOutcome& outcome);
     void directoryDidChange(const FileURL& old, const FileURL& now);
     void tellIfUnreadable(const FileURL& folder);
-    void readDirectory();
+    void readDirectory(BrowserFolder::Diacritics diacritics);
+    /// To the nearest folder above it that is still there, if it is the one on show. Any thread.
+    void leaveVanished(const FileURL& folder);
+    std::shared_ptr<const BrowserListing> listing();
     /// Main thread.
     void goTo(const FileURL& folder, std::optional<Selection> selection);
     void show(const FileURL& folder, const std::u16string& string);
@@ -114,8 +121,10 @@ class TRVBrowserMode : public TRVModeRepresentingFiles {
     Relaxed<bool> abortScan_ = false;
     Relaxed<bool> contentIsOld_ = true;
     // Of the search alone, which is one at a time.
-    std::vector<std::string> directoryContent_;
-    FileURL directoryOfContent_;
+    std::shared_ptr<const BrowserFolder> directoryContent_;
+    // In filteredItemsAccessQueue_.
+    std::shared_ptr<const BrowserListing> listing_;
+    Relaxed<uint64_t> filteredCount_ = 0;
     // Main thread.
     std::vector<ParentDirectorySelection> anchstorDirectorySelectionStack_;
     std::map<FileURL, std::optional<Selection>> selectionForSibling_;

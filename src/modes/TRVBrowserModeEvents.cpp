@@ -120,7 +120,12 @@ void TRVBrowserMode::processEvent(const FileEvent& event, EventOutcome& outcome)
         return;
     }
     trace("Is child of currentPath", path);
-    if (event.flags & kFSEventStreamEventFlagItemRenamed) {
+    const bool isRename = (event.flags & kFSEventStreamEventFlagItemRenamed) != 0;
+    if (!isRename && outcome.moveSource) {  // only the next event can be the other half
+        outcome.moveSource.reset();
+        outcome.reloads++;
+    }
+    if (isRename) {
         processRename(path, exists, outcome);
     } else if (event.flags & kFSEventStreamEventFlagItemRemoved) {
         trace("Remove event, reloading", path);

@@ -4,12 +4,14 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 
 #include "index/FSScanner.h"
 #include "modes/TRVBrowserMode.h"
 #include "modes/TRVMarkedItemsMode.h"
 #include "modes/framework/ModeHost.h"
 #include "platform/FileTypes.h"
+#include "shell/registry/KeyboardShortcuts.h"
 #include "util/Unicode.h"
 #include "util/log.h"
 
@@ -19,7 +21,8 @@ namespace {
 
 constexpr uint64_t kCommandArrow = kModifierCommand | kModifierNumericPad | kModifierFunction;
 constexpr uint64_t kBelowModifiers = 131071;
-constexpr auto kFolderOfDisks = "/Volumes";
+/// Where desktops show the disks that come and go; the first that is there counts.
+constexpr const char* kFoldersOfDisks[] = {"/Volumes", "/run/media", "/media"};
 constexpr uint8_t kFoldersOnly = 2;
 
 std::optional<FileURL> realPath(const FileURL& url) {
@@ -42,6 +45,12 @@ bool isGone(const FileURL& url) {
 FileURL nearestExisting(FileURL folder) {
     while (folder.path() != "/" && isGone(folder)) folder = folder.deletingLastPathComponent();
     return folder;
+}
+
+std::optional<FileURL> folderOfDisks() {
+    for (const char* path : kFoldersOfDisks)
+        if (isFolder(FileURL(path))) return FileURL(path);
+    return std::nullopt;
 }
 
 FileURL withPrefixReplaced(const FileURL& url, const ItemRename& rename) {
@@ -93,6 +102,10 @@ void TRVBrowserMode::browsePath(const FileURL& url, BundleAs treatBundleAsFile) 
         return;
     }
     const auto real = realPath(url);
+    if (!real && errno == EACCES) {  // it may well be there
+        host().error(std::strerror(EACCES));
+        return;
+    }
     const FileURL path = real ? *real : parts_.home;
     const bool asFile = isFolder(path) ? treatBundleAsFile == BundleAs::file &&
                                              parts_.fileTypes.isFilePackageAtPath(path)
@@ -103,6 +116,12 @@ void TRVBrowserMode::browsePath(const FileURL& url, BundleAs treatBundleAsFile) 
     MainQueue::sync([&] {
         if (!asFile && folder == currentDirectoryURL()) return;
         goTo(folder, std::move(wanted));
+    });
+}
+
+void TRVBrowserMode::leaveVanished(const FileURL& folder) {
+    MainQueue::async([this, folder, nearest = nearestExisting(folder)] {
+        if (folder == currentDirectoryURL() && nearest != folder) goTo(nearest, std::nullopt);
     });
 }
 
@@ -233,8 +252,8 @@ void TRVBrowserMode::toggleSearchRootDirectory() {
     FileURL next = parts_.home;
     if (here == parts_.home)
         next = FileURL("/");
-    else if (here.path() == "/" && isFolder(FileURL(kFolderOfDisks)))
-        next = FileURL(kFolderOfDisks);
+    else if (here.path() == "/")
+        next = folderOfDisks().value_or(parts_.home);
     show(next, {});
     host().updateTextsOfCurrentMode();
 }
@@ -245,18 +264,28 @@ void TRVBrowserMode::toggleDirSearchHidesDotFiles() {
     host().updateTextsOfCurrentMode();
 }
 
+KeyboardShortcutEntries TRVBrowserMode::keyboardShortcutsIncludingSuperclass(bool) const {
+    return KeyboardShortcuts::sharedInstance().sections({"Browser Mode"});
+}
+
 bool TRVBrowserMode::handleEvent(const KeyEvent& event) {
     const uint64_t flags = event.modifierFlags & ~kBelowModifiers;
     if (event.characters == u"/" && (flags & ~kModifierShift) == 0) {
         MainQueue::async([this] { browseSelection(clickedOrSelectedURLs()); });
         return true;
     }
-    if (event.keyCode != kKeyUp || flags != kCommandArrow) return false;
+    if (event.keyCode != kKeyUp || flags != kCommandArrow)
+        return TRVModeRepresentingFiles::handleEvent(event);
     switchModeQueue().async([this] { browseParentDirectory(); });
     return true;
 }
 
-// ---- Changes that were made here
+// ---- Changes that are made here
+
+void TRVBrowserMode::prepareRenameSelectionAtRow(size_t row) {
+    TRVModeRepresentingFiles::prepareRenameSelectionAtRow(row);
+    if (renameState() == kNoRename) host().focusOnSearchField();
+}
 
 void TRVBrowserMode::itemRenamedFrom(const ItemRename& rename) {
     for (ParentDirectorySelection& level : anchstorDirectorySelectionStack_)

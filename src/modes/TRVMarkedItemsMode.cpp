@@ -5,7 +5,7 @@
 
 #include "core/state/GlobalState.h"
 #include "modes/fileRows.h"
-#include "modes/framework/FileMatcher.h"
+#include "modes/framework/FileSorter.h"
 #include "modes/framework/ModeHost.h"
 #include "util/World.h"
 #include "util/settings/OVUserDefaults.h"
@@ -123,6 +123,13 @@ void TRVMarkedItemsMode::storeRemovedPaths() {
 
 // ---- What is shown
 
+KeyboardShortcutEntries TRVMarkedItemsMode::keyboardShortcutsIncludingSuperclass(
+    bool including) const {
+    const auto& shortcuts = KeyboardShortcuts::sharedInstance();
+    return including ? shortcuts.sections({"Paths", "Quick Filter", "Marked Items Mode"})
+                     : shortcuts.sections({"Marked Items Mode"});
+}
+
 void TRVMarkedItemsMode::searchWindowDidOpen() {
     host().reloadInBackgroundAnimated(false);
 }
@@ -152,16 +159,17 @@ void TRVMarkedItemsMode::searchForString(const std::u16string& string,
     FileMatcher matcher(request);
     std::vector<std::shared_ptr<MatchingMarkedItem>> found;
     for (FileURL& url : listOnShow().urlsMatchingVisibleItemTypes(mask)) {
-        if (abortSearch()) break;
+        if (abortSearch()) {
+            block(false, std::nullopt);
+            return;
+        }
         auto item = std::make_shared<MatchingMarkedItem>();
         if (!matcher.match(url, *item, FileMatcher::Presence::optional)) continue;
         item->url = std::move(url);
         item->matchFilenameOnly = request.filenameOnly;
         found.push_back(std::move(item));
     }
-    std::stable_sort(found.begin(), found.end(), [](const auto& a, const auto& b) {
-        return FileMatcher::precedes(*a, a->url, *b, b->url);
-    });
+    sortFileItems(found, matcher);
     createFilteredItemsFromArray({found.begin(), found.end()}, RowLookup::byPath);
     block(true, std::nullopt);
 }
@@ -172,13 +180,14 @@ std::optional<FileURL> TRVMarkedItemsMode::matchingItemToURL(const MatchingItem&
 }
 
 std::vector<RowContent> TRVMarkedItemsMode::rowContents(size_t first, size_t count) {
+    const auto display = attributeDisplay();
     std::vector<RowContent> rows;
     for (size_t row = first; row < first + count; row++) {
         const FilteredItem found = filteredItemAtIndex(static_cast<int64_t>(row));
         const auto* item = dynamic_cast<const MatchingMarkedItem*>(found.get());
         if (!item) break;
-        RowContent& content =
-            rows.emplace_back(makeFileRow(*item, item->url, item->matchFilenameOnly, fileTypes_));
+        RowContent& content = rows.emplace_back(
+            makeFileRow(*item, item->url, item->matchFilenameOnly, fileTypes_, display));
         decorate(content, row, item->url);
     }
     return rows;

@@ -42,6 +42,7 @@ class TRVMarkedItemsMode : public TRVModeSupportingPath {
     void resignKeepingSubMode(bool keep) override;
     void restorePrimarySubMode() override;
     void searchWindowDidOpen() override;
+    KeyboardShortcutEntries keyboardShortcutsIncludingSuperclass(bool including) const override;
     std::string searchFieldPlaceholderText() override { return "Marked items"; }
     std::string infoString() override;
     void searchForString(const std::u16string& string, const SearchFinalBlock& block) override;

@@ -4,7 +4,7 @@
 
 #include "modes/TRVSearchMode.h"
 #include "modes/fileRows.h"
-#include "modes/framework/FileMatcher.h"
+#include "modes/framework/FileSorter.h"
 #include "modes/framework/ModeHost.h"
 #include "screen/Alerts.h"
 #include "util/Unicode.h"
@@ -93,7 +93,10 @@ void TRVRecentMode::searchForString(const std::u16string& string, const SearchFi
     FileMatcher matcher(request);
     std::vector<std::shared_ptr<MatchingRecentItem>> found;
     for (const RecentItem& record : recentItems()) {
-        if (abortSearch()) break;
+        if (abortSearch()) {
+            block(false, std::nullopt);
+            return;
+        }
         if (!(record.type & mask)) continue;
         auto item = std::make_shared<MatchingRecentItem>();
         if (!matcher.match(record.url, *item, FileMatcher::Presence::optional)) continue;
@@ -105,10 +108,11 @@ void TRVRecentMode::searchForString(const std::u16string& string, const SearchFi
         if (item->itemType == 0) item->itemType = record.type;
         found.push_back(std::move(item));
     }
-    std::stable_sort(found.begin(), found.end(), [&](const auto& a, const auto& b) {
-        return matcher.matchesEverything() ? isNewer(*a, *b)
-                                           : FileMatcher::precedes(*a, a->url, *b, b->url);
-    });
+    if (matcher.matchesEverything())
+        std::stable_sort(found.begin(), found.end(),
+                         [](const auto& a, const auto& b) { return isNewer(*a, *b); });
+    else
+        sortFileItems(found, matcher);
     createFilteredItemsFromArray({found.begin(), found.end()}, RowLookup::byPath);
     block(true, std::nullopt);
 }
@@ -120,13 +124,14 @@ std::optional<FileURL> TRVRecentMode::matchingItemToURL(const MatchingItem& item
 
 std::vector<RowContent> TRVRecentMode::rowContents(size_t first, size_t count) {
     const std::time_t now = std::time(nullptr);
+    const auto display = attributeDisplay();
     std::vector<RowContent> rows;
     for (size_t row = first; row < first + count; row++) {
         const FilteredItem found = filteredItemAtIndex(static_cast<int64_t>(row));
         const auto* item = dynamic_cast<const MatchingRecentItem*>(found.get());
         if (!item) break;
-        RowContent& content =
-            rows.emplace_back(makeFileRow(*item, item->url, item->matchFilenameOnly, fileTypes_));
+        RowContent& content = rows.emplace_back(
+            makeFileRow(*item, item->url, item->matchFilenameOnly, fileTypes_, display));
         decorate(content, row, item->url);
         content.name += ageText(item->timestamp, now);
     }

@@ -6,12 +6,16 @@
 #include "util/Unicode.h"
 
 RowContent makeFileRow(const MatchingFileSystemItem& item, const FileURL& url,
-                       bool matchFilenameOnly, const FileTypes& fileTypes) {
+                       bool matchFilenameOnly, const FileTypes& fileTypes,
+                       const std::optional<AttributeDisplay>& display) {
     RowContent row = makeRowText(url.lastPathComponent(), url.deletingLastPathComponent().path(),
                                  item.indexes.items(), matchFilenameOnly);
     const uint8_t type = item.itemType ? item.itemType : static_cast<uint8_t>(ITEM_FILE);
     row.iconName = fileTypes.iconNameForItem(url, type);
     row.isLink = (type & ITEM_SYMLINK) != 0;
+    if (display && item.metadata)
+        row.attributes =
+            attributeLines(*item.metadata, *display, &item.matching_metadata_criterions);
     return row;
 }
 

@@ -1,5 +1,8 @@
 #pragma once
+#include <optional>
+
 #include "modes/framework/MatchingItem.h"
+#include "modes/framework/attributeLines.h"
 #include "screen/ModeLook.h"
 #include "screen/RowContent.h"
 
@@ -8,9 +11,10 @@ class Project;
 
 /// What rows of modes without an index have in common. Threads: any.
 
-/// Name, folder, icon; the marks are the mode's.
+/// Name, folder, icon, and the lines below as far as they are displayed; the marks are the mode's.
 RowContent makeFileRow(const MatchingFileSystemItem& item, const FileURL& url,
-                       bool matchFilenameOnly, const FileTypes& fileTypes);
+                       bool matchFilenameOnly, const FileTypes& fileTypes,
+                       const std::optional<AttributeDisplay>& display);
 /// For the user; that of a virtual project is a path.
 std::string nameOfProject(const Project& project);
 

@@ -33,6 +33,8 @@ class ResultTableViewDelegate {
     /// By the user's or the program's doing.
     virtual void tableViewSelectionDidChange() = 0;
     virtual void rowDoubleClicked(size_t row) = 0;
+    /// A menu is wanted at this place of the screen; clickedRow tells its row until this returns.
+    virtual void contextMenuWanted(Point) {}
     /// It was scrolled, or its height changed.
     virtual void clipViewBoundsDidChange() = 0;
     /// True: the editor stays until it is told to end; else it ends.

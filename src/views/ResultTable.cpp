@@ -1,5 +1,6 @@
 #include "views/ResultTable.h"
 
+#include <QContextMenuEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
@@ -260,6 +261,15 @@ void ResultTable::mousePressEvent(QMouseEvent* event) {
 void ResultTable::mouseDoubleClickEvent(QMouseEvent* event) {
     const auto row = rowAt(event->position().y());
     if (row && event->button() == Qt::LeftButton && delegate_) delegate_->rowDoubleClicked(*row);
+}
+
+void ResultTable::contextMenuEvent(QContextMenuEvent* event) {
+    // From the keyboard it is for what is selected, wherever the pointer is.
+    const bool isByMouse = event->reason() == QContextMenuEvent::Mouse;
+    clickedRow_ = isByMouse ? rowAt(event->pos().y()) : std::nullopt;
+    const QPoint place = event->globalPos();
+    if (delegate_) delegate_->contextMenuWanted({double(place.x()), double(place.y())});
+    clickedRow_.reset();
 }
 
 void ResultTable::changeEvent(QEvent* event) {

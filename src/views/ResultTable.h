@@ -36,7 +36,7 @@ class ResultTable : public QWidget, public ResultTableView {
     void setAllowsMultipleSelection(bool allows) override { allowsMultiple_ = allows; }
     std::optional<size_t> selectedRow() const override;
     std::vector<size_t> selectedRows() const override;
-    std::optional<size_t> clickedRow() const override { return std::nullopt; }
+    std::optional<size_t> clickedRow() const override { return clickedRow_; }
     /// A part of it will do.
     bool isRowVisible(size_t row) const override;
     void scrollRowToVisible(size_t row) override;
@@ -51,6 +51,7 @@ class ResultTable : public QWidget, public ResultTableView {
     void wheelEvent(QWheelEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
@@ -75,6 +76,7 @@ class ResultTable : public QWidget, public ResultTableView {
     size_t count_ = 0;   // of rows, at the last reload
     std::set<size_t> selection_;
     size_t lastSelected_ = 0;
+    std::optional<size_t> clickedRow_;       // while its context menu is open
     size_t anchor_ = 0;                      // where a range of selected rows begins
     std::map<size_t, RowContent> contents_;  // of the rows on screen, so that a repaint shows what
                                              // was there even if the data has moved on

@@ -36,6 +36,11 @@ class FileModesTest : public ApplicationTest {
         TRVMode::switchModeQueue().async(std::move(work));
         settle();
     }
+    /// Instead of what stands in the field.
+    void search(std::u16string_view text) {
+        empty();
+        type(text);
+    }
     void select(const std::string& name) {
         const Names all = names();
         const auto found = std::find(all.begin(), all.end(), name);

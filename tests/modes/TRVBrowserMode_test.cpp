@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include "modes/ModesTest.h"
+#include "shell/registry/shortcutText.h"
 
 namespace {
 
@@ -36,14 +37,16 @@ TEST_F(BrowserModeTest, ShowsAndFiltersAFolderWithoutAnIndex) {
     browse(root_);
     EXPECT_EQ(names(), (Names{"a", "b", "c", "File.txt"}));
     EXPECT_EQ(screen().infoBar.text, "Browse " + root_.path());
-    EXPECT_TRUE(field().placeholder.starts_with("Browse (⌘↓ peek ⌘↑ parent "))
-        << field().placeholder;
+    EXPECT_EQ(field().placeholder, "Browse (Ctrl+Down peek Ctrl+Up parent " +
+                                       stringRepresentationFor("SearchSelection") + " search)");
     browser().toggleDirSearchHidesDotFiles();
     settle();
     EXPECT_EQ(names(), (Names{".hidden", "a", "b", "c", "File.txt"}));
     type(u"file");
     EXPECT_EQ(names(), Names{"File.txt"});
-    EXPECT_EQ(field().placeholder, "Browse ⌘↑ parent");
+    EXPECT_EQ(field().placeholder, "Browse Ctrl+Up parent");
+    table().deselectAll();
+    EXPECT_EQ(field().placeholder, "Browse (Ctrl+Up parent)");
 }
 
 TEST_F(BrowserModeTest, LevelsComeBackAsTheyWere) {
@@ -112,6 +115,9 @@ TEST_F(BrowserModeTest, PathsOfAllKindsLeadSomewhere) {
     EXPECT_EQ(here(), home_.url());
     browser().toggleSearchRootDirectory();
     EXPECT_EQ(here().path(), "/");
+    browser().toggleSearchRootDirectory();
+    EXPECT_NE(here().path(), "/") << "the folder of disks, or home where there is none";
+    browse(FileURL("/"));
     behind([&] { browser().browseParentDirectory(); });
     EXPECT_EQ(here().path(), "/");
 }
@@ -125,6 +131,72 @@ TEST_F(BrowserModeTest, AVanishedFolderLeadsToTheNearestThatIsThere) {
     EXPECT_EQ(here(), root_);
 }
 
+TEST_F(BrowserModeTest, TheFolderOnShowMayVanish) {
+    home_.file("root/d/e/f/g");
+    begin();
+    browse(under("/d/e/f"));
+    ASSERT_EQ(std::system(("rm -r " + under("/d").path()).c_str()), 0);
+    browser().fsEventCallback(
+        {{.id = 1, .flags = kFSEventStreamEventFlagRootChanged, .path = under("/d/e/f").path()}});
+    settle();
+    session_->advance(1.1);
+    settle();
+    EXPECT_EQ(here(), root_);
+    EXPECT_EQ(names(), (Names{"a", "b", "c", "File.txt"}));
+    EXPECT_EQ(screen().infoBar.text, "No such file or directory");
+}
+
+TEST_F(BrowserModeTest, HasKeysOfItsOwn) {
+    begin();
+    browse(under("/b"));
+    constexpr uint64_t kOwn[] = {kModifierCommand, kModifierControl,
+                                 kModifierControl | kModifierShift};
+    const auto key = [&](uint64_t keyCode, uint64_t flags) {
+        EXPECT_TRUE(press(keyCode, flags));
+        settle();
+    };
+    key(kKeyPeriod, kOwn[1]);
+    EXPECT_EQ(here(), under("/c"));
+    marked().markedItemsCache().addURL(under("/a"));
+    key(43, kOwn[2]);
+    EXPECT_EQ(here(), under("/a")) << "the marked one before it";
+    key(kKeyPeriod, kOwn[0]);
+    EXPECT_FALSE(browser().dirSearchHidesDotFiles());
+    key(44, kOwn[0]);
+    EXPECT_EQ(here(), home_.url());
+}
+
+TEST_F(BrowserModeTest, OrdersAsAReaderDoesOrAsTheTermsAsk) {
+    for (const auto& [name, size] :
+         std::vector<std::pair<const char*, off_t>>{{"root/many/B.txt", 30},
+                                                    {"root/many/a.txt", 10},
+                                                    {"root/many/\xc3\xa9.txt", 40},
+                                                    {"root/many/b.txt", 20},
+                                                    {"root/many/Ab.txt", 50}})
+        ASSERT_EQ(truncate(home_.file(name).c_str(), size), 0);
+    start({{"showMetadata", 1}, {"processMetadata", true}});
+    enter(browser());
+    browse(under("/many"));
+    EXPECT_EQ(names(), (Names{"a.txt", "Ab.txt", "B.txt", "b.txt", "\xc3\xa9.txt"}));
+    EXPECT_EQ(browser().rowIndexOfFilteredItemByURL(under("/many/b.txt")), 3u);
+    EXPECT_FALSE(browser().rowIndexOfFilteredItemByURL(under("/b.txt")));
+    ASSERT_EQ(table().row(0).attributes.size(), 2u);
+    EXPECT_TRUE(table().row(0).attributes[1].text.starts_with("⚖️ 10 Bytes"));
+    search(u"txt \\s:d");
+    EXPECT_EQ(names(), (Names{"Ab.txt", "\xc3\xa9.txt", "B.txt", "b.txt", "a.txt"}));
+    EXPECT_EQ(browser().rowIndexOfFilteredItemByURL(under("/many/a.txt")), 4u);
+    search(u"txt \\s<25");
+    EXPECT_EQ(names().size(), 2u);
+    search(u"e.txt");
+    EXPECT_TRUE(names().empty());
+    OVUserDefaults::sharedInstance().setBool(true, "browserIgnoreDiacritics");
+    search(u"e.txt");
+    EXPECT_EQ(names(), Names{"\xc3\xa9.txt"});
+    unlink(under("/many/a.txt").c_str());
+    search(u"txt");
+    EXPECT_EQ(names().size(), 4u) << "what has vanished is no row";
+}
+
 TEST_F(BrowserModeTest, AFolderThatCannotBeReadSaysWhy) {
     if (geteuid() == 0) GTEST_SKIP() << "the superuser reads all";
     begin();
@@ -132,6 +204,13 @@ TEST_F(BrowserModeTest, AFolderThatCannotBeReadSaysWhy) {
     browse(under("/b"));
     EXPECT_TRUE(screen().infoBar.errorLook);
     EXPECT_EQ(here(), under("/b"));
+    browse(root_);
+    chmod(under("/a").c_str(), 0);
+    session_->advance(5);
+    browse(under("/a/x"));
+    EXPECT_EQ(screen().infoBar.text, "Permission denied");
+    EXPECT_EQ(here(), root_) << "what is out of reach is no reason to leave";
+    chmod(under("/a").c_str(), 0700);
     chmod(under("/b").c_str(), 0700);
 }
 
@@ -170,7 +249,7 @@ TEST_F(BrowserModeTest, EventsAreTakenByWhatTheyMean) {
         browser().fsEventCallback(std::move(batch));
         settle();
         const bool atOnce = !table().takeChanges().empty();
-        session_->advance(1.1);
+        session_->advance(2);  // whole seconds: nothing else that ticks falls due at the end
         settle();
         return std::pair(atOnce, !table().takeChanges().empty());
     };
@@ -189,6 +268,14 @@ TEST_F(BrowserModeTest, EventsAreTakenByWhatTheyMean) {
     EXPECT_EQ(happens({event("/n", kCreated)}), Reloads(false, true)) << "a single one waits";
     EXPECT_EQ(happens({event("/n", kCreated), event("/m", kCreated)}), Reloads(true, false));
     EXPECT_EQ(happens({event("/gone", kRenamed)}), Reloads(false, true)) << "it left the folder";
+    select("a");
+    ::rename(under("/a").c_str(), under("/z").c_str());
+    happens({event("/a", kRenamed), event("/File.txt", kModified), event("/z", kRenamed)});
+    EXPECT_EQ(selected(), Names{"b"}) << "halves that something stands between are no pair";
+    select("z");
+    ::rename(under("/z").c_str(), under("/a").c_str());
+    happens({event("/z", kRenamed), event("/a", kRenamed)});
+    EXPECT_EQ(selected(), Names{"a"});
 
     select("File.txt");
     unlink(under("/File.txt").c_str());

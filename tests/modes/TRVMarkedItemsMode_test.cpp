@@ -112,4 +112,29 @@ TEST_F(MarkedItemsModeTest, EachListHasItsSelection) {
     EXPECT_EQ(selected(), Names{"a2"});
 }
 
+TEST_F(MarkedItemsModeTest, TermsOrderAndLinesTellOfMetadata) {
+    off_t size = 0;
+    for (const FileURL& url : three()) ASSERT_EQ(truncate(url.c_str(), size += 5), 0);
+    start({{"showMetadata", 2}, {"processMetadata", true}});
+    for (const FileURL& url : three()) marked().markedItemsCache().addURL(url);
+    enter(marked());
+    EXPECT_TRUE(table().row(0).attributes.empty());
+    search(u"a \\s:d");
+    EXPECT_EQ(names(), (Names{"a3", "a2", "a1"}));
+    ASSERT_EQ(table().row(0).attributes.size(), 1u);
+    EXPECT_TRUE(table().row(0).attributes[0].text.starts_with("⚖️ 15 Bytes"));
+    search(u"\\s>12");
+    EXPECT_EQ(names(), Names{"a3"});
+}
+
+TEST_F(MarkedItemsModeTest, ItsKeyChangesTheList) {
+    start();
+    marked().fileOperationItemsCache().setURLs(three());
+    enter(marked());
+    EXPECT_TRUE(press(46, kModifierCommand));
+    settle();
+    EXPECT_TRUE(marked().isFileOperationsMode());
+    EXPECT_EQ(names().size(), 3u);
+}
+
 }  // namespace

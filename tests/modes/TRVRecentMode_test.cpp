@@ -84,4 +84,19 @@ TEST_F(RecentModeTest, AFileThatHasGoneStaysListed) {
     EXPECT_EQ(names(), Names{"old.txt (0m ago)"});
 }
 
+TEST_F(RecentModeTest, ListsOnlyWhatThePathFilterLetsThrough) {
+    home_.file("root/sub/inside.txt");
+    begin();
+    cache().addRecentItem(under("/sub/inside.txt"), {.inode = 50, .ofType = 1, .change = 2});
+    for (const char16_t* text : {u"", u"txt"}) {
+        search(text);
+        behind([&] { recent().focusURL(under("/sub")); });
+        EXPECT_EQ(names(), Names{"inside.txt (0m ago)"});
+        behind([&] { recent().resetPathFilter(); });
+        behind([&] { recent().ignoreURL(under("/sub")); });
+        EXPECT_EQ(names().size(), *text ? 1u : 3u);
+        behind([&] { recent().resetPathFilter(); });
+    }
+}
+
 }  // namespace

@@ -88,6 +88,56 @@ TEST_F(RenameTest, AFileThatHasGoneIsNotEdited) {
     EXPECT_EQ(screen().infoBar.text, "Selected item does not exis");
 }
 
+TEST_F(RenameTest, AFileThatVanishesUnderItsEditorLeavesTheNextOneAlone) {
+    home_.file("root/a1.txt");
+    home_.file("root/a2.txt");
+    start();
+    type(u"a");
+    select("a1.txt");
+    rename(searchMode());
+    ASSERT_TRUE(table().edit());
+    unlink(under("/a1.txt").c_str());
+    searchMode().currentCache()->removePath(under("/a1.txt"), 1);
+    searchMode().consolidateFilteredList();
+    settle();
+    EXPECT_EQ(selected(), Names{"a2.txt"});
+    commit(u"b.txt");
+    expectNothingIsEdited(searchMode());
+    EXPECT_TRUE(screen().infoBar.errorLook);
+    EXPECT_TRUE(exists(under("/a2.txt")));
+    EXPECT_FALSE(exists(under("/b.txt")));
+}
+
+TEST_F(RenameTest, AModeThatIsLeftMeanwhileIsNotStuckInIt) {
+    home_.file("root/a1.txt");
+    start();
+    type(u"a1");
+    EXPECT_TRUE(press(kKeyTab));
+    rename(searchMode());  // before the other mode has come
+    settle();
+    expectNothingIsEdited(searchMode());
+    EXPECT_TRUE(browser().isActive());
+    enter(searchMode());
+    EXPECT_EQ(names(), Names{"a1.txt"});
+}
+
+TEST_F(RenameTest, APathSelectionGoesWithItsRow) {
+    home_.file("root/s1/c.txt");
+    home_.file("root/s2/cc.txt");
+    start();
+    for (const char* path : {"/s1/c.txt", "/s2/cc.txt"})
+        marked().markedItemsCache().addURL(under(path));
+    enter(marked());
+    select("c.txt");
+    EXPECT_TRUE(marked().shrinkPathSelection());
+    EXPECT_EQ(marked().clickedOrSelectedURLs(), std::vector{under("/s1")});
+    marked().handleFocusOrIgnoreSelectedURL(TRVModeSupportingPath::Narrowing::ignore);
+    settle();
+    EXPECT_EQ(names(), Names{"cc.txt"}) << "the selected folder is ignored, not the file alone";
+    EXPECT_EQ(marked().clickedOrSelectedURLs(), std::vector{under("/s2/cc.txt")});
+    EXPECT_FALSE(table().row(0).pathSelection);
+}
+
 TEST_F(RenameTest, KeepsALinkToNothingFromBeingRenamed) {
     ASSERT_EQ(symlink("/nowhere/at/all", under("/link").c_str()), 0);
     start();

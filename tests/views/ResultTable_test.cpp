@@ -1,5 +1,6 @@
 #include "views/ResultTable.h"
 
+#include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QMouseEvent>
 #include <QWheelEvent>
@@ -34,6 +35,8 @@ struct Listener : ResultTableViewDelegate {
     void tableViewSelectionDidChange() override { changes++; }
     void clipViewBoundsDidChange() override { scrolls++; }
     void rowDoubleClicked(size_t row) override { opened.push_back(row); }
+    std::function<void()> menu;
+    void contextMenuWanted(Point) override { menu(); }
 };
 
 class ResultTableTest : public QtTest {
@@ -68,6 +71,20 @@ class ResultTableTest : public QtTest {
     Listener listener;
     ResultTable table;
 };
+
+TEST_F(ResultTableTest, AMenuIsForTheRowUnderThePointer) {
+    std::vector<std::optional<size_t>> rowsOfMenus;
+    listener.menu = [&] { rowsOfMenus.push_back(table.clickedRow()); };
+    table.selectRow(0, false);
+    const QPoint inRowThree(100, 3 * kPitch + kPitch / 2);
+    for (const auto reason : {QContextMenuEvent::Mouse, QContextMenuEvent::Keyboard}) {
+        QContextMenuEvent event(reason, inRowThree, inRowThree);
+        QCoreApplication::sendEvent(&table, &event);
+        EXPECT_FALSE(table.clickedRow());
+    }
+    EXPECT_EQ(rowsOfMenus, (std::vector<std::optional<size_t>>{3, std::nullopt}));
+    EXPECT_EQ(table.selectedRows(), std::vector<size_t>{0});
+}
 
 }  // namespace
 

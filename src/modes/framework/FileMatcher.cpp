@@ -33,23 +33,30 @@ FileMatcher::FileMatcher(const RankRequest& request)
       matchesEverything_(isBlank(request.searchString) && !request.extensionFilter),
       fuzzy_(request.searchString),
       regex_(make(request.makeRegexEngine, request.searchString)),
-      metadata_(make(request.makeMetadataEngine, request.searchString)) {}
+      metadata_(make(request.makeMetadataEngine, request.searchString)) {
+    for (const RankTerm& term : fuzzy_.terms()) need_ |= term.need();
+}
 
 bool FileMatcher::match(const FileURL& url, MatchingFileSystemItem& item, Presence presence) {
     if (!passesFilters(url) || !lookAtDisk(url, item, presence)) return false;
     if (matchesEverything_) return true;
-    if (request_.processMetadata && metadata_ &&
-        !metadata_->match(item.metadata.get(), item.matching_metadata_criterions))
-        return false;
-    return matchText(url, item);
+    if (!matchMetadata(item)) return false;
+    const std::string_view bytes =
+        request_.filenameOnly ? url.lastPathComponent() : std::string_view(url.path());
+    std::u16string text = ruleText(bytes);
+    if (request_.ignoreDiacritics) text = stringByRemovingDiacritics(text);
+    return matchText(text, item.indexes, item.score);
 }
 
 bool FileMatcher::passesFilters(const FileURL& url) const {
-    const auto& extensions = request_.extensionFilter;
-    if (extensions && !extensions->contains(std::string(extensionOfName(url.lastPathComponent()))))
-        return false;
     const ItemPathFilter* filter = request_.pathFilter.get();
-    return !filter || !filter->hasRules() || !filter->isPathExcluded(url);
+    return passesExtension(url.lastPathComponent()) &&
+           (!filter || !filter->hasRules() || !filter->isPathExcluded(url));
+}
+
+bool FileMatcher::passesExtension(std::string_view name) const {
+    const auto& extensions = request_.extensionFilter;
+    return !extensions || extensions->contains(std::string(extensionOfName(name)));
 }
 
 bool FileMatcher::lookAtDisk(const FileURL& url, MatchingFileSystemItem& item,
@@ -66,18 +73,23 @@ bool FileMatcher::lookAtDisk(const FileURL& url, MatchingFileSystemItem& item,
     return false;
 }
 
-bool FileMatcher::matchText(const FileURL& url, MatchingFileSystemItem& item) {
+bool FileMatcher::judgesMetadata() const {
+    return request_.processMetadata && metadata_ && metadata_->numberOfSearchTerms() > 0;
+}
+
+bool FileMatcher::matchMetadata(MatchingFileSystemItem& item) {
+    return !request_.processMetadata || !metadata_ ||
+           metadata_->match(item.metadata.get(), item.matching_metadata_criterions);
+}
+
+bool FileMatcher::matchText(std::u16string_view text, IndexSet& indexes, double& score) {
     const bool hasRegex = regex_ && regex_->numberOfSearchTerms() > 0;
     if (fuzzy_.numberOfSearchTerms() == 0 && !hasRegex) return true;
-    const std::string_view bytes =
-        request_.filenameOnly ? url.lastPathComponent() : std::string_view(url.path());
-    std::u16string text = ruleText(bytes);
-    if (request_.ignoreDiacritics) text = stringByRemovingDiacritics(text);
-    if (regex_ && !regex_->match(text, item.indexes, item.score)) return false;
-    if (!fuzzy_.match(text, item.indexes, item.score)) return false;
+    if (regex_ && !regex_->match(text, indexes, score)) return false;
+    if (!fuzzy_.match(text, indexes, score)) return false;
     // What must not be found has no score: without another term all that is left is a match.
     if (fuzzy_.numberOfSearchTerms() == 0 && regex_->didExcludingSearchOnly()) return true;
-    return !std::isnan(item.score) && item.score > 0;
+    return !std::isnan(score) && score > 0;
 }
 
 bool FileMatcher::precedes(const MatchingFileSystemItem& a, const FileURL& urlOfA,

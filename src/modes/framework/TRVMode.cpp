@@ -96,10 +96,9 @@ TRVMode::FilteredItem TRVMode::filteredItemAtIndex(int64_t index) {
 std::vector<TRVMode::FilteredItem> TRVMode::filteredItemsAtIndexSet(
     const std::vector<size_t>& rows) {
     std::vector<FilteredItem> items;
-    filteredItemsAccessQueue_.read([&](const ReadSection&) {
-        for (const size_t row : rows)
-            if (row < filtered_.size() && filtered_[row]) items.push_back(filtered_[row]);
-    });
+    for (const size_t row : rows)
+        if (auto item = filteredItemAtIndex(static_cast<int64_t>(row)))
+            items.push_back(std::move(item));
     return items;
 }
 

@@ -103,7 +103,7 @@ class TRVMode {
     // The filtered items: readers see the old list or the new, never a part of one.
     void createFilteredItemsFromArray(std::vector<FilteredItem> items);
     virtual uint64_t filteredCount() { return filteredCount_; }
-    FilteredItem filteredItemAtIndex(int64_t index);
+    virtual FilteredItem filteredItemAtIndex(int64_t index);
     std::vector<FilteredItem> filteredItemsAtIndexSet(const std::vector<size_t>& rows);
     bool hasFilteredItemAtIndex(int64_t index) { return filteredItemAtIndex(index) != nullptr; }
 

@@ -105,7 +105,7 @@ void TRVModeRepresentingFiles::updateRowRepresentingURL(const FileURL& url) {
 }
 
 RankRequest TRVModeRepresentingFiles::makeFileRequest(const std::u16string& string,
-                                                      bool ignoreDiacritics) const {
+                                                      bool ignoreDiacritics) {
     RankRequest request;
     request.ignoreDiacritics = ignoreDiacritics;
     request.searchString = ignoreDiacritics ? searchStringByRemovingDiacritics(string) : string;
@@ -115,6 +115,17 @@ RankRequest TRVModeRepresentingFiles::makeFileRequest(const std::u16string& stri
     request.makeMetadataEngine =
         MetaDataSearch::engineMaker(request.searchString, World::current().clock().time());
     return request;
+}
+
+// ---- Coming and going
+
+void TRVModeRepresentingFiles::resign() {
+    if (renameState() != kNoRename) {
+        host().resultTable().endEditingRow();
+        setRenameState(kNoRename);
+        host().enableSearchField();
+    }
+    TRVMode::resign();
 }
 
 // ---- The selection

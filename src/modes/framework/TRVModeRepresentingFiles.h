@@ -64,6 +64,8 @@ class TRVModeRepresentingFiles : public TRVMode {
     /// Moves files to the trash, after a question. Main thread.
     virtual void deleteItems(const std::vector<FileURL>& urls);
 
+    /// An editor in a row goes first: nobody sees its end in another mode.
+    void resign() override;
     void updateRowRepresentingURL(const FileURL& url) override;
     void saveSelection() override;
     void restoreSelection() override;
@@ -75,16 +77,17 @@ class TRVModeRepresentingFiles : public TRVMode {
     /// The path of a row's item, nothing for an item of another kind.
     virtual std::optional<FileURL> matchingItemToURL(const MatchingItem&) { return std::nullopt; }
     /// For modes that search with FileMatcher; the rest of the request is the mode's own.
-    RankRequest makeFileRequest(const std::u16string& string, bool ignoreDiacritics) const;
+    virtual RankRequest makeFileRequest(const std::u16string& string, bool ignoreDiacritics);
 
-    /// Shows an editor with this text and disables the rest.
-    void beginEditing(size_t row, uint64_t state, RowEdit edit);
+    /// Shows an editor for the name of url, in a row, and disables the rest.
+    void beginEditing(const FileURL& url, uint64_t state, const RowEdit& edit);
     /// On the next turn, so that the editor is not taken away under its own command.
     void endEditingLater();
     /// Ends what the key handler has begun.
     void refuseRename(const std::string& error);
 
   private:
+    FileURL editedURL_;  // while a row is edited: the list may change behind the editor
     std::shared_mutex rowIndexLock_;
     std::unordered_map<uint64_t, size_t> rowIndexOfFilteredItemByPathHash_;
 };

@@ -53,16 +53,18 @@ bool TRVModeRepresentingFiles::prepareRenameLastPathComponentAtRow(size_t row) {
         return false;
     }
     const std::u16string text = editedText(urls.front().lastPathComponent());
-    beginEditing(
-        row, kRenamingName,
-        {.text = text, .selection = selectedPart(urls.front(), text, S_ISDIR(info.st_mode))});
+    beginEditing(urls.front(), kRenamingName,
+                 {.row = row,
+                  .text = text,
+                  .selection = selectedPart(urls.front(), text, S_ISDIR(info.st_mode))});
     return true;
 }
 
-void TRVModeRepresentingFiles::beginEditing(size_t row, uint64_t state, RowEdit edit) {
+void TRVModeRepresentingFiles::beginEditing(const FileURL& url, uint64_t state,
+                                            const RowEdit& edit) {
     setRenameState(state);
     host().disableSearchField();
-    edit.row = row;
+    editedURL_ = url;
     host().resultTable().beginEditingRow(edit);
 }
 
@@ -97,12 +99,7 @@ bool TRVModeRepresentingFiles::controlDoCommandBySelector(RowEditCommand command
         endEditingLater();
         return true;
     }
-    const std::vector<FileURL> urls = clickedOrSelectedURLs();
-    if (urls.empty()) {
-        endEditingLater();
-        return true;
-    }
-    const FileURL& from = urls.front();
+    const FileURL from = editedURL_;
     const std::string name = textToPath(toUtf8(text));
     if (const auto refusal = refusalOfName(name)) {
         host().error(refusal->failureReason);

@@ -9,8 +9,8 @@
 // ---- The path filter
 
 bool TRVModeSupportingPath::handleFocusOrIgnoreSelectedURL(Narrowing narrowing) {
-    const std::vector<FileURL> urls = urlsOfFilteredItemsAtIndexSet(
-        host().numberOfRows() > 0 ? host().resultTable().selectedRows() : std::vector<size_t>());
+    const std::vector<FileURL> urls =
+        host().numberOfRows() > 0 ? clickedOrSelectedURLs() : std::vector<FileURL>();
     if (urls.empty()) {
         host().error("No item selected");
         return true;
@@ -24,6 +24,13 @@ bool TRVModeSupportingPath::handleFocusOrIgnoreSelectedURL(Narrowing narrowing) 
         }
     });
     return true;
+}
+
+RankRequest TRVModeSupportingPath::makeFileRequest(const std::u16string& string,
+                                                   bool ignoreDiacritics) {
+    RankRequest request = TRVModeRepresentingFiles::makeFileRequest(string, ignoreDiacritics);
+    request.pathFilter = livePathFilter_.copy();
+    return request;
 }
 
 void TRVModeSupportingPath::narrow(const FileURL& url, LivePathFilter::Rule rule) {
@@ -127,9 +134,17 @@ void TRVModeSupportingPath::saveSelection() {
 }
 
 void TRVModeSupportingPath::restoreSelectionWithIndexSet(std::vector<size_t> rows) {
-    if (rows.size() == 1 && selection() && selection()->pathSelection)
+    const bool hasPart = selection() && selection()->pathSelection;
+    const bool isRowLost = rows.empty();
+    if (hasPart && rows.size() == 1)
         fixPathSelection(FileURL(*selection()->pathSelection), rows.front());
     TRVModeRepresentingFiles::restoreSelectionWithIndexSet(std::move(rows));
+    if (!hasPart || !isRowLost) return;
+    // Another row stands for the one that has gone: nothing may work on a folder that it lacks.
+    if (const auto row = host().resultTable().selectedRow())
+        fixPathSelection(FileURL(*selection()->pathSelection), *row);
+    else
+        selection()->pathSelection.reset();
 }
 
 void TRVModeSupportingPath::selectionDidChangeFrom(const std::vector<size_t>& from,
@@ -170,9 +185,11 @@ bool TRVModeSupportingPath::prepareRenamePathComponent(const FileURL& folder, si
     const std::u16string text = toUtf16Lenient(pathToText(folder.lastPathComponent()));
     const size_t end = ruleText(folder.path()).size();
     const size_t length = ruleText(folder.lastPathComponent()).size();
-    beginEditing(
-        row, kRenamingPathPart,
-        {.text = text, .selection = {0, text.size()}, .pathPart = TextRange{end - length, length}});
+    beginEditing(folder, kRenamingPathPart,
+                 {.row = row,
+                  .text = text,
+                  .selection = {0, text.size()},
+                  .pathPart = TextRange{end - length, length}});
     return true;
 }
 

@@ -50,6 +50,7 @@ class TRVModeSupportingPath : public TRVModeRepresentingFiles {
     /// Without a search; what was narrowed is gone. Not on the main thread.
     void forgetPathFilter() { livePathFilter_.reset(); }
 
+    RankRequest makeFileRequest(const std::u16string& string, bool ignoreDiacritics) override;
     void restoreSelectionWithIndexSet(std::vector<size_t> rows) override;
     /// The folder that is selected in this one row, if it is the one selected row.
     std::optional<FileURL> keptPathSelection(const std::vector<size_t>& rows);
