@@ -29,6 +29,7 @@
 #include "views/QuickStartWindow.h"
 #include "views/QuitProgress.h"
 #include "views/SearchWindow.h"
+#include "views/preferences/PreferencesWindow.h"
 
 namespace {
 
@@ -69,7 +70,8 @@ struct Desktop {
                 .keyEvents = keyEvents,
                 .quitProgress = quitProgress,
                 .quickStart = quickStart,
-                .diskAccess = diskAccessDialog};
+                .diskAccess = diskAccessDialog,
+                .preferences = preferences};
     }
 
     LinuxFrontmost frontmost;
@@ -89,6 +91,7 @@ struct Desktop {
     QuitProgress quitProgress{windowSystem()};
     QuickStartWindow quickStart{windowSystem()};
     DiskAccessDialog diskAccessDialog{windowSystem()};
+    PreferencesWindow preferences{windowSystem()};
 };
 
 /// By the bus, which then says what it wants, or by a session that begins: whoever starts the
