@@ -30,6 +30,7 @@
 #include "views/QuickStartWindow.h"
 #include "views/QuitProgress.h"
 #include "views/SearchWindow.h"
+#include "views/preferences/PreferencesWindow.h"
 
 namespace {
 
@@ -70,7 +71,8 @@ struct Desktop {
                 .keyEvents = keyEvents,
                 .quitProgress = quitProgress,
                 .quickStart = quickStart,
-                .diskAccess = diskAccessDialog};
+                .diskAccess = diskAccessDialog,
+                .preferences = preferences};
     }
 
     LinuxFrontmost frontmost;
@@ -90,6 +92,7 @@ struct Desktop {
     QuitProgress quitProgress{windowSystem()};
     QuickStartWindow quickStart{windowSystem()};
     DiskAccessDialog diskAccessDialog{windowSystem()};
+    PreferencesWindow preferences{windowSystem()};
 };
 
 /// What may be asked from outside; of no effect before the launch is through, and after the end.

@@ -31,11 +31,13 @@ class SearchToggles {
     /// The index gets what queries ask for.
     void enableMetadata();
 
+    /// After a switch was changed by somebody else.
+    void searchAgain();
+
   private:
     enum VisibleItemType : uint64_t { kFiles = 1, kDirectories = 2 };
 
     uint64_t visibleItemTypes() const;
-    void searchAgain();
 
     ModeHost& host_;
     TRVSearchMode& searchMode_;

@@ -42,6 +42,7 @@ void SearchWindowController::showMainWindow() {
         parts_.application.activateIgnoringOtherApps();
         return;
     }
+    if (closedWithWindow_) closedWithWindow_();
     auto& settings = OVUserDefaults::sharedInstance();
     settings.setInteger(settings.integerForKey("numberOfInvocations") + 1, "numberOfInvocations");
     const bool wasVisible = parts_.window.isVisible();
@@ -60,6 +61,7 @@ void SearchWindowController::closeWindowAndHideApplication(Hide hide) {
 void SearchWindowController::closeWindowAndHideApplication(
     Hide hide, const std::optional<std::string>& frontmostApplicationBundleId) {
     if (parts_.guard.authorizationInProgress()) return;
+    if (closedWithWindow_) closedWithWindow_();
     const bool wasVisible = parts_.window.isVisible();
     parts_.window.hide();
     if (wasVisible) visibilityChanged_.emit(false);
@@ -68,6 +70,14 @@ void SearchWindowController::closeWindowAndHideApplication(
     if (frontmostApplicationBundleId && hidesOnDeFocus())
         parts_.frontmost.activateRunningApplicationWithBundleIdentifier(
             *frontmostApplicationBundleId);
+}
+
+void SearchWindowController::setUpResizing() {
+    auto& settings = OVUserDefaults::sharedInstance();
+    const bool resizable = settings.boolForKey("resizableSearchWindow");
+    parts_.window.setResizable(resizable);
+    if (!resizable) settings.removeObjectForKey("searchPanelWidth");
+    place_.restoreWindowPosition();
 }
 
 void SearchWindowController::windowDidBecomeKey() {

@@ -1,5 +1,6 @@
 #pragma once
 #include <ctime>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -42,6 +43,11 @@ class SearchWindowController : public WindowViewDelegate, public OwnApplicationD
     /// Tells each time the window comes or goes.
     Signal<bool>& visibilityChanged() { return visibilityChanged_; }
 
+    /// Called before the window comes or goes: what stands beside it gives way.
+    void setClosedWithWindow(std::function<void()> close) { closedWithWindow_ = std::move(close); }
+
+    /// As the setting resizableSearchWindow has it.
+    void setUpResizing();
     void restoreWindowPosition() { place_.restoreWindowPosition(); }
     void persistWindowPosition() { place_.persistWindowPosition(); }
     /// When the window last got the keyboard.
@@ -61,6 +67,7 @@ class SearchWindowController : public WindowViewDelegate, public OwnApplicationD
   private:
     const Parts parts_;
     WindowPlace place_;
+    std::function<void()> closedWithWindow_;
     std::time_t becameFirstResponder_ = 0;
     Signal<bool> visibilityChanged_;
 };

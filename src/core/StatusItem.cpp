@@ -19,6 +19,7 @@ void StatusItem::setupMenuExtraMenuItem() {
                          .action = actions_.toggleMainWindow,
                          .menu = {{"Show or Hide Trovast", actions_.toggleMainWindow},
                                   {"Quick Start", actions_.openQuickStart},
+                                  {"Preferences…", actions_.openPreferences},
                                   {"", {}},
                                   {"Quit Trovast", actions_.terminate}}});
 }

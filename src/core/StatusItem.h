@@ -11,6 +11,7 @@ class StatusItem {
     struct Actions {
         std::function<void()> toggleMainWindow;
         std::function<void()> openQuickStart;
+        std::function<void()> openPreferences;
         std::function<void()> terminate;
     };
     StatusItem(StatusBar& bar, Actions actions) : bar_(bar), actions_(std::move(actions)) {}

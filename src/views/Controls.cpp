@@ -51,12 +51,13 @@ void SheetButton::keyPressEvent(QKeyEvent* event) {
 void SheetButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    if (!isEnabled()) painter.setOpacity(0.4);
     const QRectF place = QRectF(rect()).adjusted(2, 2, -2, -2);
     const bool isMain = kind_ == Kind::main;
     QColor ground = isMain ? theme_->selection : theme_->otherSelection;
     if (isDown())
         ground = ground.darker(118);
-    else if (underMouse())
+    else if (underMouse() && isEnabled())
         ground = theme_->dark && !isMain ? ground.lighter(125) : ground.darker(107);
     painter.setPen(isMain ? QPen(Qt::NoPen) : QPen(theme_->border, 1));
     painter.setBrush(ground);

@@ -76,6 +76,7 @@ constexpr OpEntry kOps[] = {
     {"app.alerts", appAlerts},
     {"app.operations", nullptr},
     {"app.project", nullptr},
+    {"app.preferences", appPreferences},
     {"app.move", appMove},
     {"app.screen", appScreen},
     {"app.clock", appClock},

@@ -34,6 +34,8 @@ Op cacheAdd, cacheMove, cacheNew, cacheRefreshNow, cacheRefreshed, cacheRemove, 
 // appOps.cpp
 Op appAnswer, appClick, appClock, appCursor, appEdit, appHotkey, appKey, appMove, appQuit,
     appScreen, appSetting, appSettle, appShortcut, appStart, appToggle, appType;
+// appPreferences.cpp
+Op appPreferences;
 // appReports.cpp
 Op appAlerts, appDesktop, appDump, appLog, appRowsChanged, appState;
 // cacheQueries.cpp

@@ -87,12 +87,22 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
       hotKey_(desktop.hotKeys, messages_, [this] { window_.toggleMainWindow(); }),
       statusItem_(desktop.statusBar, {.toggleMainWindow = [this] { window_.toggleMainWindow(); },
                                       .openQuickStart = [this] { quickStart_.openQuickStart(); },
+                                      .openPreferences = [this] { preferences_.openPreferences(); },
                                       .terminate = [this] { desktop_.application.terminate(); }}),
       quickStart_({.view = screen.quickStart,
                    .hotKey = hotKey_,
                    .currentCache = [this] { return searchMode_.sharedCurrentCache(); },
                    .search = [this](const std::u16string& query) { search(query); },
                    .showMainWindow = [this] { window_.showMainWindow(); }}),
+      preferences_({.view = screen.preferences,
+                    .alerts = screen.views.alerts,
+                    .hotKey = hotKey_,
+                    .shortcuts = KeyboardShortcuts::sharedInstance(),
+                    .window = window_,
+                    .application = desktop.application,
+                    .frontmost = frontmost_,
+                    .guard = guard_,
+                    .searchAgain = [this] { toggles_.searchAgain(); }}),
       fullDiskAccess_(desktop.diskAccess, screen.diskAccess),
       quitByHold_(screen.keyEvents, screen.quitProgress,
                   [this] { desktop_.application.terminate(); }),
@@ -170,7 +180,7 @@ void AppDelegate::joinKeys() {
     screen_.keyEvents.setMonitor([this](const KeyEvent& event) {
         if (event.kind == KeyEvent::Kind::flagsChanged)
             keys_.modifierFlagsChanged(event.modifierFlags);
-        return quitByHold_.sendEvent(event);
+        return quitByHold_.sendEvent(event) || preferences_.sendEvent(event);
     });
 }
 

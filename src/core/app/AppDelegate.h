@@ -32,6 +32,7 @@
 #include "shell/ItemActions.h"
 #include "shell/ProjectKeys.h"
 #include "shell/SearchFieldKeys.h"
+#include "shell/preferences/Preferences.h"
 #include "util/settings/ProcessFlagsMirror.h"
 
 class Applications;
@@ -62,6 +63,7 @@ struct Screen {
     QuitProgressView& quitProgress;
     QuickStartView& quickStart;
     DiskAccessView& diskAccess;
+    PreferencesView& preferences;
 };
 
 /// Where the user's things are.
@@ -158,6 +160,7 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     GlobalHotKey hotKey_;              // brings the window up
     StatusItem statusItem_;            // does so too
     QuickStart quickStart_;            // the page of the first run
+    Preferences preferences_;          // their window
     FullDiskAccess fullDiskAccess_;    // the gate at launch
     QuitByHold quitByHold_;            // the quit key
     SettingsObservers observers_;      // what a change of settings sets off

@@ -56,14 +56,8 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::setUpWindow() {
-    auto& settings = OVUserDefaults::sharedInstance();
-    const bool resizable = settings.boolForKey("resizableSearchWindow");
-    screen_.views.window.setResizable(resizable);
-    if (resizable)
-        observers_.observeMaximized();
-    else
-        settings.removeObjectForKey("searchPanelWidth");
-    window_.restoreWindowPosition();
+    observers_.observeMaximized();
+    window_.setUpResizing();
 }
 
 void AppDelegate::resetWindowIfAsked() {

@@ -23,6 +23,7 @@ void SettingsObservers::observe(const char* key, std::function<void()> effect) {
 void SettingsObservers::observeMaximized() {
     subscriptions_.push_back(
         GlobalState::sharedInstance().maximized().observe([this](bool, bool maximized) {
+            if (!OVUserDefaults::sharedInstance().boolForKey("resizableSearchWindow")) return;
             MainQueue::async([this, maximized] {
                 if (!maximized) parts_.window.restoreWindowPosition();
                 parts_.host.adjustWindowHeight();
@@ -42,6 +43,11 @@ void SettingsObservers::observeProcessMetadata() {
 void SettingsObservers::observeTheRest() {
     for (const char* key : {"matchFilenameOnly", "visibleItemType"})
         observe(key, [this] { parts_.host.updateTextsOfCurrentMode(); });
+    for (const char* key : {"maxResultsetSize", "recentItemsMaxCount"})
+        observe(key, [this] { parts_.host.reloadInBackgroundAnimated(false); });
+    for (const char* key : {"globalFoldersToIgnore", "globalFolderRules"})
+        observe(key, [] { Notifications::sharedInstance().scanParameterModified.emit(nullptr); });
+    observe("resizableSearchWindow", [this] { parts_.window.setUpResizing(); });
     observe("showMetadata", [this] { parts_.host.reloadInBackgroundAnimated(false); });
     observe("projects", [this] { projectsChanged(); });
     observe("treatBundlesAsFiles", [this] { postSearchParameterModified(nullptr); });

@@ -30,7 +30,7 @@ class SettingsObservers {
     };
     explicit SettingsObservers(const Parts& parts);
 
-    /// Only where the window may change its size.
+    /// Of effect only while the window may change its size.
     void observeMaximized();
     void observeProcessMetadata();
     void observeTheRest();

@@ -12,6 +12,7 @@
 #include "screen/IndicatorsView.h"
 #include "screen/InfoBarView.h"
 #include "screen/KeyEvent.h"
+#include "screen/PreferencesView.h"
 #include "screen/QuickStartView.h"
 #include "screen/QuitProgressView.h"
 #include "screen/SearchFieldView.h"
@@ -155,6 +156,28 @@ class SimulatedQuickStart : public QuickStartView {
     bool visible = false;
 };
 
+class SimulatedPreferences : public PreferencesView {
+  public:
+    void setDelegate(PreferencesViewDelegate* d) override { delegate = d; }
+    void setForm(PreferencesPane p, const PreferencesForm& f) override {
+        (p == PreferencesPane::general ? general : search) = f;
+    }
+    void setShortcuts(const std::vector<PreferencesShortcut>& s) override { shortcuts = s; }
+    void setRules(const std::vector<PreferencesRuleList>& r) override { rules = r; }
+    void showPane(PreferencesPane p) override { pane = p; }
+    void show() override { visible = true; }
+    void hide() override { visible = false; }
+    bool isVisible() const override { return visible; }
+    bool isRecording() const override { return recording; }
+
+    PreferencesViewDelegate* delegate = nullptr;
+    PreferencesForm general, search;
+    std::vector<PreferencesShortcut> shortcuts;
+    std::vector<PreferencesRuleList> rules;
+    PreferencesPane pane{};
+    bool visible = false, recording = false;
+};
+
 class SimulatedDiskAccessWindow : public DiskAccessView {
   public:
     void show(Buttons b) override { buttons.emplace(std::move(b)); }
@@ -179,6 +202,7 @@ struct SimulatedScreen {
     SimulatedQuitProgress quitProgress;
     SimulatedQuickStart quickStart;
     SimulatedDiskAccessWindow diskAccess;
+    SimulatedPreferences preferences;
     SimulatedKeyEvents keyEvents;
 
     /// A key event as it comes from the desktop: past the monitor, past the program's own keys,

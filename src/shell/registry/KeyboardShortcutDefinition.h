@@ -45,6 +45,13 @@ class KeyboardShortcutDefinition {
     uint64_t keyCode() const { return keyCode_; }
     uint64_t modifierFlags() const { return modifierFlags_; }
     void setKeys(uint64_t keyCode, uint64_t modifierFlags);
+    /// As it was given.
+    StoredShortcut defaultKeys() const {
+        return {.keyCode = defaults_.keyCode, .modifierFlags = defaults_.modifierFlags};
+    }
+    bool hasDefaultKeys() const {
+        return keyCode_ == defaults_.keyCode && modifierFlags_ == defaults_.modifierFlags;
+    }
     bool showInContextMenu() const { return showInContextMenu_; }
     /// A real change goes into the settings.
     void setShowInContextMenu(bool show);

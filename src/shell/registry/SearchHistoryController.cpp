@@ -11,10 +11,20 @@ SearchHistoryController::SearchHistoryController()
 SearchHistoryController::SearchHistoryController(OVUserDefaults& settings)
     : settings_(settings),
       history_(settings.stringArrayForKey("history").value_or(std::vector<std::string>())),
-      maxSize_(settings.integerForKey("historyMaxSize")) {}
+      maxSize_(settings.integerForKey("historyMaxSize")),
+      limit_(settings.addObserver("historyMaxSize", [this](auto&, auto&) {
+          setMaxSize(settings_.integerForKey("historyMaxSize"));
+      })) {}
 
 SearchHistoryController& SearchHistoryController::sharedInstance() {
     return World::current().shared<SearchHistoryController>();
+}
+
+void SearchHistoryController::setMaxSize(int64_t maxSize) {
+    maxSize_ = maxSize;
+    if (maxSize <= 0 || static_cast<int64_t>(history_.size()) <= maxSize) return;
+    history_.resize(static_cast<size_t>(maxSize));
+    store();
 }
 
 void SearchHistoryController::addItem(const std::string& string) {

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "util/Observable.h"
+
 class OVUserDefaults;
 
 /// Search texts that led somewhere, the newest first, and a place in the list for going through it.
@@ -31,6 +33,7 @@ class SearchHistoryController {
     void removeSearchTerm(const std::string& string);
 
   private:
+    void setMaxSize(int64_t maxSize);
     std::string updateCursor();
     void store() const;
 
@@ -38,4 +41,5 @@ class SearchHistoryController {
     std::vector<std::string> history_;
     int64_t cursor_ = -1;  // -1: not in use
     int64_t maxSize_;
+    Subscription limit_;
 };

@@ -1,0 +1,63 @@
+#include "views/preferences/FormPane.h"
+
+#include <QGridLayout>
+#include <algorithm>
+
+#include "views/MarkedText.h"
+
+namespace {
+constexpr int kTitleWidth = 108, kTitleGap = 18, kBetweenRows = 12, kBetweenSections = 16;
+}
+
+FormPane::FormPane(const PaneContext* context, QWidget* parent)
+    : QScrollArea(parent), context_(context) {
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::NoFocus);
+    setWidgetResizable(true);
+}
+
+void FormPane::setForm(const PreferencesForm& form) {
+    if (rows_.empty()) build(form);
+    for (const PreferencesSection& section : form)
+        for (const PreferencesRow& row : section.rows)
+            if (const auto shown = rows_.find(row.id); shown != rows_.end())
+                shown->second->show(row);
+}
+
+bool FormPane::isRecording() const {
+    return std::any_of(rows_.begin(), rows_.end(),
+                       [](const auto& row) { return row.second->isRecording(); });
+}
+
+void FormPane::build(const PreferencesForm& form) {
+    auto* const content = new QWidget;
+    content->setObjectName(QStringLiteral("paneContent"));
+    auto* const grid = new QGridLayout(content);
+    grid->setContentsMargins(0, 2, 12, 12);
+    grid->setHorizontalSpacing(kTitleGap);
+    grid->setVerticalSpacing(0);
+    grid->setColumnMinimumWidth(0, kTitleWidth);
+    grid->setColumnStretch(1, 1);
+    int line = 0;
+    for (const PreferencesSection& section : form) {
+        if (line > 0) grid->setRowMinimumHeight(line++, kBetweenSections);
+        QLabel* const title = paneLabel(content, *context_, Tone::text);
+        title->setFont(headingFont(*context_->theme));
+        title->setText(plainText(section.title));
+        title->setContentsMargins(0, 4, 0, 0);
+        grid->addWidget(title, line, 0, Qt::AlignRight | Qt::AlignTop);
+        for (const PreferencesRow& row : section.rows) {
+            Row* const shown = rows_[row.id] = Row::make(row, context_, content);
+            grid->addWidget(shown, line++, 1, Qt::AlignTop | Qt::AlignLeft);
+            if (&row != &section.rows.back()) grid->setRowMinimumHeight(line++, kBetweenRows);
+        }
+        if (section.explanation.empty()) continue;
+        grid->setRowMinimumHeight(line++, 6);
+        QLabel* const text = paneLabel(content, *context_, Tone::quiet);
+        setPaneText(*text, plainText(section.explanation), Row::kWidth);
+        grid->addWidget(text, line++, 1, Qt::AlignLeft);
+    }
+    grid->setRowStretch(line, 1);
+    setWidget(content);
+}

@@ -1,0 +1,260 @@
+#include "views/preferences/ShortcutTable.h"
+
+#include <QAbstractTableModel>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
+#include <algorithm>
+
+#include "views/KeyTranslation.h"
+#include "views/MarkedText.h"
+
+namespace {
+
+constexpr int kNames = 0, kKeys = 1, kColumns = 2;
+constexpr int kRow = 30, kTitleRow = 38, kKeysWidth = 190, kInset = 10;
+
+}  // namespace
+
+class ShortcutTable::Model : public QAbstractTableModel {
+  public:
+    using QAbstractTableModel::QAbstractTableModel;
+
+    void setLines(std::vector<PreferencesShortcut> lines) {
+        beginResetModel();
+        lines_ = std::move(lines);
+        endResetModel();
+    }
+    const PreferencesShortcut& line(int row) const { return lines_[size_t(row)]; }
+    bool isTitle(int row) const { return line(row).identifier.empty(); }
+
+    int rowCount(const QModelIndex& parent = {}) const override {
+        return parent.isValid() ? 0 : int(lines_.size());
+    }
+    int columnCount(const QModelIndex& parent = {}) const override {
+        return parent.isValid() ? 0 : kColumns;
+    }
+    QVariant data(const QModelIndex& index, int role) const override {
+        if (role != Qt::DisplayRole) return {};
+        const PreferencesShortcut& shown = line(index.row());
+        return plainText(index.column() == kNames ? shown.name : shown.keys);
+    }
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
+        if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+        return section == kNames ? QStringLiteral("Action") : QStringLiteral("Shortcut");
+    }
+    Qt::ItemFlags flags(const QModelIndex& index) const override {
+        return isTitle(index.row()) ? Qt::ItemIsEnabled : Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    }
+
+  private:
+    std::vector<PreferencesShortcut> lines_;
+};
+
+class ShortcutTable::Painter : public QStyledItemDelegate {
+  public:
+    explicit Painter(ShortcutTable* table) : QStyledItemDelegate(table), table_(*table) {}
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        const Theme& theme = *table_.context_->theme;
+        const bool isTitle = table_.model_->isTitle(index.row());
+        const bool isChosen = !isTitle && index.row() == table_.currentIndex().row();
+        const bool hasKeyboard = table_.hasFocus();
+        const PreferencesShortcut& line = table_.model_->line(index.row());
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        if (isChosen) drawGround(*painter, option.rect, index.column(), hasKeyboard);
+        QString text = index.data().toString();
+        QColor colour = isChosen && hasKeyboard ? theme.selectedText : theme.fieldText;
+        QFont font = isTitle ? headingFont(theme) : theme.info13;
+        QRect place = option.rect.adjusted(kInset, 0, -kInset, 0);
+        if (isTitle) {
+            colour = theme.info;
+            place.setTop(place.top() + 10);
+        } else if (index.column() == kKeys) {
+            if (isChosen && table_.isRecording_) text = QStringLiteral("Press the keys…");
+            font.setWeight(line.isChanged ? QFont::DemiBold : QFont::Normal);
+        }
+        painter->setFont(font);
+        painter->setPen(colour);
+        painter->drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                          QFontMetrics(font).elidedText(text, Qt::ElideRight, place.width()));
+        painter->restore();
+    }
+
+  private:
+    /// One rounded ground for both columns: each paints its half of it.
+    void drawGround(QPainter& painter, const QRect& cell, int column, bool hasKeyboard) const {
+        constexpr double kRadius = 6;
+        const Theme& theme = *table_.context_->theme;
+        painter.setClipRect(cell);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(hasKeyboard ? theme.selection : theme.otherSelection);
+        const QRectF whole =
+            QRectF(cell).adjusted(column == kNames ? 0 : -20, 1, column == kNames ? 20 : 0, -1);
+        painter.drawRoundedRect(whole, kRadius, kRadius);
+    }
+
+    const ShortcutTable& table_;
+};
+
+ShortcutTable::ShortcutTable(const PaneContext* context, QWidget* parent)
+    : QTableView(parent), context_(context), model_(new Model(this)) {
+    setModel(model_);
+    setItemDelegate(new Painter(this));
+    setAccessibleName(QStringLiteral("Commands"));
+    setShowGrid(false);
+    setFrameShape(QFrame::NoFrame);
+    setTabKeyNavigation(false);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setMinimumSectionSize(1);
+    horizontalHeader()->hide();
+    horizontalHeader()->setSectionResizeMode(kNames, QHeaderView::Stretch);
+    horizontalHeader()->setSectionResizeMode(kKeys, QHeaderView::Fixed);
+    setColumnWidth(kKeys, kKeysWidth);
+    connect(this, &QAbstractItemView::doubleClicked, this, [this] { record(); });
+    connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
+        if (index.column() == kKeys && !model_->isTitle(index.row())) record();
+    });
+}
+
+ShortcutTable::~ShortcutTable() {
+    changed_ = {};
+}
+
+void ShortcutTable::setShortcuts(const std::vector<PreferencesShortcut>& shortcuts) {
+    const PreferencesShortcut* const before = chosen();
+    const std::string identifier = before ? before->identifier : std::string();
+    setRecording(false);
+    model_->setLines(shortcuts);
+    clearSpans();
+    for (int row = 0; row < model_->rowCount(); ++row) {
+        const bool isTitle = model_->isTitle(row);
+        if (isTitle) setSpan(row, 0, 1, kColumns);
+        setRowHeight(row, isTitle ? kTitleRow : kRow);
+        if (!isTitle && model_->line(row).identifier == identifier)
+            setCurrentIndex(model_->index(row, kNames));
+    }
+    if (changed_) changed_();
+}
+
+const PreferencesShortcut* ShortcutTable::chosen() const {
+    const int row = currentIndex().row();
+    if (row < 0 || row >= model_->rowCount() || model_->isTitle(row)) return nullptr;
+    return &model_->line(row);
+}
+
+void ShortcutTable::chooseFirst() {
+    for (int row = 0; row < model_->rowCount() && !chosen(); ++row)
+        if (!model_->isTitle(row)) setCurrentIndex(model_->index(row, kNames));
+}
+
+void ShortcutTable::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTableView::currentChanged(current, previous);
+    setRecording(false);
+    viewport()->update();
+    if (changed_) changed_();
+}
+
+// ---- Recording
+
+void ShortcutTable::setRecording(bool recording) {
+    if (recording == isRecording_) return;
+    isRecording_ = recording;
+    viewport()->update();
+    if (changed_) changed_();
+}
+
+void ShortcutTable::record() {
+    if (!chosen()) return;
+    setFocus();
+    setRecording(true);
+}
+
+void ShortcutTable::removeKeys() {
+    const PreferencesShortcut* const line = chosen();
+    if (line && context_->delegate)
+        context_->delegate->shortcutRemoved(std::string(line->identifier));
+}
+
+void ShortcutTable::takeKey(const QKeyEvent& event) {
+    const KeyEvent key = keyEventFrom(event, context_->keySymbols);
+    if (key.kind != KeyEvent::Kind::down || key.isRepeat) return;
+    setRecording(false);
+    const bool isCancelled = key.keyCode == kKeyEscape && key.modifierFlags == 0;
+    const PreferencesShortcut* const line = chosen();
+    if (!isCancelled && key.keyCode != kNoKeyCode && line && context_->delegate)
+        context_->delegate->shortcutRecorded(std::string(line->identifier), key);
+}
+
+bool ShortcutTable::event(QEvent* event) {
+    // Before Qt moves the focus for Tab.
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    if (isRecording_ && isKey) {
+        takeKey(*static_cast<QKeyEvent*>(event));
+        event->accept();
+        return true;
+    }
+    return QTableView::event(event);
+}
+
+// ---- Keys
+
+void ShortcutTable::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_Space:
+        case Qt::Key_F2:
+            record();
+            return;
+        case Qt::Key_Delete:
+        case Qt::Key_Backspace:
+            removeKeys();
+            return;
+        case Qt::Key_Up:
+        case Qt::Key_Down: {
+            // Past the titles.
+            const int step = event->key() == Qt::Key_Up ? -1 : 1;
+            int row = currentIndex().row() + step;
+            while (row >= 0 && row < model_->rowCount() && model_->isTitle(row)) row += step;
+            if (row >= 0 && row < model_->rowCount()) setCurrentIndex(model_->index(row, kNames));
+            return;
+        }
+        case Qt::Key_Escape:
+            event->ignore();
+            return;
+        default:
+            // Qt takes a letter for the beginning of a name, but not with Ctrl.
+            QTableView::keyPressEvent(event);
+    }
+}
+
+void ShortcutTable::focusInEvent(QFocusEvent* event) {
+    QTableView::focusInEvent(event);
+    chooseFirst();
+    viewport()->update();
+}
+
+void ShortcutTable::focusOutEvent(QFocusEvent* event) {
+    setRecording(false);
+    QTableView::focusOutEvent(event);
+    viewport()->update();
+}
+
+void ShortcutTable::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (model_->rowCount() > 0) return;
+    QPainter painter(viewport());
+    painter.setFont(context_->theme->info13);
+    painter.setPen(context_->theme->info);
+    painter.drawText(viewport()->rect().adjusted(0, 40, 0, 0), Qt::AlignHCenter | Qt::AlignTop,
+                     QStringLiteral("No command has this in its name or key."));
+}
