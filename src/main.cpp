@@ -23,7 +23,7 @@
 #include "util/log.h"
 #include "views/AlertDialogs.h"
 #include "views/DiskAccessDialog.h"
-
+#include "views/HelpSheet.h"
 #include "views/KeyMonitor.h"
 #include "views/ProgramIcon.h"
 #include "views/QuickStartWindow.h"
@@ -69,7 +69,8 @@ struct Desktop {
                 .keyEvents = keyEvents,
                 .quitProgress = quitProgress,
                 .quickStart = quickStart,
-                .diskAccess = diskAccessDialog};
+                .diskAccess = diskAccessDialog,
+                .help = help};
     }
 
     LinuxFrontmost frontmost;
@@ -89,6 +90,7 @@ struct Desktop {
     QuitProgress quitProgress{windowSystem()};
     QuickStartWindow quickStart{windowSystem()};
     DiskAccessDialog diskAccessDialog{windowSystem()};
+    HelpSheet help{windowSystem(), [this] { return window.sheetPlace(); }};
 };
 
 /// By the bus, which then says what it wants, or by a session that begins: whoever starts the

@@ -41,6 +41,8 @@ class SearchWindowController : public WindowViewDelegate, public OwnApplicationD
     bool isMainWindowVisible() const { return parts_.window.isVisible(); }
     /// Tells each time the window comes or goes.
     Signal<bool>& visibilityChanged() { return visibilityChanged_; }
+    /// Tells each time another program takes the keyboard.
+    Signal<>& keyboardLost() { return keyboardLost_; }
 
     void restoreWindowPosition() { place_.restoreWindowPosition(); }
     void persistWindowPosition() { place_.persistWindowPosition(); }
@@ -63,4 +65,5 @@ class SearchWindowController : public WindowViewDelegate, public OwnApplicationD
     WindowPlace place_;
     std::time_t becameFirstResponder_ = 0;
     Signal<bool> visibilityChanged_;
+    Signal<> keyboardLost_;
 };

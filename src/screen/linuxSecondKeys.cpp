@@ -47,3 +47,11 @@ KeyEvent withSecondKeysTranslated(KeyEvent event) {
     }
     return event;
 }
+
+std::optional<std::pair<uint64_t, uint64_t>> secondKeysOf(uint64_t keyCode,
+                                                          uint64_t modifierFlags) {
+    for (const SecondKey& key : kSecondKeys)
+        if (key.asKeyCode == keyCode && key.asModifierFlags == modifierFlags)
+            return std::pair(key.keyCode, key.modifierFlags);
+    return std::nullopt;
+}

@@ -35,7 +35,7 @@ Op cacheAdd, cacheMove, cacheNew, cacheRefreshNow, cacheRefreshed, cacheRemove, 
 Op appAnswer, appClick, appClock, appCursor, appEdit, appHotkey, appKey, appMove, appQuit,
     appScreen, appSetting, appSettle, appShortcut, appStart, appToggle, appType;
 // appReports.cpp
-Op appAlerts, appDesktop, appDump, appLog, appRowsChanged, appState;
+Op appAlerts, appDesktop, appDump, appHelp, appLog, appRowsChanged, appState;
 // cacheQueries.cpp
 Op cacheCheck, cacheDump, cacheFacts, cacheRecent, cacheSearch;
 }  // namespace ops

@@ -65,6 +65,12 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
                     .modeSwitcher = modeSwitcher_,
                     .projectSwitcher = projectSwitcher_,
                     .messages = messages_}),
+      help_({.view = screen.help,
+             .host = host_,
+             .window = window_,
+             .application = desktop.application,
+             .guard = guard_,
+             .shortcuts = KeyboardShortcuts::sharedInstance()}),
       keys_({.host = host_,
              .searchMode = searchMode_,
              .table = screen.views.table,
@@ -148,7 +154,9 @@ void AppDelegate::joinParts() {
     visibility_ = window_.visibilityChanged().observe([this](bool visible) {
         searchMode_.setWindowVisible(visible);
         host_.updateFreshness();
+        if (!visible) help_.reset();
     });
+    keyboardLost_ = window_.keyboardLost().observe([this] { help_.reset(); });
 }
 
 void AppDelegate::joinKeys() {
@@ -161,12 +169,13 @@ void AppDelegate::joinKeys() {
                                                        .projectSwitcher = projectSwitcher_,
                                                        .toggles = toggles_,
                                                        .actions = itemActions_,
+                                                       .help = help_,
                                                        .messages = messages_});
     // Before quitByHold_ goes, it takes the monitor away.
     screen_.keyEvents.setMonitor([this](const KeyEvent& event) {
         if (event.kind == KeyEvent::Kind::flagsChanged)
             keys_.modifierFlagsChanged(event.modifierFlags);
-        return quitByHold_.sendEvent(event);
+        return quitByHold_.sendEvent(event) || help_.sendEvent(event);
     });
 }
 
