@@ -20,13 +20,16 @@ constexpr SecondKey kSecondKeys[] = {
      kModifierOption | kModifierShift},
 };
 
+bool deletesWord(uint64_t keyCode, uint64_t flags) {
+    return (keyCode == kKeyDelete && flags == kModifierCommand) ||
+           (keyCode == kKeyW && flags == kModifierControl);
+}
+
 }  // namespace
 
 KeyEvent withSecondKeysTranslated(KeyEvent event) {
     const uint64_t flags = event.modifierFlags & kCounted;
-    const bool deletesWord = (event.keyCode == kKeyDelete && flags == kModifierCommand) ||
-                             (event.keyCode == kKeyW && flags == kModifierControl);
-    if (deletesWord) {
+    if (deletesWord(event.keyCode, flags)) {
         event.keyCode = kKeyW;
         event.modifierFlags = kModifierControl;
         event.characters = kControlW;
@@ -50,6 +53,7 @@ KeyEvent withSecondKeysTranslated(KeyEvent event) {
 
 std::optional<std::pair<uint64_t, uint64_t>> secondKeysOf(uint64_t keyCode,
                                                           uint64_t modifierFlags) {
+    if (deletesWord(keyCode, modifierFlags)) return std::nullopt;
     for (const SecondKey& key : kSecondKeys)
         if (key.asKeyCode == keyCode && key.asModifierFlags == modifierFlags)
             return std::pair(key.keyCode, key.modifierFlags);

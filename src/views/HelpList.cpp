@@ -4,19 +4,14 @@
 #include <algorithm>
 
 #include "views/Controls.h"
-#include "views/HelpRow.h"
 #include "views/MarkedText.h"
 #include "views/Scroller.h"
 #include "views/Theme.h"
 
 namespace {
 
-constexpr int kColumnGap = 40, kGroupGap = 18, kTitleHeight = 24, kEmptyHeight = 120;
+constexpr int kColumnGap = 36, kGroupGap = 18, kTitleHeight = 24, kEmptyHeight = 120;
 constexpr double kLine = 30, kWheelNotch = 120, kLinesANotch = 2;
-
-HelpRow::Rule ruleOf(const HelpGroup& group, const HelpLine& line) {
-    return &line == &group.lines.back() ? HelpRow::Rule::none : HelpRow::Rule::below;
-}
 
 QFont titleFont(const Theme& theme) {
     QFont font = theme.info13;
@@ -26,8 +21,9 @@ QFont titleFont(const Theme& theme) {
 
 }  // namespace
 
-HelpList::HelpList(const Theme* theme, QWidget* parent)
+HelpList::HelpList(Look look, const Theme* theme, QWidget* parent)
     : QWidget(parent),
+      look_(look),
       theme_(theme),
       page_(new QWidget(this)),
       scroller_(new Scroller(this, [this](double offset) { setOffset(offset); })) {
@@ -35,20 +31,14 @@ HelpList::HelpList(const Theme* theme, QWidget* parent)
     setAccessibleName(QStringLiteral("Keys"));
 }
 
-int HelpList::naturalWidth(const HelpContent& content, const Theme* theme, int most) {
-    int width = 0;
-    for (const HelpGroup& group : content.groups)
-        for (const HelpLine& line : group.lines)
-            width =
-                std::max(width, HelpRow(line, HelpRow::Rule::none, theme, nullptr).naturalWidth());
-    return std::min(width, most);
+int HelpList::widthOf(Columns columns) {
+    return columns.count * columns.width + (columns.count - 1) * kColumnGap + Scroller::kWidth;
 }
 
 void HelpList::setContent(const HelpContent& content, Columns columns) {
     content_ = content;
     columns_ = columns;
-    setFixedWidth(columns.count * columns.width + (columns.count - 1) * kColumnGap +
-                  Scroller::kWidth);
+    setFixedWidth(widthOf(columns));
     layOut();
     setOffset(0);
 }
@@ -59,30 +49,55 @@ void HelpList::renew() {
     setOffset(offset);
 }
 
-int HelpList::heightOf(const HelpGroup& group) const {
-    int height = kTitleHeight + kGroupGap;
-    for (const HelpLine& line : group.lines)
-        height +=
-            HelpRow(line, HelpRow::Rule::none, theme_, nullptr).heightForWidth(columns_.width);
-    return height;
+std::vector<HelpList::Item> HelpList::makeItems() {
+    std::vector<Item> items;
+    for (const HelpGroup& group : content_.groups) {
+        QLabel* const title =
+            makeLabel(page_, plainText(group.title), titleFont(*theme_), theme_->accent);
+        title->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+        items.push_back({.widget = title, .height = kTitleHeight, .isTitle = true});
+        for (const HelpLine& line : group.lines) {
+            const bool isLast = &line == &group.lines.back();
+            const auto look = look_ == Look::compact ? HelpRow::Look::compact
+                              : isLast               ? HelpRow::Look::full
+                                                     : HelpRow::Look::ruled;
+            auto* const row = new HelpRow(line, look, theme_, page_);
+            items.push_back(
+                {.widget = row, .height = row->heightForWidth(columns_.width), .isTitle = false});
+        }
+    }
+    return items;
 }
 
-int HelpList::addGroup(const HelpGroup& group, int x, int y) {
-    const auto place = [&](QWidget* widget, int height) {
-        const int left = isRightToLeft() ? width() - x - columns_.width : x;
-        widget->setGeometry(left, y, columns_.width, height);
-        widget->show();
-        y += height;
+void HelpList::place(const std::vector<Item>& items) {
+    const auto heightOf = [](const Item& item) {
+        return item.height + (item.isTitle ? kGroupGap : 0);
     };
-    QLabel* const title =
-        makeLabel(page_, plainText(group.title), titleFont(*theme_), theme_->accent);
-    title->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
-    place(title, kTitleHeight);
-    for (const HelpLine& line : group.lines) {
-        auto* const row = new HelpRow(line, ruleOf(group, line), theme_, page_);
-        place(row, row->heightForWidth(columns_.width));
+    int total = 0;
+    for (const Item& item : items) total += heightOf(item);
+    const int share = total / columns_.count;
+    int column = 0, y = 0;
+    for (size_t i = 0; i < items.size(); ++i) {
+        const Item& item = items[i];
+        // What stays together: a group; in the compact look a line, and a title with its first one.
+        int together = heightOf(item);
+        for (size_t next = i + 1; item.isTitle && next < items.size() && !items[next].isTitle;
+             ++next) {
+            together += items[next].height;
+            if (look_ == Look::compact) break;
+        }
+        const bool mayBreak = item.isTitle || look_ == Look::compact;
+        if (mayBreak && y > 0 && y + together / 2 > share && column + 1 < columns_.count) {
+            column++;
+            y = 0;
+        }
+        if (item.isTitle && y > 0) y += kGroupGap;
+        const int x = column * (columns_.width + kColumnGap);
+        item.widget->setGeometry(isRightToLeft() ? width() - x - columns_.width : x, y,
+                                 columns_.width, item.height);
+        y += item.height;
+        contentHeight_ = std::max(contentHeight_, y);
     }
-    return y + kGroupGap;
 }
 
 void HelpList::addEmptyText() {
@@ -90,7 +105,6 @@ void HelpList::addEmptyText() {
         makeLabel(page_, plainText(content_.whenEmpty), theme_->info13, theme_->info);
     label->setAlignment(Qt::AlignCenter);
     label->setGeometry(0, 0, width() - Scroller::kWidth, kEmptyHeight);
-    label->show();
     contentHeight_ = kEmptyHeight;
 }
 
@@ -99,39 +113,24 @@ void HelpList::layOut() {
     page_ = new QWidget(this);
     page_->stackUnder(scroller_);
     contentHeight_ = 0;
-    int total = 0;
-    for (const HelpGroup& group : content_.groups) total += heightOf(group);
-    int column = 0, y = 0;
-    for (const HelpGroup& group : content_.groups) {
-        // A group goes where the larger part of it would stand.
-        const int share = total / columns_.count;
-        const bool isFull = y > 0 && y + heightOf(group) / 2 > share;
-        if (isFull && column + 1 < columns_.count) {
-            column++;
-            y = 0;
-        }
-        y = addGroup(group, column * (columns_.width + kColumnGap), y);
-        contentHeight_ = std::max(contentHeight_, y - kGroupGap);
-    }
-    if (content_.groups.empty()) addEmptyText();
+    if (content_.groups.empty())
+        addEmptyText();
+    else
+        place(makeItems());
     page_->resize(width(), contentHeight_);
     page_->show();
 }
 
-double HelpList::shownHeight() const {
-    return height();
-}
-
 void HelpList::setOffset(double offset) {
-    offset_ = std::clamp(offset, 0.0, std::max(0.0, contentHeight_ - shownHeight()));
+    offset_ = std::clamp(offset, 0.0, std::max(0.0, double(contentHeight_ - height())));
     page_->move(0, -int(offset_));
     scroller_->setVisible(contentHeight_ > height());
-    scroller_->setRange(contentHeight_, shownHeight(), offset_);
+    scroller_->setRange(contentHeight_, height(), offset_);
 }
 
 void HelpList::scroll(HelpView::Scroll how) {
     using Scroll = HelpView::Scroll;
-    const double page = std::max(kLine, shownHeight() - kLine);
+    const double page = std::max(kLine, height() - kLine);
     switch (how) {
         case Scroll::lineUp:
             return setOffset(offset_ - kLine);

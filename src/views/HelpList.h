@@ -2,15 +2,18 @@
 #include <QWidget>
 
 #include "screen/HelpView.h"
+#include "views/HelpRow.h"
 
-struct Theme;
 class Scroller;
 
 /// The groups of the help, in columns that are about equally long; what does not fit is scrolled
-/// to. Owner:   HelpSheet. Threads: main. Units: logical pixels.
+/// to.
+/// Owner:   HelpSheet. Threads: main. Units: logical pixels.
 class HelpList : public QWidget {
   public:
-    HelpList(const Theme* theme, QWidget* parent);
+    /// full: groups stay whole. compact: smaller, and groups go on in the next column.
+    enum class Look { full, compact };
+    HelpList(Look look, const Theme* theme, QWidget* parent);
     struct Columns {
         int count;
         int width;  // of each
@@ -21,21 +24,25 @@ class HelpList : public QWidget {
     /// The same, in the colours that the theme has now.
     void renew();
     void scroll(HelpView::Scroll how);
-    /// The width in which each line would stand on its own, at most this.
-    static int naturalWidth(const HelpContent& content, const Theme* theme, int most);
+    static int widthOf(Columns columns);
 
   protected:
     void wheelEvent(QWheelEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
   private:
+    struct Item {
+        QWidget* widget;
+        int height;
+        bool isTitle;
+    };
+    std::vector<Item> makeItems();
     void layOut();
-    int addGroup(const HelpGroup& group, int x, int y);
-    int heightOf(const HelpGroup& group) const;
+    void place(const std::vector<Item>& items);
     void addEmptyText();
     void setOffset(double offset);
-    double shownHeight() const;
 
+    const Look look_;
     const Theme* const theme_;
     HelpContent content_;
     Columns columns_{1, 0};

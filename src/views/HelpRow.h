@@ -1,5 +1,6 @@
 #pragma once
 #include <QLabel>
+#include <vector>
 
 #include "screen/HelpView.h"
 
@@ -10,9 +11,12 @@ struct Theme;
 /// Owner:   HelpList. Threads: main. Units: logical pixels.
 class HelpRow : public QLabel {
   public:
-    /// ruled: a line is drawn below it.
-    enum class Rule { none, below };
-    HelpRow(const HelpLine& line, Rule rule, const Theme* theme, QWidget* parent);
+    enum class Look {
+        full,
+        ruled,    // with a line below
+        compact,  // only the first way to press it
+    };
+    HelpRow(const HelpLine& line, Look look, const Theme* theme, QWidget* parent);
     /// How wide it would like to be, and how high it then is.
     int naturalWidth() const;
     int heightForWidth(int width) const override;
@@ -26,14 +30,18 @@ class HelpRow : public QLabel {
         double width;
     };
     double capWidth(const QString& cap) const;
-    double keysWidth() const;  // side by side
-    bool isStacked(int width) const;
+    /// Of all side by side, and of the widest.
+    double keysWidth() const;
     double widestKeys() const;
+    double orWidth() const;
+    bool isStacked(int width) const;
     int nameWidth(int width) const;
+    void drawName(QPainter& painter) const;
+    void drawKeys(QPainter& painter) const;
     void drawCombination(QPainter& painter, const Combination& keys, double x, double middle) const;
 
     const Theme* const theme_;
-    const Rule rule_;
+    const Look look_;
     QFont capFont_;
     std::vector<Combination> keys_;
 };

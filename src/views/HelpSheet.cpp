@@ -15,8 +15,9 @@
 
 namespace {
 
-constexpr int kPadding = 24, kColumnWidth = 390, kWidestPassing = 420, kBeside = 14, kEdge = 24;
-constexpr int kFilterHeight = 34, kLeastList = 160;
+constexpr int kPadding = 24, kPassingPadding = 18, kEdge = 24;  // the last: to the screen's edge
+constexpr int kColumnWidth = 390, kPassingColumn = 290, kPassingColumns = 3;
+constexpr int kFilterHeight = 34, kMostList = 560, kLeastList = 160, kBelow = 14;
 
 QRect availableAround(const QRect& place) {
     const QScreen* const at = QGuiApplication::screenAt(place.center());
@@ -29,6 +30,12 @@ QPoint movedInto(const QRect& screen, QPoint corner, QSize size) {
     };
     return {bounded(corner.x(), screen.left(), screen.right() + 1 - size.width()),
             bounded(corner.y(), screen.top(), screen.bottom() + 1 - size.height())};
+}
+
+/// As many as fit into a width; a single one may be narrower.
+HelpList::Columns columnsIn(int width, HelpList::Columns wanted) {
+    while (wanted.count > 1 && HelpList::widthOf(wanted) > width) wanted.count--;
+    return {wanted.count, wanted.width - std::max(0, HelpList::widthOf(wanted) - width)};
 }
 
 QFont titleFont(const Theme& theme) {
@@ -87,7 +94,7 @@ class HelpSheet::Page : public SheetWindow {
         setObjectName(QStringLiteral("help"));
         title_ = makeLabel(this, {}, titleFont(theme()), theme().fieldText);
         filter_ = new FilterEdit(&theme(), this);
-        list_ = new HelpList(&theme(), this);
+        list_ = new HelpList(HelpList::Look::full, &theme(), this);
         column().addWidget(title_);
         column().addSpacing(12);
         column().addWidget(filter_);
@@ -102,13 +109,13 @@ class HelpSheet::Page : public SheetWindow {
         title_->setText(plainText(content.title));
         setWindowTitle(title_->text());
         const QRect screen = availableAround(searchWindow_());
-        const int margins = 2 * (kPadding + kEdge) + Scroller::kWidth;
-        const bool isWide = screen.width() >= 2 * kColumnWidth + margins + 40;
-        columns_ = {isWide ? 2 : 1, std::min(kColumnWidth, screen.width() - margins)};
+        columns_ = columnsIn(screen.width() - 2 * (kPadding + kEdge), {2, kColumnWidth});
         list_->setContent(content, columns_);
-        const int header = 2 * kPadding + title_->sizeHint().height() + kFilterHeight + 28;
-        const int room = screen.height() - 2 * kEdge - header;
-        list_->setFixedHeight(std::max(kLeastList, std::min(list_->contentHeight(), room)));
+        list_->setFixedHeight(kLeastList);
+        fit();
+        const int room = screen.height() - 2 * kEdge - (sheet().height() - kLeastList);
+        list_->setFixedHeight(std::clamp(list_->contentHeight(), kLeastList,
+                                         std::max(kLeastList, std::min(room, kMostList))));
         showCentred(Keyboard::asked);
         filter_->setFocus(Qt::OtherFocusReason);
     }
@@ -154,34 +161,33 @@ class HelpSheet::Page : public SheetWindow {
 class HelpSheet::Passing : public SheetWindow {
   public:
     Passing(const WindowSystem& system, std::function<QRect()> searchWindow)
-        : SheetWindow(system, kPadding - 6), searchWindow_(std::move(searchWindow)) {
+        : SheetWindow(system, kPassingPadding), searchWindow_(std::move(searchWindow)) {
         setObjectName(QStringLiteral("helpForSelection"));
         setWindowFlag(Qt::WindowDoesNotAcceptFocus);
         setWindowFlag(Qt::WindowTransparentForInput);
         title_ = makeLabel(this, {}, titleFont(theme()), theme().fieldText);
-        list_ = new HelpList(&theme(), this);
+        list_ = new HelpList(HelpList::Look::compact, &theme(), this);
         column().addWidget(title_);
         column().addSpacing(10);
         column().addWidget(list_);
     }
     void open(const HelpContent& content) {
-        const int width = HelpList::naturalWidth(content, &theme(), kWidestPassing);
-        content_ = content;
-        lay(1, width);
-        if (!beside()) lay(2, width);
+        const QRect screen = availableAround(searchWindow_());
+        const int room = screen.width() - 2 * (kPassingPadding + kEdge);
+        const auto columns = columnsIn(room, {kPassingColumns, kPassingColumn});
+        list_->setContent(content, columns);
+        list_->setFixedHeight(std::min(list_->contentHeight(), screen.height() - 4 * kEdge));
+        title_->setText(title_->fontMetrics().elidedText(plainText(content.title), Qt::ElideMiddle,
+                                                         HelpList::widthOf(columns)));
         showCentred(Keyboard::left);
     }
-    HelpList& list() { return *list_; }
 
   protected:
     QPoint cornerFor(QSize sheet) const override {
-        const QRect window = searchWindow_(), screen = availableAround(window);
-        if (const auto corner = beside(sheet)) return *corner;
-        const int x = window.center().x() - sheet.width() / 2;
-        const int below = window.bottom() + kBeside;
-        const int y =
-            below + sheet.height() <= screen.bottom() ? below : window.bottom() - sheet.height();
-        return movedInto(screen, {x, y}, sheet);
+        // Where it hides least: below, or else over the last rows.
+        const QRect window = searchWindow_();
+        const QPoint corner(window.center().x() - sheet.width() / 2, window.bottom() + kBelow);
+        return movedInto(availableAround(window), corner, sheet);
     }
     void themeChanged() override {
         setLabelColour(*title_, theme().fieldText);
@@ -189,28 +195,7 @@ class HelpSheet::Passing : public SheetWindow {
     }
 
   private:
-    void lay(int columns, int width) {
-        list_->setContent(content_, {columns, width});
-        const int most = list_->width() - Scroller::kWidth;
-        title_->setText(
-            title_->fontMetrics().elidedText(plainText(content_.title), Qt::ElideMiddle, most));
-        const int room = availableAround(searchWindow_()).height() - 2 * kEdge - 100;
-        list_->setFixedHeight(std::min(list_->contentHeight(), room));
-        fit();
-    }
-    bool beside() const { return beside(sizeHint().shrunkBy(shadowMargins())).has_value(); }
-    std::optional<QPoint> beside(QSize sheet) const {
-        const QRect window = searchWindow_(), screen = availableAround(window);
-        const int right = window.right() + kBeside, left = window.left() - kBeside - sheet.width();
-        const bool fitsRight = right + sheet.width() <= screen.right() + 1;
-        const bool fitsLeft = left >= screen.left();
-        if (!fitsRight && !fitsLeft) return std::nullopt;
-        const bool takesRight = fitsRight && (!fitsLeft || !isRightToLeft());
-        return movedInto(screen, {takesRight ? right : left, window.top()}, sheet);
-    }
-
     const std::function<QRect()> searchWindow_;
-    HelpContent content_;
     QLabel* title_ = nullptr;
     HelpList* list_ = nullptr;
 };
