@@ -54,7 +54,8 @@ std::vector<HelpList::Item> HelpList::makeItems() {
     for (const HelpGroup& group : content_.groups) {
         QLabel* const title =
             makeLabel(page_, plainText(group.title), titleFont(*theme_), theme_->accent);
-        title->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+        title->setAlignment((isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
+                            Qt::AlignVCenter);
         items.push_back({.widget = title, .height = kTitleHeight, .isTitle = true});
         for (const HelpLine& line : group.lines) {
             const bool isLast = &line == &group.lines.back();

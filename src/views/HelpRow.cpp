@@ -86,6 +86,8 @@ int HelpRow::heightForWidth(int width) const {
 void HelpRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    // The texts are in Latin letters; only their places are mirrored.
+    painter.setLayoutDirection(Qt::LeftToRight);
     drawName(painter);
     drawKeys(painter);
     if (look_ == Look::ruled)

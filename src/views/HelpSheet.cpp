@@ -21,7 +21,9 @@ constexpr int kFilterHeight = 34, kMostList = 560, kLeastList = 160, kBelow = 14
 
 QRect availableAround(const QRect& place) {
     const QScreen* const at = QGuiApplication::screenAt(place.center());
-    return (at ? at : QGuiApplication::primaryScreen())->availableGeometry();
+    return (at ? at : QGuiApplication::primaryScreen())
+        ->availableGeometry()
+        .adjusted(kEdge / 2, kEdge / 2, -kEdge / 2, -kEdge / 2);
 }
 
 QPoint movedInto(const QRect& screen, QPoint corner, QSize size) {
