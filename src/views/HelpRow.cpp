@@ -15,7 +15,7 @@ constexpr double kStep = 25;                    // of combinations below each ot
 constexpr int kMargin = 4, kCompactMargin = 2;  // above and below
 constexpr int kNameGap = 18;                    // between name and keys
 
-const QString kOr = QStringLiteral("or"), kNoKey = QStringLiteral("no key");
+constexpr QLatin1String kOr("or"), kNoKey("no key");
 
 }  // namespace
 
@@ -36,7 +36,7 @@ HelpRow::HelpRow(const HelpLine& line, Look look, const Theme* theme, QWidget* p
         if (keys_.empty() || look != Look::compact) keys_.push_back(std::move(keys));
     }
     setAccessibleName(text() + QStringLiteral(": ") +
-                      (spoken.isEmpty() ? kNoKey : spoken.join(QStringLiteral(" or "))));
+                      (spoken.isEmpty() ? QString(kNoKey) : spoken.join(QStringLiteral(" or "))));
 }
 
 double HelpRow::capWidth(const QString& cap) const {
