@@ -97,6 +97,7 @@ class HelpSheet::Page : public SheetWindow {
         title_ = makeLabel(this, {}, titleFont(theme()), theme().fieldText);
         filter_ = new FilterEdit(&theme(), this);
         list_ = new HelpList(HelpList::Look::full, &theme(), this);
+        if (isRightToLeft()) title_->setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
         column().addWidget(title_);
         column().addSpacing(12);
         column().addWidget(filter_);
@@ -169,6 +170,7 @@ class HelpSheet::Passing : public SheetWindow {
         setWindowFlag(Qt::WindowTransparentForInput);
         title_ = makeLabel(this, {}, titleFont(theme()), theme().fieldText);
         list_ = new HelpList(HelpList::Look::compact, &theme(), this);
+        if (isRightToLeft()) title_->setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
         column().addWidget(title_);
         column().addSpacing(10);
         column().addWidget(list_);

@@ -99,8 +99,8 @@ TEST_F(HelpSheetTest, RightToLeftIsTheMirrorImage) {
     mirrored.show(HelpView::Kind::sheet, contentOf(3));
     const auto rows = childrenOf<HelpRow>(*mirrored.widget(HelpView::Kind::sheet));
     ASSERT_EQ(rows.size(), 6u);
-    HelpRow &first = *rows.front(), &last = *rows.back();
-    EXPECT_GT(first.x(), last.x());
+    HelpRow& first = *rows.front();
+    EXPECT_GT(first.x(), 0) << "the scroll bar stands at the left";
     const QImage picture = first.grab().toImage();
     int leftmost = picture.width();
     const QRgb ground = picture.pixel(picture.width() / 2, 3);
