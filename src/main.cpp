@@ -24,7 +24,7 @@
 #include "util/log.h"
 #include "views/AlertDialogs.h"
 #include "views/DiskAccessDialog.h"
-
+#include "views/HelpSheet.h"
 #include "views/KeyMonitor.h"
 #include "views/ProgramIcon.h"
 #include "views/QuickStartWindow.h"
@@ -72,7 +72,8 @@ struct Desktop {
                 .quitProgress = quitProgress,
                 .quickStart = quickStart,
                 .diskAccess = diskAccessDialog,
-                .preferences = preferences};
+                .preferences = preferences,
+                .help = help};
     }
 
     LinuxFrontmost frontmost;
@@ -93,6 +94,7 @@ struct Desktop {
     QuickStartWindow quickStart{windowSystem()};
     DiskAccessDialog diskAccessDialog{windowSystem()};
     PreferencesWindow preferences{windowSystem()};
+    HelpSheet help{windowSystem(), [this] { return window.sheetPlace(); }};
 };
 
 /// What may be asked from outside; of no effect before the launch is through, and after the end.

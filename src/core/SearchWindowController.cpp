@@ -101,6 +101,7 @@ void SearchWindowController::windowWillClose() {
 }
 
 void SearchWindowController::applicationWillResignActive() {
+    keyboardLost_.emit();
     if (hidesOnDeFocus() && parts_.window.isVisible()) closeWindowAndHideApplication(Hide::no);
 }
 

@@ -42,6 +42,8 @@ class SearchWindowController : public WindowViewDelegate, public OwnApplicationD
     bool isMainWindowVisible() const { return parts_.window.isVisible(); }
     /// Tells each time the window comes or goes.
     Signal<bool>& visibilityChanged() { return visibilityChanged_; }
+    /// Tells each time another program takes the keyboard.
+    Signal<>& keyboardLost() { return keyboardLost_; }
 
     /// Called before the window comes or goes: what stands beside it gives way.
     void setClosedWithWindow(std::function<void()> close) { closedWithWindow_ = std::move(close); }
@@ -70,4 +72,5 @@ class SearchWindowController : public WindowViewDelegate, public OwnApplicationD
     std::function<void()> closedWithWindow_;
     std::time_t becameFirstResponder_ = 0;
     Signal<bool> visibilityChanged_;
+    Signal<> keyboardLost_;
 };

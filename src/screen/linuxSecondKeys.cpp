@@ -29,13 +29,23 @@ uint64_t asPressed(uint64_t flags) {
     return pressed;
 }
 
+uint64_t asMeant(uint64_t pressed) {
+    uint64_t flags = pressed & ~uint64_t{kModifierControl | kModifierOption};
+    if (pressed & kModifierControl) flags |= modifierOfAlt();
+    if (pressed & kModifierOption) flags |= modifierOfSuper();
+    return flags;
+}
+
+bool deletesWord(uint64_t keyCode, uint64_t flags) {
+    return (keyCode == kKeyDelete && flags == kModifierCommand) ||
+           (keyCode == kKeyW && flags == kModifierControl);
+}
+
 }  // namespace
 
 KeyEvent withSecondKeysTranslated(KeyEvent event) {
     const uint64_t flags = event.modifierFlags & kCounted;
-    const bool deletesWord = (event.keyCode == kKeyDelete && flags == kModifierCommand) ||
-                             (event.keyCode == kKeyW && flags == kModifierControl);
-    if (deletesWord) {
+    if (deletesWord(event.keyCode, flags)) {
         event.keyCode = kKeyW;
         event.modifierFlags = kModifierControl;
         event.characters = kControlW;
@@ -56,4 +66,13 @@ KeyEvent withSecondKeysTranslated(KeyEvent event) {
         event.modifierFlags &= ~kModifierNumericPad;
     }
     return event;
+}
+
+std::optional<std::pair<uint64_t, uint64_t>> secondKeysOf(uint64_t keyCode,
+                                                          uint64_t modifierFlags) {
+    if (deletesWord(keyCode, modifierFlags)) return std::nullopt;
+    for (const SecondKey& key : kSecondKeys)
+        if (key.asKeyCode == keyCode && key.asModifierFlags == modifierFlags)
+            return std::pair(key.keyCode, asMeant(key.modifierFlags));
+    return std::nullopt;
 }

@@ -1,4 +1,7 @@
 #pragma once
+#include <optional>
+#include <utility>
+
 #include "screen/KeyEvent.h"
 
 /// Keys that users of this desktop expect beside those that the program has: F2 renames, F11
@@ -7,3 +10,6 @@
 /// so that the program sees its own keys alone. Threads: any. Fails: never; other keys come back as
 /// they are.
 KeyEvent withSecondKeysTranslated(KeyEvent event);
+
+/// The key code and modifiers that do the same as these, where there are any.
+std::optional<std::pair<uint64_t, uint64_t>> secondKeysOf(uint64_t keyCode, uint64_t modifierFlags);

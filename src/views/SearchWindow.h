@@ -25,6 +25,8 @@ class SearchWindow : public WindowView {
     InfoBarView& infoBar() { return *infoBar_; }
     IndicatorsView& indicators() { return infoBar_->indicators(); }
     QWidget* widget() { return &panel_; }
+    /// The sheet's place on the desktop as Qt counts it: y downward.
+    QRect sheetPlace() const;
 
     // WindowView
     void setDelegate(WindowViewDelegate* delegate) override { delegate_ = delegate; }
@@ -49,8 +51,6 @@ class SearchWindow : public WindowView {
     void prepareWindow();
     void letClicksThrough();
     bool isResizing() const { return resizing_.state() == QAbstractAnimation::Running; }
-    /// The sheet's place on the desktop as Qt counts it: y downward.
-    QRect sheetPlace() const;
     /// The native window around a sheet: its shadow, and room to grow.
     QRect roomFor(const QRect& sheet) const;
     /// While the window is seen it keeps its room as long as it can.

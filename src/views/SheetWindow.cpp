@@ -32,15 +32,18 @@ void SheetWindow::keyPressEvent(QKeyEvent* event) {
         Panel::keyPressEvent(event);
 }
 
-QRect SheetWindow::place() const {
+QPoint SheetWindow::cornerFor(QSize sheet) const {
     const QScreen* const atCursor = QGuiApplication::screenAt(QCursor::pos());
     const QRect screen =
         (atCursor ? atCursor : QGuiApplication::primaryScreen())->availableGeometry();
+    return {screen.x() + (screen.width() - sheet.width()) / 2,
+            screen.y() + std::max(0, (screen.height() - sheet.height()) * 2 / 5)};
+}
+
+QRect SheetWindow::place() const {
     const QMargins shadow = shadowMargins();
     const QSize sheet = sizeHint().shrunkBy(shadow);
-    const QPoint corner(screen.x() + (screen.width() - sheet.width()) / 2,
-                        screen.y() + std::max(0, (screen.height() - sheet.height()) * 2 / 5));
-    return QRect(corner, sheet).marginsAdded(shadow);
+    return QRect(cornerFor(sheet), sheet).marginsAdded(shadow);
 }
 
 void SheetWindow::fit() {

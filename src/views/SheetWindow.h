@@ -14,8 +14,7 @@ class SheetWindow : public Panel {
 
     const Theme& theme() const { return theme_; }
     QVBoxLayout& column() { return *column_; }
-    /// In the middle of the screen where the user is, a little above it. keyboard: asked for, or
-    /// left where it is.
+    /// In its place. keyboard: asked for, or left where it is.
     enum class Keyboard { asked, left };
     void showCentred(Keyboard keyboard);
     /// After what it holds has changed.
@@ -26,6 +25,9 @@ class SheetWindow : public Panel {
     virtual void themeChanged() {}
     /// The desktop, or Escape, wants it closed.
     virtual void closeAsked() {}
+    /// Where a sheet of this size is shown: unless said otherwise, a little above the middle of the
+    /// screen where the user is.
+    virtual QPoint cornerFor(QSize sheet) const;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:

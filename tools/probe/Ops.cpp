@@ -74,6 +74,7 @@ constexpr OpEntry kOps[] = {
     {"app.drop", nullptr},
     {"app.answer", appAnswer},
     {"app.alerts", appAlerts},
+    {"app.help", appHelp},
     {"app.operations", nullptr},
     {"app.project", nullptr},
     {"app.preferences", appPreferences},

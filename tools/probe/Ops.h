@@ -37,7 +37,7 @@ Op appAnswer, appClick, appClock, appCursor, appEdit, appHotkey, appKey, appMove
 // appPreferences.cpp
 Op appPreferences;
 // appReports.cpp
-Op appAlerts, appDesktop, appDump, appLog, appRowsChanged, appState;
+Op appAlerts, appDesktop, appDump, appHelp, appLog, appRowsChanged, appState;
 // cacheQueries.cpp
 Op cacheCheck, cacheDump, cacheFacts, cacheRecent, cacheSearch;
 }  // namespace ops

@@ -19,7 +19,9 @@ KeyEvent keyEventFrom(const Fields& request) {
             .modifierFlags = request.integer<uint64_t>("flags", 0),
             .characters = request.find("characters") ? request.text("characters") : u"",
             .isRepeat = request.boolean("repeat", false),
-            .kind = request.boolean("up", false) ? Kind::up : Kind::down};
+            .kind = request.boolean("modifier", false) ? Kind::flagsChanged
+                    : request.boolean("up", false)     ? Kind::up
+                                                       : Kind::down};
 }
 
 std::vector<double> numbers(const Fields& request, std::string_view name, size_t count) {

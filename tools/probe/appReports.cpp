@@ -6,6 +6,7 @@
 #include "Session.h"
 #include "Surrogates.h"
 #include "core/state/GlobalState.h"
+#include "shell/HelpContent.h"
 #include "util/Unicode.h"
 #include "util/log.h"
 
@@ -165,6 +166,25 @@ json appAlerts(const Fields&, Session& session) {
                           {"buttons", shown.alert.buttons},
                           {"answered", shown.answered}});
     return {{"alerts", std::move(alerts)}};
+}
+
+json appHelp(const Fields&, Session& session) {
+    const SimulatedHelp& help = session.appSession().screen().help;
+    if (!help.kind) return {{"shown", nullptr}};
+    json groups = json::array();
+    for (const HelpGroup& group : help.content.groups) {
+        json lines = json::array();
+        for (const HelpLine& line : group.lines) {
+            json keys = json::array();
+            for (const KeyCaps& caps : line.keys) keys.push_back(helpContent::joined(caps));
+            lines.push_back({{"name", line.name}, {"keys", std::move(keys)}});
+        }
+        groups.push_back({{"title", group.title}, {"lines", std::move(lines)}});
+    }
+    return {{"shown", help.kind == HelpView::Kind::sheet ? "sheet" : "passing"},
+            {"title", help.content.title},
+            {"filter", help.filter},
+            {"groups", std::move(groups)}};
 }
 
 json appDesktop(const Fields& request, Session& session) {

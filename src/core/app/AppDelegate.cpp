@@ -69,6 +69,12 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
                         [this](const FileURL& folder) {
                             browserMode_.browsePath(folder, TRVBrowserMode::BundleAs::folder);
                         }}),
+      help_({.view = screen.help,
+             .host = host_,
+             .window = window_,
+             .application = desktop.application,
+             .guard = guard_,
+             .shortcuts = KeyboardShortcuts::sharedInstance()}),
       keys_({.host = host_,
              .searchMode = searchMode_,
              .table = screen.views.table,
@@ -162,7 +168,9 @@ void AppDelegate::joinParts() {
     visibility_ = window_.visibilityChanged().observe([this](bool visible) {
         searchMode_.setWindowVisible(visible);
         host_.updateFreshness();
+        if (!visible) help_.reset();
     });
+    keyboardLost_ = window_.keyboardLost().observe([this] { help_.reset(); });
 }
 
 void AppDelegate::joinKeys() {
@@ -175,12 +183,14 @@ void AppDelegate::joinKeys() {
                                                        .projectSwitcher = projectSwitcher_,
                                                        .toggles = toggles_,
                                                        .actions = itemActions_,
+                                                       .help = help_,
                                                        .messages = messages_});
     // Before quitByHold_ goes, it takes the monitor away.
     screen_.keyEvents.setMonitor([this](const KeyEvent& event) {
         if (event.kind == KeyEvent::Kind::flagsChanged)
             keys_.modifierFlagsChanged(event.modifierFlags);
-        return quitByHold_.sendEvent(event) || preferences_.sendEvent(event);
+        return quitByHold_.sendEvent(event) || preferences_.sendEvent(event) ||
+               help_.sendEvent(event);
     });
 }
 

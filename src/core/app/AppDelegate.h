@@ -29,6 +29,7 @@
 #include "modes/TRVMarkedItemsMode.h"
 #include "modes/TRVRecentMode.h"
 #include "modes/TRVSearchMode.h"
+#include "shell/Help.h"
 #include "shell/ItemActions.h"
 #include "shell/ProjectKeys.h"
 #include "shell/SearchFieldKeys.h"
@@ -64,6 +65,7 @@ struct Screen {
     QuickStartView& quickStart;
     DiskAccessView& diskAccess;
     PreferencesView& preferences;
+    HelpView& help;
 };
 
 /// Where the user's things are.
@@ -124,7 +126,10 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     bool searchFieldKeyDown(const KeyEvent& event) override {
         return keys_.searchFieldKeyDown(event);
     }
-    void tableViewSelectionDidChange() override { table_.tableViewSelectionDidChange(); }
+    void tableViewSelectionDidChange() override {
+        table_.tableViewSelectionDidChange();
+        help_.selectionDidChange();
+    }
     void clipViewBoundsDidChange() override { table_.clipViewBoundsDidChange(); }
     bool rowEditDoCommand(RowEditCommand command, const std::u16string& text) override;
     void rowEditDidEnd() override;
@@ -155,6 +160,7 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     ItemOpener opener_;                // Return
     ItemActions itemActions_;          // items in other programs
     ProjectKeys projectKeys_;          // the digits
+    Help help_;                        // which keys there are
     SearchFieldKeys keys_;             // what keys do
     ActionStore actions_;              // the user's own actions
     GlobalHotKey hotKey_;              // brings the window up
@@ -168,7 +174,7 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     std::unique_ptr<RowsFile> rowsFile_;
     OneShotTimer quickStartTimer_;
     bool isLaunched_ = false;
-    Subscription theme_, fontWeight_, visibility_, scanCompleted_;
+    Subscription theme_, fontWeight_, visibility_, keyboardLost_, scanCompleted_;
 };
 
 /// The settings and the log, before anything else is made: the settings in a file of the folder, or

@@ -5,6 +5,13 @@
 
 #include "util/Unicode.h"
 
+namespace {
+bool isText(const KeyEvent& event) {
+    return !event.characters.empty() && event.characters.front() >= 0x20 &&
+           !(event.modifierFlags & (kModifierCommand | kModifierControl));
+}
+}  // namespace
+
 void SimulatedWindow::show() {
     visible = true;
     if (delegate) delegate->windowDidBecomeKey();
@@ -75,13 +82,30 @@ AlertAnswer SimulatedAlerts::runModal(const Alert& alert) {
     return answer;
 }
 
+void SimulatedHelp::show(Kind k, const HelpContent& c) {
+    kind = k;
+    content = c;
+    filter.clear();
+    scrolled.clear();
+}
+
+void SimulatedHelp::press(const KeyEvent& event) {
+    if (event.keyCode == kKeyDelete && !filter.empty())
+        filter.pop_back();
+    else if (isText(event))
+        filter += toUtf8(event.characters);
+    if (delegate) delegate->helpFilterDidChange(filter);
+}
+
 bool SimulatedScreen::send(const KeyEvent& event) {
     if (keyEvents.monitor && keyEvents.monitor(event)) return true;
     if (event.kind != KeyEvent::Kind::down) return false;
+    if (help.kind == HelpView::Kind::sheet) {
+        help.press(event);
+        return false;
+    }
     if (field.press(event)) return true;
     if (field.edit(event.keyCode)) return false;
-    const bool isText = !event.characters.empty() && event.characters.front() >= 0x20 &&
-                        !(event.modifierFlags & (kModifierCommand | kModifierControl));
-    if (isText) field.type(event.characters);
+    if (isText(event)) field.type(event.characters);
     return false;
 }

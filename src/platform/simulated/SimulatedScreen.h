@@ -9,6 +9,7 @@
 #include "platform/simulated/SimulatedTable.h"
 #include "screen/Alerts.h"
 #include "screen/DiskAccessView.h"
+#include "screen/HelpView.h"
 #include "screen/IndicatorsView.h"
 #include "screen/InfoBarView.h"
 #include "screen/KeyEvent.h"
@@ -186,6 +187,24 @@ class SimulatedDiskAccessWindow : public DiskAccessView {
     std::optional<Buttons> buttons;  // while it is shown
 };
 
+class SimulatedHelp : public HelpView {
+  public:
+    void setDelegate(HelpViewDelegate* d) override { delegate = d; }
+    void show(Kind k, const HelpContent& c) override;
+    void setContent(const HelpContent& c) override { content = c; }
+    void scroll(Scroll how) override { scrolled.push_back(how); }
+    void hide() override { kind.reset(); }
+    std::optional<Kind> shown() const override { return kind; }
+    /// The sheet has the keyboard: Backspace, and what is typed.
+    void press(const KeyEvent& event);
+
+    HelpViewDelegate* delegate = nullptr;
+    std::optional<Kind> kind;
+    HelpContent content;
+    std::string filter;
+    std::vector<Scroll> scrolled;
+};
+
 class SimulatedKeyEvents : public KeyEvents {
   public:
     void setMonitor(std::function<bool(const KeyEvent&)> m) override { monitor = std::move(m); }
@@ -203,6 +222,7 @@ struct SimulatedScreen {
     SimulatedQuickStart quickStart;
     SimulatedDiskAccessWindow diskAccess;
     SimulatedPreferences preferences;
+    SimulatedHelp help;
     SimulatedKeyEvents keyEvents;
 
     /// A key event as it comes from the desktop: past the monitor, past the program's own keys,

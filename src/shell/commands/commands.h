@@ -7,6 +7,7 @@
 #include "shell/registry/KeyboardShortcuts.h"
 
 class Alerts;
+class Help;
 class ItemActions;
 class ModeHost;
 class ModeSwitcher;
@@ -35,6 +36,7 @@ struct CommandParts {
     ProjectSwitcher& projectSwitcher;
     SearchToggles& toggles;
     ItemActions& actions;
+    Help& help;
     UserMessages& messages;
 };
 

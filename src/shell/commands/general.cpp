@@ -9,6 +9,7 @@
 #include "modes/framework/ModeHost.h"
 #include "screen/Alerts.h"
 #include "screen/ResultTableView.h"
+#include "shell/Help.h"
 #include "shell/commands/commands.h"
 #include "shell/updateSearchStringHistory.h"
 #include "util/settings/OVUserDefaults.h"
@@ -101,6 +102,11 @@ CommandBlocks generalCommands(const CommandParts& parts) {
         };
     };
     return {
+        {"ShowHelp",
+         [parts] {
+             parts.help.toggle();
+             return true;
+         }},
         {"SelectEveryItem", [parts] { return selectEveryItem(parts); }},
         {"CloseSearchWindow",
          [parts] {
