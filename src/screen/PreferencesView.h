@@ -63,6 +63,8 @@ class PreferencesViewDelegate {
     virtual ~PreferencesViewDelegate() = default;
     virtual void paneChosen(PreferencesPane pane) = 0;
     virtual void preferencesClosed() = 0;
+    /// Keys are taken down from now on, or no longer.
+    virtual void recordingChanged(bool isRecording) = 0;
 
     virtual void toggled(const std::string& id, bool isOn) = 0;
     virtual void numberEntered(const std::string& id, const std::string& text) = 0;

@@ -7,10 +7,10 @@
 #include "core/state/GlobalState.h"
 #include "modes/TRVSearchMode.h"
 #include "modes/framework/ModeHost.h"
-#include "screen/Alerts.h"
 #include "screen/ResultTableView.h"
 #include "shell/Help.h"
 #include "shell/commands/commands.h"
+#include "shell/metadataNeededAlert.h"
 #include "shell/updateSearchStringHistory.h"
 #include "util/settings/OVUserDefaults.h"
 
@@ -51,12 +51,7 @@ bool cycleRecentProject(const CommandParts& parts) {
 
 /// Asks whether metadata shall be read; false: nothing is to be shown then.
 bool enablesMetadata(const CommandParts& parts) {
-    const Alert alert{.title = "Incompatible configuration options",
-                      .text =
-                          "You have selected to show metadata in the result list but did not "
-                          "enable metadata scanning.",
-                      .buttons = {"Enable Metadata Scanning", "Don't Show Metadata"}};
-    return parts.host.askPreventingHiding(alert) == 0;
+    return parts.host.askPreventingHiding(metadataNeededAlert()) == 0;
 }
 
 bool cycleThroughMetadataDisplayOptions(const CommandParts& parts) {

@@ -129,6 +129,13 @@ void Preferences::buttonPressed(const std::string& id) {
     showForms();
 }
 
+void Preferences::recordingChanged(bool isRecording) {
+    if (isRecording)
+        parts_.hotKey.pause();
+    else
+        parts_.hotKey.resume();
+}
+
 void Preferences::hotKeyRecorded(const KeyEvent& event) {
     forms_.recordHotKey(event);
     showForms();

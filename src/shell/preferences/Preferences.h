@@ -47,6 +47,7 @@ class Preferences : private PreferencesViewDelegate {
     void numberEntered(const std::string& id, const std::string& text) override;
     void choiceMade(const std::string& id, size_t choice) override;
     void buttonPressed(const std::string& id) override;
+    void recordingChanged(bool isRecording) override;
     void hotKeyRecorded(const KeyEvent& event) override;
     void hotKeyRemoved() override;
     void filterChanged(const std::string& text) override;

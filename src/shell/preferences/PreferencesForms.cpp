@@ -6,6 +6,7 @@
 #include <span>
 
 #include "core/GlobalHotKey.h"
+#include "shell/metadataNeededAlert.h"
 #include "shell/preferences/ownKeys.h"
 #include "shell/registry/KeyboardShortcuts.h"
 #include "shell/registry/shortcutText.h"
@@ -146,7 +147,7 @@ void PreferencesForms::toggle(const std::string& id, bool isOn) {
     clearMessages();
     const Row* const row = rowOf(id, Kind::toggle);
     if (!row) return;
-    if (id == kStatusItem && !isOn && parts_.hotKey.currentShortcut().keyCode == 0) {
+    if (id == kStatusItem && !isOn && parts_.hotKey.currentShortcut().isNone()) {
         refuse(id, "Without a hot key this is the way to the window. Record a hot key first.");
         return;
     }
@@ -174,12 +175,7 @@ void PreferencesForms::choose(const std::string& id, size_t choice) {
 
 void PreferencesForms::showMetadata(int64_t what) {
     if (what != 0 && !parts_.settings.boolForKey(kMetadata)) {
-        const Alert alert{.title = "Incompatible configuration options",
-                          .text =
-                              "You have selected to show metadata in the result list but did not "
-                              "enable metadata scanning.",
-                          .buttons = {"Enable Metadata Scanning", "Don't Show Metadata"}};
-        if (parts_.ask(alert) == 0)
+        if (parts_.ask(metadataNeededAlert()) == 0)
             parts_.settings.setBool(true, kMetadata);
         else
             what = 0;
@@ -200,7 +196,7 @@ void PreferencesForms::press(const std::string& id) {
 
 std::string PreferencesForms::hotKeyText() const {
     const HotKey& hotKey = parts_.hotKey.currentShortcut();
-    return hotKey.keyCode ? shortcutText(hotKey.keyCode, hotKey.modifierFlags) : std::string();
+    return !hotKey.isNone() ? shortcutText(hotKey.keyCode, hotKey.modifierFlags) : std::string();
 }
 
 void PreferencesForms::recordHotKey(const KeyEvent& event) {

@@ -32,7 +32,7 @@ std::optional<ShortcutRefusal> PreferencesShortcuts::refusalOf(const KeyEvent& e
         return ShortcutRefusal{.title = "Invalid shortcut",
                                .text = keys + " needs Ctrl, Alt or Super."};
     const HotKey& hotKey = hotKey_.currentShortcut();
-    if (hotKey.keyCode != 0 && hotKey.keyCode == event.keyCode && hotKey.modifierFlags == flags)
+    if (!hotKey.isNone() && hotKey.keyCode == event.keyCode && hotKey.modifierFlags == flags)
         return ShortcutRefusal{
             .title = "Conflicting shortcuts",
             .text = keys + " is already used for showing and hiding the search window."};

@@ -112,6 +112,9 @@ class HotKeyRow : public FormPane::Row {
         recorder_->setRecorded([this](const KeyEvent& event) {
             if (context_->delegate) context_->delegate->hotKeyRecorded(event);
         });
+        recorder_->setRecordingChanged([this](bool isRecording) {
+            if (context_->delegate) context_->delegate->recordingChanged(isRecording);
+        });
         remove_ = new CrossButton(QStringLiteral("Remove the Hot Key"), context->theme, this);
         connect(remove_, &QAbstractButton::clicked, this, [this] {
             if (context_->delegate) context_->delegate->hotKeyRemoved();

@@ -168,6 +168,7 @@ void ShortcutTable::currentChanged(const QModelIndex& current, const QModelIndex
 void ShortcutTable::setRecording(bool recording) {
     if (recording == isRecording_) return;
     isRecording_ = recording;
+    if (context_->delegate) context_->delegate->recordingChanged(recording);
     viewport()->update();
     if (changed_) changed_();
 }
