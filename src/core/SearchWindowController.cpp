@@ -2,6 +2,7 @@
 
 #include "core/FrontmostApplication.h"
 #include "core/HidingGuard.h"
+#include "core/PreviewController.h"
 #include "core/SearchFieldController.h"
 #include "core/state/GlobalState.h"
 #include "platform/Updater.h"
@@ -60,6 +61,7 @@ void SearchWindowController::closeWindowAndHideApplication(Hide hide) {
 void SearchWindowController::closeWindowAndHideApplication(
     Hide hide, const std::optional<std::string>& frontmostApplicationBundleId) {
     if (parts_.guard.authorizationInProgress()) return;
+    parts_.preview.close();
     const bool wasVisible = parts_.window.isVisible();
     parts_.window.hide();
     if (wasVisible) visibilityChanged_.emit(false);
@@ -84,6 +86,7 @@ void SearchWindowController::windowDidResize() {
 }
 
 void SearchWindowController::windowWillClose() {
+    parts_.preview.close();
     const bool wasVisible = parts_.window.isVisible();
     parts_.window.hide();
     if (wasVisible) visibilityChanged_.emit(false);

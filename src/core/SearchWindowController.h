@@ -10,6 +10,7 @@
 
 class FrontmostApplication;
 class HidingGuard;
+class PreviewController;
 class SearchFieldController;
 class Updater;
 
@@ -23,6 +24,7 @@ class SearchWindowController : public WindowViewDelegate, public OwnApplicationD
         SearchFieldController& field;
         FrontmostApplication& frontmost;
         HidingGuard& guard;
+        PreviewController& preview;
         const Updater& updater;
     };
     explicit SearchWindowController(const Parts& parts);

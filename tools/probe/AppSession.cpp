@@ -42,6 +42,7 @@ AppSession::AppSession(const Start& start) {
                                                 .keyEvents = screen.keyEvents,
                                                 .quitProgress = screen.quitProgress,
                                                 .quickStart = screen.quickStart,
+                                                .preview = screen.preview,
                                                 .diskAccess = screen.diskAccess},
                                          DesktopPorts{.application = desktop_,
                                                       .applications = desktop_,
@@ -54,6 +55,8 @@ AppSession::AppSession(const Start& start) {
                                                       .appearance = desktop_,
                                                       .updater = desktop_,
                                                       .diskAccess = desktop_,
+                                                      .previews = desktop_.previews,
+                                                      .thumbnails = desktop_.thumbnails,
                                                       .home = start.home});
     app_->applicationDidFinishLaunching();
 }

@@ -12,6 +12,7 @@
 #include "screen/IndicatorsView.h"
 #include "screen/InfoBarView.h"
 #include "screen/KeyEvent.h"
+#include "screen/PreviewView.h"
 #include "screen/QuickStartView.h"
 #include "screen/QuitProgressView.h"
 #include "screen/SearchFieldView.h"
@@ -155,6 +156,18 @@ class SimulatedQuickStart : public QuickStartView {
     bool visible = false;
 };
 
+class SimulatedPreview : public PreviewView {
+  public:
+    void show() override { visible = true; }
+    void hide() override { visible = false; }
+    bool isVisible() const override { return visible; }
+    void setContent(const PreviewContent& c) override { content = c; }
+    uint32_t picturePixels() const override { return 400; }
+
+    PreviewContent content;
+    bool visible = false;
+};
+
 class SimulatedDiskAccessWindow : public DiskAccessView {
   public:
     void show(Buttons b) override { buttons.emplace(std::move(b)); }
@@ -178,6 +191,7 @@ struct SimulatedScreen {
     SimulatedAlerts alerts;
     SimulatedQuitProgress quitProgress;
     SimulatedQuickStart quickStart;
+    SimulatedPreview preview;
     SimulatedDiskAccessWindow diskAccess;
     SimulatedKeyEvents keyEvents;
 

@@ -10,6 +10,7 @@ class Alerts;
 class ItemActions;
 class ModeHost;
 class ModeSwitcher;
+class PreviewController;
 class ProjectSwitcher;
 class ResultTableController;
 class SearchFieldController;
@@ -35,6 +36,7 @@ struct CommandParts {
     ProjectSwitcher& projectSwitcher;
     SearchToggles& toggles;
     ItemActions& actions;
+    PreviewController& preview;
     UserMessages& messages;
 };
 
