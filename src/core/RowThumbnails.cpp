@@ -37,12 +37,13 @@ void RowThumbnails::addTo(RowContent& content, size_t row) const {
 
 void RowThumbnails::somethingHappened() {
     parts_.thumbnails.cancel();
-    quiet_.start(kQuiet, [this] { requestRowsInSight(); });
+    quiet_.stop();
+    if (parts_.host.isMainWindowVisible()) quiet_.start(kQuiet, [this] { requestRowsInSight(); });
 }
 
 void RowThumbnails::requestRowsInSight() {
     auto* const mode = dynamic_cast<TRVModeRepresentingFiles*>(parts_.host.currentMode());
-    if (!mode || !parts_.host.isMainWindowVisible()) return;
+    if (!mode) return;
     const size_t count = parts_.host.numberOfRows();
     size_t row = 0;
     if (const double top = parts_.table.clipOrigin().y; top > 0)
