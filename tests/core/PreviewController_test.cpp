@@ -133,6 +133,7 @@ TEST_F(PreviewControllerTest, NeedsASelection) {
     start();
     settle();
     press(kQuickLookKey, kModifierCommand);
+    session_->world().mainQueue().runPending();
     EXPECT_FALSE(panel().visible);
     EXPECT_EQ(screen().infoBar.text, "No item selected");
 }

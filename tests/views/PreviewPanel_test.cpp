@@ -11,7 +11,7 @@ TEST_F(PreviewPanelTest, StandsOnTheSideWithMoreRoomAndOnTheScreen) {
         QRect sheet, place;
     } cases[] = {
         {{140, 50, 638, 64}, {788, 50, 440, 520}},   {{700, 50, 638, 64}, {250, 50, 440, 520}},
-        {{420, 50, 638, 64}, {1068, 50, 301, 520}},  {{140, 600, 638, 64}, {788, 269, 440, 520}},
+        {{420, 50, 638, 64}, {1068, 50, 302, 520}},  {{140, 600, 638, 64}, {788, 269, 440, 520}},
         {{110, 50, 1260, 64}, {1120, 50, 260, 520}},
     };
     for (const auto& each : cases)
@@ -20,7 +20,7 @@ TEST_F(PreviewPanelTest, StandsOnTheSideWithMoreRoomAndOnTheScreen) {
 
 TEST_F(PreviewPanelTest, LeavesTheKeyboardWhereItIsAndFollowsTheWindow) {
     SearchWindow window;
-    window.setFrame({40, 300, 638, 64}, false);
+    window.setFrame({40, 700, 638, 64}, false);
     window.show();
     PreviewView& preview = window.preview();
     preview.setContent({.kind = PreviewContent::Kind::text,
@@ -39,8 +39,8 @@ TEST_F(PreviewPanelTest, LeavesTheKeyboardWhereItIsAndFollowsTheWindow) {
         EXPECT_EQ(child->focusPolicy(), Qt::NoFocus);
     EXPECT_EQ(panel->findChild<QPlainTextEdit*>()->toPlainText(), "<b>plain</b>");
     const QPoint before = panel->pos();
-    window.setFrame({60, 300, 638, 64}, false);
-    EXPECT_EQ(panel->pos() - before, QPoint(20, 0));
+    window.setFrame({40, 680, 638, 64}, false);
+    EXPECT_EQ(panel->pos() - before, QPoint(0, 20));
     preview.hide();
     EXPECT_FALSE(preview.isVisible());
 }

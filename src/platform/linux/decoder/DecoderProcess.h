@@ -15,8 +15,8 @@
 class DecoderProcess {
   public:
     struct Run {
-        std::vector<std::string> arguments;  // the first: the program
-        std::string input;
+        std::vector<std::string> arguments = {};  // the first: the program
+        std::string input = {};
         std::chrono::milliseconds limit{5000};
         size_t mostBytes = 0;
     };

@@ -52,7 +52,8 @@ int main(int count, char** arguments) {
     };
     bool isSaid = false;
     if (isThumbnail) {
-        const auto thumbnail = makeThumbnail(task, arguments[3], say);
+        const auto thumbnail =
+            makeThumbnail(task, arguments[3], [&say](const Preview& head) { (void)say(head); });
         isSaid = !thumbnail || say(*thumbnail);
     } else {
         isSaid = say(makePreview(task));
