@@ -11,13 +11,16 @@
 #include "platform/linux/LinuxFrontmost.h"
 #include "platform/linux/LinuxHotKeys.h"
 #include "platform/linux/LinuxPasteboard.h"
+#include "platform/linux/LinuxPreviews.h"
 #include "platform/linux/LinuxStatusBar.h"
+#include "platform/linux/LinuxThumbnails.h"
 #include "platform/linux/NoUpdater.h"
 #include "platform/linux/QtMainLoop.h"
 #include "platform/linux/TerminationSignals.h"
 #include "platform/linux/WindowHints.h"
 #include "platform/linux/chooseDisplay.h"
 #include "platform/linux/commandLine.h"
+#include "platform/linux/decoder/ThumbnailStore.h"
 #include "platform/linux/events/LinuxFileEvents.h"
 #include "util/UserFolders.h"
 #include "util/World.h"
@@ -47,7 +50,7 @@ struct Desktop {
                 .activate = [this](uintptr_t id) { application.activateWindow(id); },
                 .keySymbols = WindowHints::keySymbol};
     }
-    DesktopPorts ports() {
+    DesktopPorts ports(Previews& previews, Thumbnails& thumbnails) {
         return {.application = application,
                 .applications = applications,
                 .pasteboard = pasteboard,
@@ -59,6 +62,8 @@ struct Desktop {
                 .appearance = appearance,
                 .updater = updater,
                 .diskAccess = diskAccess,
+                .previews = previews,
+                .thumbnails = thumbnails,
                 .home = userFolders::home()};
     }
     Screen screen() {
@@ -71,6 +76,7 @@ struct Desktop {
                 .keyEvents = keyEvents,
                 .quitProgress = quitProgress,
                 .quickStart = quickStart,
+                .preview = window.preview(),
                 .diskAccess = diskAccessDialog,
                 .preferences = preferences,
                 .help = help};
@@ -168,7 +174,9 @@ int main(int argc, char** argv) {
                         .layout = keyLayout()});
     QtMainLoop loop(world.mainQueue(), world.clock());
     TerminationSignals signals([&desktop] { desktop.application.terminate(); });
-    AppDelegate app(desktop.screen(), desktop.ports());
+    LinuxPreviews previews;
+    LinuxThumbnails thumbnails(thumbnailStore::folder());
+    AppDelegate app(desktop.screen(), desktop.ports(previews, thumbnails));
     delegate = &app;
     app.applicationDidFinishLaunching();
     if (!qEnvironmentVariableIsSet("TROVAST_HIDDEN")) fulfil(commandLine.wish, requests);

@@ -39,7 +39,9 @@ RowContent ResultTableController::row(size_t row) const {
         contents_ = mode->rowContents(firstContent_, kFetchedRows);
         if (row >= firstContent_ + contents_.size()) return {};
     }
-    return contents_[row - firstContent_];
+    RowContent content = contents_[row - firstContent_];
+    if (decorate_) decorate_(content, row);
+    return content;
 }
 
 double ResultTableController::heightOfRow() const {

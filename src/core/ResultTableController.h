@@ -32,12 +32,17 @@ class ResultTableController : public ResultTableData {
     void setReloadedBlock(std::function<void(const ChangedRows&)> block) {
         reloaded_ = std::move(block);
     }
+    /// Adds to a row what is known beside its mode. Called for each row that the table asks for.
+    void setDecoration(std::function<void(RowContent&, size_t row)> block) {
+        decorate_ = std::move(block);
+    }
 
   private:
     ResultTableView& table_;
     WindowView& window_;
     ModeHost& host_;
     std::function<void(const ChangedRows&)> reloaded_;
+    std::function<void(RowContent&, size_t row)> decorate_;
     bool resultTableViewReloadDataInProgress_ = false;
     int resultTableViewResizeInProgress_ = 0;  // resizings under way
     // The rows that were asked for last: the table asks row by row, a mode answers a screenful in

@@ -2,6 +2,7 @@
 
 #include "core/FrontmostApplication.h"
 #include "core/HidingGuard.h"
+#include "core/PreviewController.h"
 #include "core/SearchFieldController.h"
 #include "core/state/GlobalState.h"
 #include "platform/Updater.h"
@@ -62,6 +63,7 @@ void SearchWindowController::closeWindowAndHideApplication(
     Hide hide, const std::optional<std::string>& frontmostApplicationBundleId) {
     if (parts_.guard.authorizationInProgress()) return;
     if (closedWithWindow_) closedWithWindow_();
+    parts_.preview.close();
     const bool wasVisible = parts_.window.isVisible();
     parts_.window.hide();
     if (wasVisible) visibilityChanged_.emit(false);
@@ -94,6 +96,7 @@ void SearchWindowController::windowDidResize() {
 }
 
 void SearchWindowController::windowWillClose() {
+    parts_.preview.close();
     const bool wasVisible = parts_.window.isVisible();
     parts_.window.hide();
     if (wasVisible) visibilityChanged_.emit(false);

@@ -11,6 +11,7 @@
 
 class FrontmostApplication;
 class HidingGuard;
+class PreviewController;
 class SearchFieldController;
 class Updater;
 
@@ -24,6 +25,7 @@ class SearchWindowController : public WindowViewDelegate, public OwnApplicationD
         SearchFieldController& field;
         FrontmostApplication& frontmost;
         HidingGuard& guard;
+        PreviewController& preview;
         const Updater& updater;
     };
     explicit SearchWindowController(const Parts& parts);

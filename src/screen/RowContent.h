@@ -1,9 +1,11 @@
 #pragma once
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "screen/Geometry.h"
+#include "util/Picture.h"
 
 /// A line below name and path.
 struct RowLine {
@@ -21,7 +23,8 @@ struct RowContent {
     std::string path = {};  // second line: the folder
     std::vector<TextRange> pathHighlights = {};
     std::vector<RowLine> attributes = {};
-    std::optional<TextRange> pathSelection = {};  // it counts instead of the name, which is dim
+    std::optional<TextRange> pathSelection = {};    // it counts instead of the name, which is dim
+    std::shared_ptr<const Picture> thumbnail = {};  // instead of the icon
     bool isLink = false;
     bool isMarked = false;
 };

@@ -8,6 +8,7 @@
 
 #include "core/HidingGuard.h"
 #include "core/ModeSwitcher.h"
+#include "core/PreviewController.h"
 #include "core/SearchFieldController.h"
 #include "core/UserMessages.h"
 #include "modes/TRVSearchMode.h"
@@ -58,11 +59,31 @@ SearchFieldKeys::SearchFieldKeys(const Parts& parts)
           {"Switching modes", "General", "Selection", "File Management", "Search History"})) {}
 
 bool SearchFieldKeys::searchFieldMayReceiveInput() const {
-    return !parts_.guard.isHidingPrevented() && parts_.field.isSearchFieldEnabled();
+    return !parts_.guard.isHidingPrevented() && !parts_.preview.isVisible() &&
+           parts_.field.isSearchFieldEnabled();
+}
+
+bool SearchFieldKeys::previewKeyDown(const KeyEvent& event) {
+    const uint64_t flags = maskedModifierFlags(event.modifierFlags);
+    if (event.keyCode == kKeyEscape && flags == 0) {
+        parts_.preview.close();
+        return true;
+    }
+    if (event.keyCode == kKeyReturn && flags == 0)
+        return openSelection(OpenWith::defaultApplication);
+    constexpr uint64_t kCommands =
+        kModifierCommand | kModifierControl | kModifierOption | kModifierFunction;
+    if ((flags & kCommands) == 0) return false;
+    const bool handled = handleSearchFieldKeyDownEvent(event);
+    parts_.preview.selectionMayHaveChanged();  // also to another part of the row's path
+    return handled;
 }
 
 bool SearchFieldKeys::searchFieldKeyDown(const KeyEvent& event) {
     if (searchFieldMayReceiveInput() && handleSearchFieldKeyDownEvent(event)) return true;
+    if (parts_.preview.isVisible() && !parts_.guard.isHidingPrevented() &&
+        parts_.field.isSearchFieldEnabled() && previewKeyDown(event))
+        return true;
     // The usual keys for cancelling must not empty the field.
     const uint64_t flags = maskedModifierFlags(event.modifierFlags);
     const bool cancels = (flags == kModifierCommand && event.keyCode == kKeyPeriod) ||

@@ -10,6 +10,7 @@ class ItemActions;
 class ItemOpener;
 class ModeHost;
 class ModeSwitcher;
+class PreviewController;
 class ProjectKeys;
 class SearchFieldController;
 class SearchFieldView;
@@ -37,6 +38,7 @@ class SearchFieldKeys {
         ProjectKeys& projectKeys;
         ItemOpener& opener;
         ItemActions& actions;
+        PreviewController& preview;
         UserMessages& messages;
         const HidingGuard& guard;
         const Updater& updater;
@@ -55,6 +57,8 @@ class SearchFieldKeys {
 
   private:
     bool searchFieldMayReceiveInput() const;
+    /// While the preview is open the text and the plain keys are not the field's commands.
+    bool previewKeyDown(const KeyEvent& event);
     bool handleNavigationKeysWithEvent(const KeyEvent& event, const TRVMode& mode);
     /// Keys with a meaning of their own; nothing: it is none of them.
     std::optional<bool> handleFixedKey(const KeyEvent& event, uint64_t flags, TRVMode& mode);

@@ -2,6 +2,7 @@
 
 #include <QIcon>
 #include <QPainter>
+#include <algorithm>
 
 #include "views/DrawnIcons.h"
 
@@ -24,6 +25,28 @@ QPixmap IconCache::pixmap(const std::string& iconName, int size, double scale) {
     auto found = pixmaps_.constFind(key);
     if (found == pixmaps_.constEnd()) found = pixmaps_.insert(key, make(key.name, size, scale));
     return *found;
+}
+
+QPixmap IconCache::pixmap(const std::shared_ptr<const Picture>& picture, int size, double scale) {
+    constexpr size_t kMostSmalls = 64;
+    const auto found = std::find_if(smalls_.begin(), smalls_.end(), [&](const Small& small) {
+        return small.picture == picture && small.size == size && small.scale == scale;
+    });
+    if (found != smalls_.end()) {
+        smalls_.splice(smalls_.begin(), smalls_, found);
+        return found->pixmap;
+    }
+    const QImage image(reinterpret_cast<const uchar*>(picture->pixels.data()), int(picture->width),
+                       int(picture->height), QImage::Format_ARGB32_Premultiplied);
+    const int side = qRound(size * scale);
+    QPixmap pixmap = QPixmap::fromImage(
+        image.width() > side || image.height() > side
+            ? image.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation)
+            : image.copy());
+    pixmap.setDevicePixelRatio(scale);
+    smalls_.push_front({picture, size, scale, pixmap});
+    if (smalls_.size() > kMostSmalls) smalls_.pop_back();
+    return pixmap;
 }
 
 QPixmap IconCache::make(const QString& iconName, int size, double scale) const {

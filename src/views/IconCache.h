@@ -2,6 +2,10 @@
 #include <QHash>
 #include <QMimeDatabase>
 #include <QPixmap>
+#include <list>
+#include <memory>
+
+#include "util/Picture.h"
 
 /// Pictures for freedesktop icon names: from the desktop's icon theme, there also by the generic
 /// name of the media type, else drawn by ourselves.
@@ -10,6 +14,8 @@ class IconCache {
   public:
     /// A square picture of size logical pixels for a screen of the given scale.
     QPixmap pixmap(const std::string& iconName, int size, double scale);
+    /// The picture made smaller to fit a square of size logical pixels, never larger.
+    QPixmap pixmap(const std::shared_ptr<const Picture>& picture, int size, double scale);
     /// When the icon theme has changed.
     void clear() { pixmaps_.clear(); }
 
@@ -26,5 +32,12 @@ class IconCache {
         }
     };
     QHash<Key, QPixmap> pixmaps_;  // as many as there are icon names in use: some hundreds
+    struct Small {
+        std::shared_ptr<const Picture> picture;
+        int size;
+        double scale;
+        QPixmap pixmap;
+    };
+    std::list<Small> smalls_;  // of pictures, the last used first
     QMimeDatabase mimeTypes_;
 };

@@ -11,6 +11,7 @@ namespace {
 constexpr double kSelectionInset = 5, kSelectionRadius = 7;
 constexpr double kAttributeLine = 20;
 constexpr float kDim = 0.4F;  // of a name whose folder is selected
+constexpr double kThumbnailRadius = 3;
 constexpr double kMarkedDot = 8, kMarkedRoom = 16;
 
 /// For desktops without a font of coloured pictures. As long as before, in units.
@@ -53,7 +54,10 @@ void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& co
     const QRectF icon(row.left() + kIconLeft, row.top() + (row.height() - kIconSize) / 2, kIconSize,
                       kIconSize);
     const double scale = painter.device()->devicePixelRatioF();
-    painter.drawPixmap(icon.topLeft(), icons_.pixmap(content.iconName, kIconSize, scale));
+    if (content.thumbnail)
+        drawThumbnail(painter, icon, content.thumbnail);
+    else
+        painter.drawPixmap(icon.topLeft(), icons_.pixmap(content.iconName, kIconSize, scale));
     drawBadges(painter, icon, row, content, look);
 
     const bool selected = look == Look::selected;
@@ -90,6 +94,27 @@ void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& co
     double y = row.top() + 39;
     for (const RowLine& attributes : content.attributes)
         drawAttributes(painter, attributes, selected, x, y += kAttributeLine, width);
+}
+
+void RowPainter::drawThumbnail(QPainter& painter, const QRectF& icon,
+                               const std::shared_ptr<const Picture>& thumbnail) {
+    const double scale = painter.device()->devicePixelRatioF();
+    const QPixmap pixmap = icons_.pixmap(thumbnail, kIconSize, scale);
+    const QSizeF size = QSizeF(pixmap.size()) / scale;
+    QRectF place(QPointF(), size);
+    place.moveCenter(icon.center());
+    place.moveTopLeft(place.topLeft().toPoint());
+    QPainterPath edge;
+    edge.addRoundedRect(place, kThumbnailRadius, kThumbnailRadius);
+    painter.save();
+    painter.setClipPath(edge, Qt::IntersectClip);
+    painter.drawPixmap(place.topLeft(), pixmap);
+    painter.restore();
+    // So that a white page does not melt into a white window.
+    painter.setPen(QPen(theme_->border, 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(place.adjusted(0.5, 0.5, -0.5, -0.5), kThumbnailRadius,
+                            kThumbnailRadius);
 }
 
 void RowPainter::drawAttributes(QPainter& painter, const RowLine& attributes, bool selected,

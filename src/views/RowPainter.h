@@ -30,6 +30,9 @@ class RowPainter {
     /// Base line of the text at y.
     void drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x, double y,
                   double width);
+    /// In the middle of the icon's place.
+    void drawThumbnail(QPainter& painter, const QRectF& icon,
+                       const std::shared_ptr<const Picture>& thumbnail);
     /// In the largest font in which it fits, the middle left out if it fits in none.
     void drawAttributes(QPainter& painter, const RowLine& attributes, bool selected, double x,
                         double y, double width);

@@ -37,7 +37,10 @@ SearchWindow::SearchWindow(WindowSystem system)
       field_(std::make_unique<SearchField>(&panel_, system_.keySymbols)),
       tableClip_(new QWidget(&panel_)),
       table_(new ResultTable),
-      infoBar_(new InfoBar) {
+      infoBar_(new InfoBar),
+      preview_(system_, {.sheet = [this] { return toQRect(frame()); },
+                         .screen = [this] { return screen()->availableGeometry(); },
+                         .window = [this] { return &panel_; }}) {
     table_->setParent(tableClip_);
     infoBar_->setParent(&panel_);
     panel_.setEvents({.activationChanged =
@@ -78,6 +81,7 @@ void SearchWindow::renewTheme() {
     field_->setTheme(&theme_);
     table_->setTheme(&theme_);
     infoBar_->setTheme(&theme_);
+    preview_.setTheme(&theme_);
 }
 
 void SearchWindow::setLook(const ModeLook& look) {
@@ -112,6 +116,7 @@ void SearchWindow::drag(bool leftEdge, int distance) {
 
 void SearchWindow::tellOfPlace() {
     if (isPlacing_) return;
+    preview_.neighbourMoved();
     const Rect now = frame();
     const Rect before = std::exchange(told_, now);
     if (!delegate_) return;

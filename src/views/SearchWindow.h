@@ -9,6 +9,7 @@
 #include "views/EdgeGrip.h"
 #include "views/InfoBar.h"
 #include "views/Panel.h"
+#include "views/PreviewPanel.h"
 #include "views/ResultTable.h"
 #include "views/SearchField.h"
 #include "views/WindowSystem.h"
@@ -24,6 +25,7 @@ class SearchWindow : public WindowView {
     ResultTableView& table() { return *table_; }
     InfoBarView& infoBar() { return *infoBar_; }
     IndicatorsView& indicators() { return infoBar_->indicators(); }
+    PreviewView& preview() { return preview_; }
     QWidget* widget() { return &panel_; }
     /// The sheet's place on the desktop as Qt counts it: y downward.
     QRect sheetPlace() const;
@@ -74,6 +76,7 @@ class SearchWindow : public WindowView {
     QVariantAnimation resizing_;
     QRect target_;                              // of the running animation
     std::vector<std::function<void()>> ended_;  // for its end
-    Rect told_;                                 // the frame that the delegate knows
-    bool isPlacing_ = false;                    // the panel moves before its sheet has its size
+    PreviewPanel preview_;
+    Rect told_;               // the frame that the delegate knows
+    bool isPlacing_ = false;  // the panel moves before its sheet has its size
 };

@@ -137,7 +137,7 @@ TEST_F(CommandsTest, MetadataThatIsNotReadIsAskedFor) {
 
 TEST_F(CommandsTest, WhatIsNotThereYetSaysSo) {
     startWithProject();
-    for (const char* identifier : {"QuickLook", "NewFolder", "SwitchToHistoryMode"}) {
+    for (const char* identifier : {"NewFolder", "SwitchToHistoryMode"}) {
         EXPECT_FALSE(perform(identifier));
         const auto name = KeyboardShortcuts::sharedInstance()
                               .keyboardShortcutDefinitionFor(identifier)

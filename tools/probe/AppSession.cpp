@@ -42,6 +42,7 @@ AppSession::AppSession(const Start& start) {
                                                 .keyEvents = screen.keyEvents,
                                                 .quitProgress = screen.quitProgress,
                                                 .quickStart = screen.quickStart,
+                                                .preview = screen.preview,
                                                 .diskAccess = screen.diskAccess,
                                                 .preferences = screen.preferences,
                                                 .help = screen.help},
@@ -56,6 +57,8 @@ AppSession::AppSession(const Start& start) {
                                                       .appearance = desktop_,
                                                       .updater = desktop_,
                                                       .diskAccess = desktop_,
+                                                      .previews = desktop_.previews,
+                                                      .thumbnails = desktop_.thumbnails,
                                                       .home = start.home});
     app_->applicationDidFinishLaunching();
 }

@@ -1,5 +1,6 @@
 #include "core/app/AppDelegate.h"
 
+#include "core/isExcluded.h"
 #include "core/state/GlobalState.h"
 #include "platform/StatusBar.h"
 #include "shell/commands/commands.h"
@@ -33,11 +34,24 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
           {.view = screen.views.indicators, .host = host_, .field = field_, .toggles = toggles_}),
       frontmost_(desktop.frontmost),
       guard_([this] { field_.focusOnSearchField(); }),
+      preview_({.view = screen.preview,
+                .previews = desktop.previews,
+                .fileTypes = desktop.fileTypes,
+                .selection = [this] { return selectedURLs(); },
+                .error = [this](const std::string& text) { messages_.error(text); }}),
+      rowThumbnails_({.thumbnails = desktop.thumbnails,
+                      .table = screen.views.table,
+                      .host = host_,
+                      .isExcluded =
+                          [this](const FileURL& url) {
+                              return isExcluded(url, searchMode_.projects(), desktop_.fileTypes);
+                          }}),
       window_({.window = screen.views.window,
                .application = desktop.application,
                .field = field_,
                .frontmost = frontmost_,
                .guard = guard_,
+               .preview = preview_,
                .updater = desktop.updater}),
       modeSwitcher_({.host = host_,
                      .window = screen.views.window,
@@ -86,6 +100,7 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
              .projectKeys = projectKeys_,
              .opener = opener_,
              .actions = itemActions_,
+             .preview = preview_,
              .messages = messages_,
              .guard = guard_,
              .updater = desktop.updater,
@@ -152,6 +167,8 @@ void AppDelegate::joinParts() {
          {static_cast<TRVMode*>(&searchMode_), static_cast<TRVMode*>(&browserMode_),
           static_cast<TRVMode*>(&recentMode_), static_cast<TRVMode*>(&markedItemsMode_)})
         modeSwitcher_.addMode(*mode);
+    table_.setDecoration(
+        [this](RowContent& content, size_t row) { rowThumbnails_.addTo(content, row); });
     host_.setFreshnessSource([this] { return searchMode_.freshness(); });
     joinKeys();
     screen_.views.field.setDelegate(this);
@@ -167,6 +184,7 @@ void AppDelegate::joinParts() {
     scanCompleted_ = searchMode_.scanCompleted().observe([this] { quickStart_.indexChanged(); });
     visibility_ = window_.visibilityChanged().observe([this](bool visible) {
         searchMode_.setWindowVisible(visible);
+        rowThumbnails_.somethingHappened();
         host_.updateFreshness();
         if (!visible) help_.reset();
     });
@@ -184,6 +202,7 @@ void AppDelegate::joinKeys() {
                                                        .toggles = toggles_,
                                                        .actions = itemActions_,
                                                        .help = help_,
+                                                       .preview = preview_,
                                                        .messages = messages_});
     // Before quitByHold_ goes, it takes the monitor away.
     screen_.keyEvents.setMonitor([this](const KeyEvent& event) {
@@ -192,6 +211,23 @@ void AppDelegate::joinKeys() {
         return quitByHold_.sendEvent(event) || preferences_.sendEvent(event) ||
                help_.sendEvent(event);
     });
+}
+
+std::vector<FileURL> AppDelegate::selectedURLs() {
+    auto* files = dynamic_cast<TRVModeRepresentingFiles*>(host_.currentMode());
+    return files ? files->clickedOrSelectedURLs() : std::vector<FileURL>();
+}
+
+void AppDelegate::tableViewSelectionDidChange() {
+    table_.tableViewSelectionDidChange();
+    help_.selectionDidChange();
+    preview_.selectionMayHaveChanged();
+    rowThumbnails_.somethingHappened();
+}
+
+void AppDelegate::clipViewBoundsDidChange() {
+    table_.clipViewBoundsDidChange();
+    rowThumbnails_.somethingHappened();
 }
 
 bool AppDelegate::rowEditDoCommand(RowEditCommand command, const std::u16string& text) {

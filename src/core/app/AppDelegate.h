@@ -11,9 +11,11 @@
 #include "core/ItemOpener.h"
 #include "core/ItemRenamer.h"
 #include "core/ModeSwitcher.h"
+#include "core/PreviewController.h"
 #include "core/ProjectSwitcher.h"
 #include "core/QuickStart.h"
 #include "core/ResultTableController.h"
+#include "core/RowThumbnails.h"
 #include "core/RowsFile.h"
 #include "core/ScanRefresh.h"
 #include "core/SearchFieldController.h"
@@ -54,6 +56,8 @@ struct DesktopPorts {
     Appearance& appearance;
     Updater& updater;
     DiskAccess& diskAccess;
+    Previews& previews;
+    Thumbnails& thumbnails;
     FileURL home;  // the user's
 };
 
@@ -63,6 +67,7 @@ struct Screen {
     KeyEvents& keyEvents;
     QuitProgressView& quitProgress;
     QuickStartView& quickStart;
+    PreviewView& preview;
     DiskAccessView& diskAccess;
     PreferencesView& preferences;
     HelpView& help;
@@ -119,18 +124,17 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     void watchRows();
 
     void search(const std::u16string& query);
+    std::vector<FileURL> selectedURLs();
 
     void searchFieldSelectionDidChange(TextRange selection) override {
+        rowThumbnails_.somethingHappened();
         field_.selectionChanged(selection);
     }
     bool searchFieldKeyDown(const KeyEvent& event) override {
         return keys_.searchFieldKeyDown(event);
     }
-    void tableViewSelectionDidChange() override {
-        table_.tableViewSelectionDidChange();
-        help_.selectionDidChange();
-    }
-    void clipViewBoundsDidChange() override { table_.clipViewBoundsDidChange(); }
+    void tableViewSelectionDidChange() override;
+    void clipViewBoundsDidChange() override;
     bool rowEditDoCommand(RowEditCommand command, const std::u16string& text) override;
     void rowEditDidEnd() override;
     void rowDoubleClicked(size_t) override {
@@ -152,6 +156,8 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     Indicators indicators_;            // the buttons that show them
     FrontmostApplication frontmost_;   // who had the keyboard
     HidingGuard guard_;                // what keeps the window from going
+    PreviewController preview_;        // what the selected item holds
+    RowThumbnails rowThumbnails_;      // pictures instead of icons
     SearchWindowController window_;    // showing and hiding
     ModeSwitcher modeSwitcher_;        // which mode is in it
     ProjectSwitcher projectSwitcher_;  // which project is searched

@@ -132,7 +132,10 @@ void AppDelegate::watchTheme() {
 
 void AppDelegate::watchRows() {
     const char* path = std::getenv("TROVAST_ROWS_TO");
-    if (!path || !*path) return;
-    rowsFile_ = std::make_unique<RowsFile>(path);
-    table_.setReloadedBlock([this](const ChangedRows&) { rowsFile_->write(table_); });
+    if (path && *path) rowsFile_ = std::make_unique<RowsFile>(path);
+    table_.setReloadedBlock([this](const ChangedRows&) {
+        preview_.selectionMayHaveChanged();
+        rowThumbnails_.somethingHappened();
+        if (rowsFile_) rowsFile_->write(table_);
+    });
 }

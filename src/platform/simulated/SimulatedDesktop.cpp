@@ -115,9 +115,10 @@ void SimulatedDesktop::setString(const std::string& text) {
     request("pasteboard", {{"text", pathToText(text)}});
 }
 
-std::string SimulatedDesktop::iconNameForItem(const FileURL&, uint8_t itemType) const {
+std::string SimulatedDesktop::iconNameForItem(const FileURL& url, uint8_t itemType) const {
     constexpr uint8_t kFolder = 2;
-    return itemType & kFolder ? "folder" : "text-x-generic";
+    if (itemType & kFolder) return "folder";
+    return url.pathExtension() == "png" ? "image-png" : "text-x-generic";
 }
 
 std::unique_ptr<FileEventStream> SimulatedDesktop::streamCreate(Request request) {

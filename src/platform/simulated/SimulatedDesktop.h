@@ -12,7 +12,9 @@
 #include "platform/HotKeys.h"
 #include "platform/OwnApplication.h"
 #include "platform/Pasteboard.h"
+#include "platform/Previews.h"
 #include "platform/StatusBar.h"
+#include "platform/Thumbnails.h"
 #include "platform/Updater.h"
 #include "platform/simulated/SimulatedScreen.h"
 
@@ -41,6 +43,27 @@ class SimulatedDesktop : public OwnApplication,
     };
 
     SimulatedScreen screen;
+
+    /// Keeps what was asked for; whoever drives the desktop answers.
+    struct AskedPreviews : Previews {
+        void request(const Request& request, Answer answer) override {
+            asked.push_back(request);
+            answers.push_back(std::move(answer));
+        }
+        void cancel() override { cancels++; }
+        std::vector<Request> asked;
+        std::vector<Answer> answers;
+        int cancels = 0;
+    } previews;
+    struct AskedThumbnails : Thumbnails {
+        void request(std::vector<FileURL> urls, Answer answerer) override {
+            asked.push_back(std::move(urls));
+            answer = std::move(answerer);
+        }
+        void cancel() override { answer = {}; }
+        std::vector<std::vector<FileURL>> asked;
+        Answer answer;  // while some are asked for
+    } thumbnails;
 
     // The desktop's state, to be set as one likes.
     /// One that opens everything.

@@ -14,6 +14,7 @@
 #include "screen/InfoBarView.h"
 #include "screen/KeyEvent.h"
 #include "screen/PreferencesView.h"
+#include "screen/PreviewView.h"
 #include "screen/QuickStartView.h"
 #include "screen/QuitProgressView.h"
 #include "screen/SearchFieldView.h"
@@ -179,6 +180,18 @@ class SimulatedPreferences : public PreferencesView {
     bool visible = false, recording = false;
 };
 
+class SimulatedPreview : public PreviewView {
+  public:
+    void show() override { visible = true; }
+    void hide() override { visible = false; }
+    bool isVisible() const override { return visible; }
+    void setContent(const PreviewContent& c) override { content = c; }
+    uint32_t picturePixels() const override { return 400; }
+
+    PreviewContent content;
+    bool visible = false;
+};
+
 class SimulatedDiskAccessWindow : public DiskAccessView {
   public:
     void show(Buttons b) override { buttons.emplace(std::move(b)); }
@@ -220,6 +233,7 @@ struct SimulatedScreen {
     SimulatedAlerts alerts;
     SimulatedQuitProgress quitProgress;
     SimulatedQuickStart quickStart;
+    SimulatedPreview preview;
     SimulatedDiskAccessWindow diskAccess;
     SimulatedPreferences preferences;
     SimulatedHelp help;

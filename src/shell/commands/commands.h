@@ -11,6 +11,7 @@ class Help;
 class ItemActions;
 class ModeHost;
 class ModeSwitcher;
+class PreviewController;
 class ProjectSwitcher;
 class ResultTableController;
 class SearchFieldController;
@@ -37,6 +38,7 @@ struct CommandParts {
     SearchToggles& toggles;
     ItemActions& actions;
     Help& help;
+    PreviewController& preview;
     UserMessages& messages;
 };
 

@@ -1,3 +1,4 @@
+#include "core/PreviewController.h"
 #include "core/ResultTableController.h"
 #include "modes/TRVSearchMode.h"
 #include "modes/framework/ModeHost.h"
@@ -40,6 +41,7 @@ CommandBlocks selectionCommands(const CommandParts& parts) {
         {"ShowInfoInFinder", action(&ItemActions::actionShowInfo)},
         {"RevealInFinder", action(&ItemActions::actionRevealInFinder)},
         {"OpenInTextEditor", action(&ItemActions::actionOpenInTextEditor)},
+        {"QuickLook", [parts] { return parts.preview.togglePreviewPanel(); }},
         {"JumpToSelection", [parts] { return jumpToSelection(parts); }},
     };
 }

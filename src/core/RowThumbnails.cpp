@@ -1,0 +1,86 @@
+#include "core/RowThumbnails.h"
+
+#include "modes/framework/ModeHost.h"
+#include "modes/framework/TRVModeRepresentingFiles.h"
+#include "util/World.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kQuiet = 600ms;
+constexpr auto kFresh = 60s;  // then the file may have changed
+constexpr size_t kMostKept = 128;
+constexpr size_t kSearched = 64;  // rows around the first one in sight
+
+}  // namespace
+
+bool RowThumbnails::mayHaveOne(const RowContent& content) {
+    if (content.pathSelection) return false;  // the row stands for a folder
+    const std::string_view icon = content.iconName;
+    return icon.starts_with("image-") || icon.starts_with("video-") || icon == "application-pdf";
+}
+
+std::list<RowThumbnails::Kept>::const_iterator RowThumbnails::find(const FileURL& url) const {
+    const auto place = places_.find(url);
+    return place == places_.end() ? kept_.end() : std::list<Kept>::const_iterator(place->second);
+}
+
+void RowThumbnails::addTo(RowContent& content, size_t row) const {
+    content.thumbnail.reset();
+    if (kept_.empty() || !mayHaveOne(content)) return;
+    auto* const mode = dynamic_cast<TRVModeRepresentingFiles*>(parts_.host.currentMode());
+    const auto url = mode ? mode->urlOfFilteredItemAtIndex(row) : std::nullopt;
+    const auto found = url ? find(*url) : kept_.end();
+    if (found != kept_.end()) content.thumbnail = found->picture;
+}
+
+void RowThumbnails::somethingHappened() {
+    parts_.thumbnails.cancel();
+    quiet_.stop();
+    if (parts_.host.isMainWindowVisible()) quiet_.start(kQuiet, [this] { requestRowsInSight(); });
+}
+
+void RowThumbnails::requestRowsInSight() {
+    auto* const mode = dynamic_cast<TRVModeRepresentingFiles*>(parts_.host.currentMode());
+    if (!mode) return;
+    const size_t count = parts_.host.numberOfRows();
+    size_t row = 0;
+    if (const double top = parts_.table.clipOrigin().y; top > 0)
+        while (row < count && !parts_.table.isRowVisible(row)) row++;
+    const auto now = World::current().clock().now();
+    std::vector<FileURL> wanted;
+    for (const size_t end = std::min(count, row + kSearched);
+         row < end && parts_.table.isRowVisible(row); row++) {
+        const auto contents = mode->rowContents(row, 1);
+        if (contents.empty() || !mayHaveOne(contents.front())) continue;
+        const auto url = mode->urlOfFilteredItemAtIndex(row);
+        if (!url || parts_.isExcluded(*url)) continue;
+        const auto found = find(*url);
+        if (found == kept_.end() || now - found->since > kFresh) wanted.push_back(*url);
+    }
+    if (wanted.empty()) return;
+    parts_.thumbnails.request(
+        std::move(wanted), [this](const FileURL& url, const auto& picture) { keep(url, picture); });
+}
+
+void RowThumbnails::keep(const FileURL& url, const std::shared_ptr<const Picture>& picture) {
+    const auto place = places_.find(url);
+    const bool isSame =
+        place != places_.end() &&
+        (place->second->picture == picture ||
+         (place->second->picture && picture && *place->second->picture == *picture));
+    if (place != places_.end()) {
+        kept_.erase(place->second);
+        places_.erase(place);
+    }
+    kept_.push_front({url, picture, World::current().clock().now()});
+    places_[url] = kept_.begin();
+    if (kept_.size() > kMostKept) {
+        places_.erase(kept_.back().url);
+        kept_.pop_back();
+    }
+    auto* const mode = dynamic_cast<TRVModeRepresentingFiles*>(parts_.host.currentMode());
+    const auto row = mode && !isSame ? mode->rowIndexOfFilteredItemByURL(url) : std::nullopt;
+    if (row && *row < parts_.host.numberOfRows()) parts_.table.reloadRows({*row});
+}

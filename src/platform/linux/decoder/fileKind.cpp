@@ -1,0 +1,72 @@
+#include "platform/linux/decoder/fileKind.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+using namespace std::string_view_literals;
+
+namespace {
+
+struct Mark {
+    size_t at;
+    std::string_view bytes;
+    FileKind kind;
+};
+constexpr std::array kMarks = {
+    Mark{0, "\x89PNG\r\n\x1a\n"sv, FileKind::picture},
+    Mark{0, "\xff\xd8\xff"sv, FileKind::picture},
+    Mark{0, "GIF8"sv, FileKind::picture},
+    Mark{0, "II*\0"sv, FileKind::picture},
+    Mark{0, "MM\0*"sv, FileKind::picture},
+    Mark{8, "WEBP"sv, FileKind::picture},
+    Mark{0, "\0\0\1\0"sv, FileKind::picture},
+    Mark{4, "ftypavif"sv, FileKind::picture},
+    Mark{4, "ftypheic"sv, FileKind::picture},
+    Mark{0, "%PDF-"sv, FileKind::pdf},
+    Mark{4, "ftyp"sv, FileKind::media},
+    Mark{0, "OggS"sv, FileKind::media},
+    Mark{0, "fLaC"sv, FileKind::media},
+    Mark{0, "ID3"sv, FileKind::media},
+    Mark{0, "\xff\xfb"sv, FileKind::media},
+    Mark{0, "\xff\xf3"sv, FileKind::media},
+    Mark{0, "\xff\xf1"sv, FileKind::media},
+    Mark{0, "RIFF"sv, FileKind::media},
+    Mark{0, "\x1a\x45\xdf\xa3"sv, FileKind::media},
+    Mark{0, "FLV\1"sv, FileKind::media},
+    Mark{0, "\0\0\1\xba"sv, FileKind::media},
+    Mark{0, "\x30\x26\xb2\x75\x8e\x66\xcf\x11"sv, FileKind::media},
+    Mark{0, "FORM"sv, FileKind::media},
+    Mark{0, ".snd"sv, FileKind::media},
+};
+constexpr std::array<std::pair<std::string_view, FileKind>, 12> kEndings = {{
+    {"svg", FileKind::drawing},
+    {"svgz", FileKind::drawing},
+    {"bmp", FileKind::picture},
+    {"ppm", FileKind::picture},
+    {"pgm", FileKind::picture},
+    {"pbm", FileKind::picture},
+    {"xpm", FileKind::picture},
+    {"xbm", FileKind::picture},
+    {"tga", FileKind::picture},
+    {"jxl", FileKind::picture},
+    {"mpg", FileKind::media},
+    {"m2ts", FileKind::media},
+}};
+
+}  // namespace
+
+FileKind fileKind(std::string_view firstBytes, std::string_view name) {
+    for (const Mark& mark : kMarks)
+        if (firstBytes.size() > mark.at &&
+            firstBytes.substr(mark.at, mark.bytes.size()) == mark.bytes)
+            return mark.kind;
+    const size_t dot = name.rfind('.');
+    if (dot == std::string_view::npos) return FileKind::unknown;
+    std::string ending(name.substr(dot + 1));
+    std::transform(ending.begin(), ending.end(), ending.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    for (const auto& [known, kind] : kEndings)
+        if (known == ending) return kind;
+    return FileKind::unknown;
+}
