@@ -2,7 +2,6 @@
 
 #include <QFontDatabase>
 #include <QPainter>
-#include <QScrollBar>
 #include <algorithm>
 
 #include "views/MarkedText.h"
@@ -36,9 +35,7 @@ PreviewBody::PreviewBody(QWidget* parent)
     text_->setTextInteractionFlags(Qt::NoTextInteraction);
     text_->setUndoRedoEnabled(false);
     text_->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    text_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list_->setSelectionMode(QAbstractItemView::NoSelection);
-    list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list_->setTextElideMode(Qt::ElideMiddle);
     list_->setIconSize({kListIcon, kListIcon});
     list_->setUniformItemSizes(true);
@@ -46,6 +43,9 @@ PreviewBody::PreviewBody(QWidget* parent)
     for (QAbstractScrollArea* area :
          {static_cast<QAbstractScrollArea*>(text_), static_cast<QAbstractScrollArea*>(list_)}) {
         area->setFocusPolicy(Qt::NoFocus);
+        // The wheel moves them; the style's bars would stand out.
+        area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         area->setFrameShape(QFrame::NoFrame);
         area->viewport()->setAutoFillBackground(false);
         area->hide();
@@ -181,6 +181,10 @@ void PreviewBody::drawMiddle(QPainter& painter) {
     const QPointF corner = QRectF(middle_).center() - QPointF(size.width(), size.height()) / 2;
     painter.drawPixmap(corner.toPoint(), shown);
     painter.setOpacity(1);
+    if (content_.kind != Kind::picture) return;
+    painter.setPen(QPen(theme_->border, 1));  // a white page has an edge
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(QRectF(corner.toPoint(), size).adjusted(0.5, 0.5, -0.5, -0.5));
 }
 
 void PreviewBody::drawFacts(QPainter& painter) {

@@ -105,7 +105,7 @@ TEST_F(LinuxPreviewsTest, HostileAndOddFilesGiveALine) {
 TEST_F(LinuxPreviewsTest, TextsInTheirCodesAndTheirBeginning) {
     const std::pair<std::string, std::string> cases[] = {
         {"plain\r\n\ttext\n", "plain\n\ttext\n"},
-        {"gr\xfc\xdf", "grüß"},
+        {"Viele Gr\xfc\xdf\x65", "Viele Grüße"},
         {std::string("\xff\xfeh\0i\0", 6), "hi"},
         {"one \x1b[31m escape in a text that is long enough to be one, which takes a while", ""},
     };
