@@ -24,6 +24,7 @@ struct Listener : PreferencesViewDelegate {
         window->showPane(pane);
     }
     void preferencesClosed() override { note("closed"); }
+    void recordingChanged(bool isRecording) override { note(isRecording ? "records" : "recorded"); }
     void toggled(const std::string& id, bool isOn) override { note(id, isOn ? "on" : "off"); }
     void numberEntered(const std::string& id, const std::string& t) override { note(id, t); }
     void choiceMade(const std::string& id, size_t c) override { note(id, std::to_string(c)); }

@@ -1,6 +1,7 @@
 #include "shell/preferences/Preferences.h"
 
 #include "core/FrontmostApplication.h"
+#include "core/GlobalHotKey.h"
 #include "core/HidingGuard.h"
 #include "core/SearchWindowController.h"
 #include "shell/preferences/ownKeys.h"
