@@ -111,7 +111,7 @@ TEST_F(RenameTest, AFileThatVanishesUnderItsEditorLeavesTheNextOneAlone) {
 TEST_F(RenameTest, AModeThatIsLeftMeanwhileIsNotStuckInIt) {
     home_.file("root/a1.txt");
     start();
-    type(u"a1");
+    type(u"a1.txt");
     EXPECT_TRUE(press(kKeyTab));
     rename(searchMode());  // before the other mode has come
     settle();

@@ -159,7 +159,7 @@ TEST_F(PreferencesWindowTest, KeysAreTakenDownForTheChosenCommand) {
     press(Qt::Key_Escape);
     EXPECT_FALSE(window.isRecording());
     press(Qt::Key_Delete);
-    EXPECT_EQ(told(), (Told{"two 48", "remove two"}));
+    EXPECT_EQ(told(), (Told{"records", "recorded", "two 48", "records", "recorded", "remove two"}));
     window.setShortcuts({{.identifier = "two", .name = "Two"}});
     EXPECT_EQ(table.chosen()->identifier, "two");
     window.setShortcuts({});
