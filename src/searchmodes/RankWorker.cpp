@@ -1,6 +1,7 @@
 #include "searchmodes/RankWorker.h"
 
 #include <array>
+#include <limits>
 
 #include "searchmodes/AsciiText.h"
 #include "searchmodes/WideText.h"
@@ -71,6 +72,8 @@ RankWorker::RankWorker(const RankRequest& request, std::span<fs_item_t* const> i
         longest_ = std::max(longest_, term.length());
         plain_ = plain_ && term.isPlain();
     }
+    refuses_ = thorough_ && plain_ && fuzzy_.numberOfSearchTerms() > 0 &&
+               fuzzy_.terms().size() <= kMaxTermsByPositions;
 }
 
 bool RankWorker::rank(IndexRange range) {
@@ -128,10 +131,12 @@ void RankWorker::judge(const fs_item_t& item, NameMask mask) {
     if (thorough_) {
         const NameMask path = folder_.mask() | mask;
         if ((asciiNeed_ & ~path) && !(path & kNotAscii)) return;
+        constexpr double kAnyScore = -std::numeric_limits<double>::infinity();
+        if (refuses_ && judgeText(item, mask, kAnyScore).refused) return;
         scratch_.clear();
         verdict = judgeThoroughly(item, scratch_);
     } else {
-        verdict = request_.filenameOnly ? judgeName(item, mask, bar) : judgePath(item, mask, bar);
+        verdict = judgeText(item, mask, bar);
     }
     if (!verdict.matches) return;
     total_++;
@@ -152,7 +157,7 @@ bool RankWorker::isAsciiName(const fs_item_t& item, NameMask mask) const {
 RankWorker::Verdict RankWorker::judgeName(const fs_item_t& item, NameMask mask, double bar) {
     const unsigned length = item.name_length;
     if (!isAsciiName(item, mask)) return judgeWideText(item, bar);
-    if (length < shortest_) return {};
+    if (length < shortest_) return {.refused = true};
     if (plain_ && length > longest_ && length <= RankTerm::kMaxCandidate) {
         if (length <= 64) return judgeText(AsciiText<uint64_t>(item.name, length), bar);
         return judgeText(AsciiText<UnitBits256>(item.name, length), bar);
@@ -163,7 +168,7 @@ RankWorker::Verdict RankWorker::judgeName(const fs_item_t& item, NameMask mask, 
 
 RankWorker::Verdict RankWorker::judgePath(const fs_item_t& item, NameMask mask, double bar) {
     if (request_.ignoreDiacritics) return judgeWideText(item, bar);
-    if (need_ & ~(folder_.mask() | mask)) return {};
+    if (need_ & ~(folder_.mask() | mask)) return {.refused = true};
     if (plain_ && item.name_length <= 64)
         if (const auto folderLength = folder_.length()) {
             if (!(mask & kNotAscii))
@@ -206,7 +211,7 @@ RankWorker::Verdict RankWorker::judgeText(const Text& text, double bar) const {
     RankTerm::Rows<Text> rows;
     if (terms.size() > 1)  // the cheap refusals of all terms first
         for (const RankTerm& term : terms)
-            if (!term.findRows(text, rows)) return {};
+            if (!term.findRows(text, rows)) return {.refused = true};
     std::array<RankCounts, kMaxTermsByPositions> counts;
     Bits wordStarts(0);
     uint64_t wordStartCount = 0;
@@ -214,14 +219,14 @@ RankWorker::Verdict RankWorker::judgeText(const Text& text, double bar) const {
     double rough = 0;
     for (size_t k = 0; k < terms.size(); k++) {
         const RankTerm& term = terms[k];
-        if (!term.findRows(text, rows)) return {};
+        if (!term.findRows(text, rows)) return {.refused = true};
         if (term.usesWordStarts() && !haveStarts) {
             wordStarts = text.wordStarts();
             wordStartCount = unitBits::count(wordStarts);
             haveStarts = true;
         }
         Bits chosen;
-        if (!term.chooseRuns(rows, wordStarts, counts[k], chosen)) return {};
+        if (!term.chooseRuns(rows, wordStarts, counts[k], chosen)) return {.refused = true};
         // Without a hit the word starts do not enter the score.
         counts[k].wordStarts = counts[k].wordHits ? wordStartCount : 0;
         rough += term.roughScore(text.length(), counts[k]);

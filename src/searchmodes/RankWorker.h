@@ -41,11 +41,16 @@ class RankWorker {
     struct Verdict {
         bool matches = false;
         bool hopeless = false;  // matches, but cannot be among the best
+        bool refused = false;   // a fuzzy term does not match
         double score = 0;
     };
 
     void judge(const fs_item_t& item, NameMask mask);
     bool passesFilters(const fs_item_t& item);
+    /// By the fuzzy terms alone.
+    Verdict judgeText(const fs_item_t& item, NameMask mask, double bar) {
+        return request_.filenameOnly ? judgeName(item, mask, bar) : judgePath(item, mask, bar);
+    }
     Verdict judgeName(const fs_item_t& item, NameMask mask, double bar);
     Verdict judgePath(const fs_item_t& item, NameMask mask, double bar);
     template <class Name>
@@ -73,6 +78,7 @@ class RankWorker {
     bool plain_ = true;       // all terms can be ranked by positions
     bool textTerms_ = false;  // the text of an item has a say
     bool thorough_ = false;   // other engines have a say too
+    bool refuses_ = false;    // and yet the fuzzy terms are asked first
 
     FolderText folder_;
     ItemText text_;

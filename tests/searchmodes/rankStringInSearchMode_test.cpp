@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <set>
 
 #include "platform/FileTypes.h"
 #include "searchmodes/RegexSearch.h"
@@ -212,6 +213,31 @@ TEST_F(Ranking, ItemsPassedOverByTheirLettersWouldNotHaveMatched) {
             EXPECT_EQ(found.total, plain.total) << toUtf8(search) << variant;
             EXPECT_TRUE(rowsOf(found) == rowsOf(plain)) << toUtf8(search) << variant;
         }
+}
+
+TEST_F(Ranking, FuzzyTermsWithExpressionsFindWhatBothFind) {
+    addRandomItems(1000);
+    for (const char16_t* fuzzy : {u"m", u"ma", u"a b", u"S"})
+        for (const char16_t* expression : {u"+a", u"-b", u"+a.b", u"+^r|x$"})
+            for (const unsigned variant : {0u, 1u, 2u, 3u}) {
+                const auto items = [&](const std::u16string& search) {
+                    RankRequest request{.searchString = search};
+                    request.filenameOnly = variant & 1;
+                    request.ignoreDiacritics = variant & 2;
+                    request.limit = kNoResultLimit;
+                    request.makeRegexEngine = RegexSearch::maker(search, nullptr);
+                    const Found found = rank(request);
+                    std::set<const fs_item_t*> matching;
+                    for (const match_ptr& row : *found.rows) matching.insert(row->item);
+                    return matching;
+                };
+                const auto one = items(fuzzy), other = items(expression);
+                std::set<const fs_item_t*> both;
+                std::set_intersection(one.begin(), one.end(), other.begin(), other.end(),
+                                      std::inserter(both, both.end()));
+                EXPECT_TRUE(items(std::u16string(fuzzy) + u" " + expression) == both)
+                    << toUtf8(fuzzy) << " " << toUtf8(expression) << variant;
+            }
 }
 
 TEST_F(Ranking, WithoutAUsableTermNothingIsListed) {
