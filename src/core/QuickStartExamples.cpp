@@ -47,7 +47,9 @@ struct Found {
         if (name.size() < 4 || name.size() > kLongestName) return;
         const auto words = wordsOf(name);
         const bool isFolder = (item.type & ITEM_DIRECTORY) != 0;
-        if (isFolder && !folder && words.size() == 1 && item.parent) folder = name;
+        // What only leads to the user's folders stands alone in the index.
+        const bool hasSiblings = item.parent && item.parent->dircontent->count > 1;
+        if (isFolder && !folder && words.size() == 1 && hasSiblings) folder = name;
         if (isFolder || words.size() < 2 || name.size() < kShortestName) return;
         if (words[0].size() < 3 || words[1].size() < 3) return;
         if (!twoWords)

@@ -188,6 +188,7 @@ TEST_F(AppDelegateTest, TheFirstPageFindsItsExamplesAmongTheUsersFiles) {
     session_->advance(1);
     const QuickStartContent& content = screen().quickStart.content;
     ASSERT_EQ(content.tries.size(), 3u);
+    EXPECT_EQ(content.tries[2].query, "documents") << "not what leads to them";
     EXPECT_TRUE(content.hotKey.empty());
     EXPECT_EQ(desktop().hotKey(), std::nullopt) << "offered, not taken";
     for (size_t i = 0; i < 3; i++) {

@@ -28,7 +28,8 @@ AppSession::AppSession(const Start& start) {
     if (start.screen)
         desktop_.screen.window.screen = {0, 0, start.screen->first, start.screen->second};
     if (start.followsDisk) {
-        events_ = std::make_unique<LinuxFileEvents>();
+        events_ = std::make_unique<LinuxFileEvents>(
+            LinuxFileEvents::Options{.backends = WatchSet::Backends::folders});
         desktop_.eventSource = events_.get();
     }
     if (start.prepare) start.prepare(desktop_);

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <map>
 
 #include "platform/FileEvents.h"
 #include "platform/linux/events/KernelWatch.h"
@@ -15,6 +16,13 @@ namespace {
 
 constexpr uint64_t kNames = FAN_CREATE | FAN_DELETE | FAN_RENAME | FAN_ONDIR;
 constexpr uint64_t kContents = FAN_MODIFY | FAN_CLOSE_WRITE | FAN_ATTRIB | FAN_EVENT_ON_CHILD;
+
+int initFanotify(unsigned flags) {
+    // With the item's own number in it, events of different items of one name are not merged.
+    return fanotify_init(
+        FAN_CLASS_NOTIF | FAN_REPORT_DFID_NAME_TARGET | FAN_NONBLOCK | FAN_CLOEXEC | flags,
+        O_RDONLY);
+}
 
 /// The disk and the folder's number on it, as the events have it.
 std::string keyOf(const void* disk, const file_handle* folder) {
@@ -37,7 +45,7 @@ uint32_t flagsOf(uint64_t mask) {
 
 class FanotifyWatch : public KernelWatch {
   public:
-    explicit FanotifyWatch(int handle) : handle_(handle) {}
+    FanotifyWatch(int handle, bool wholeDisks) : handle_(handle), wholeDisks_(wholeDisks) {}
     int handle() const override { return handle_.get(); }
 
     Added add(int folder, Interest interest) override {
@@ -50,9 +58,11 @@ class FanotifyWatch : public KernelWatch {
             fstatfs(folder, &disk) != 0)
             return {{}, errno};
         const uint64_t mask = interest == Interest::names ? kNames : kNames | kContents;
+        std::string key = keyOf(&disk.f_fsid, number);
+        if (wholeDisks_ && markDisk(key.substr(0, sizeof(fsid_t)), mask, folder)) return {key};
         if (fanotify_mark(handle_.get(), FAN_MARK_ADD | FAN_MARK_ONLYDIR, mask, folder, nullptr))
             return {{}, errno};
-        return {keyOf(&disk.f_fsid, number)};
+        return {key};
     }
 
     /// The mark of a folder that lives on elsewhere stays until the instance ends: to take it off
@@ -70,6 +80,20 @@ class FanotifyWatch : public KernelWatch {
     }
 
   private:
+    bool markDisk(const std::string& disk, uint64_t mask, int folder) {
+        const auto [at, isNew] = marked_.try_emplace(disk, 0);
+        if (!isNew && (at->second == kRefused || (mask & ~at->second) == 0))
+            return at->second != kRefused;
+        // Children and parents are the disk's alike.
+        if (fanotify_mark(handle_.get(), FAN_MARK_ADD | FAN_MARK_FILESYSTEM,
+                          mask & ~uint64_t{FAN_EVENT_ON_CHILD}, folder, nullptr) == 0) {
+            at->second |= mask;
+            return true;
+        }
+        if (at->second == 0) at->second = kRefused;
+        return false;
+    }
+
     void take(const fanotify_event_metadata* event, std::vector<RawEvent>& events) {
         RawEvent raw;
         raw.flags = flagsOf(event->mask);
@@ -105,15 +129,22 @@ class FanotifyWatch : public KernelWatch {
         }
     }
 
+    static constexpr uint64_t kRefused = ~uint64_t{0};
     FileHandle handle_;
+    const bool wholeDisks_;
+    std::map<std::string, uint64_t> marked_;  // what is told of a disk
     const pid_t self_ = getpid();
 };
 
 }  // namespace
 
-std::unique_ptr<KernelWatch> makeFanotifyWatch() {
-    // With the item's own number in it, events of different items of one name are not merged.
-    const int handle = fanotify_init(
-        FAN_CLASS_NOTIF | FAN_REPORT_DFID_NAME_TARGET | FAN_NONBLOCK | FAN_CLOEXEC, O_RDONLY);
-    return handle < 0 ? nullptr : std::make_unique<FanotifyWatch>(handle);
+bool hasUnlimitedFanotify() {
+    return static_cast<bool>(FileHandle(initFanotify(FAN_UNLIMITED_MARKS)));
+}
+
+std::unique_ptr<KernelWatch> makeFanotifyWatch(bool wholeDisks) {
+    int handle = wholeDisks ? initFanotify(FAN_UNLIMITED_MARKS) : -1;
+    if (handle >= 0) return std::make_unique<FanotifyWatch>(handle, true);
+    handle = initFanotify(0);
+    return handle < 0 ? nullptr : std::make_unique<FanotifyWatch>(handle, false);
 }

@@ -36,7 +36,11 @@ class KernelWatch {
 
 /// Null where the kernel or the limits do not allow it, with errno.
 std::unique_ptr<KernelWatch> makeInotifyWatch();
-std::unique_ptr<KernelWatch> makeFanotifyWatch();
+/// Where the process may, one mark serves a whole disk if that is wanted, and nothing limits their
+/// number; not every file system takes such a mark.
+std::unique_ptr<KernelWatch> makeFanotifyWatch(bool wholeDisks);
+/// Whether the process may watch without limits.
+bool hasUnlimitedFanotify();
 
 /// The flags of changed attributes: the kernel does not tell them apart.
 uint32_t attributeFlags();

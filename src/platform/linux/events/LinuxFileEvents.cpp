@@ -50,7 +50,8 @@ std::shared_ptr<EventSourceState> makeState(const LinuxFileEvents::Options& opti
     const size_t ring = options.ringSize;
     if (const auto& most = options.mostWatches)
         return std::make_shared<EventSourceState>(options.backends, ring, *most, *most);
-    return std::make_shared<EventSourceState>(options.backends, ring, options.share);
+    const bool unlimited = options.backends == WatchSet::Backends::best && hasUnlimitedFanotify();
+    return std::make_shared<EventSourceState>(options.backends, ring, options.share, unlimited);
 }
 
 }  // namespace

@@ -24,9 +24,10 @@ size_t part(size_t limit, double share) {
 
 }  // namespace
 
-WatchBudget::WatchBudget(double share)
-    : WatchBudget(part(limitFrom("/proc/sys/fs/fanotify/max_user_marks"), share),
-                  part(limitFrom("/proc/sys/fs/inotify/max_user_watches"), share)) {}
+WatchBudget::WatchBudget(double share, bool unlimited)
+    : WatchBudget(
+          unlimited ? ~size_t{0} : part(limitFrom("/proc/sys/fs/fanotify/max_user_marks"), share),
+          part(limitFrom("/proc/sys/fs/inotify/max_user_watches"), share)) {}
 
 WatchBudget::WatchBudget(size_t fanotify, size_t inotify) : limits_{fanotify, inotify} {}
 

@@ -64,7 +64,8 @@ KernelWatch* WatchSet::instance(WatchBudget::Kind kind) {
     if (!instance.tried) {
         instance.tried = true;
         const bool inotify = kind == WatchBudget::kInotify;
-        instance.watch = inotify ? makeInotifyWatch() : makeFanotifyWatch();
+        instance.watch =
+            inotify ? makeInotifyWatch() : makeFanotifyWatch(backends_ == Backends::best);
         if (!instance.watch) {
             logWarning("File events: no %s: %s", inotify ? "inotify" : "fanotify", strerror(errno));
             return nullptr;

@@ -15,7 +15,8 @@
 /// Fails:   a folder that cannot be watched says why; see Outcome.
 class WatchSet {
   public:
-    enum class Backends { best, fanotify, inotify };
+    /// best: whole disks where the process may; folders: what any user may.
+    enum class Backends { best, folders, fanotify, inotify };
     enum class Outcome {
         watched,
         full,    // no watch is left

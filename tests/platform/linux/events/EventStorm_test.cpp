@@ -66,7 +66,7 @@ void storm(unsigned seed, const LinuxFileEvents::Options& options, int operation
 
 class EventStorms : public testing::TestWithParam<WatchSet::Backends> {};
 INSTANTIATE_TEST_SUITE_P(Backends, EventStorms,
-                         testing::Values(WatchSet::Backends::fanotify,
+                         testing::Values(WatchSet::Backends::best, WatchSet::Backends::fanotify,
                                          WatchSet::Backends::inotify));
 
 TEST_P(EventStorms, AReaderOfPathsEndsEqualToTheDisk) {
