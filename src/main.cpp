@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QIcon>
+#include <QLocale>
 
 #include "core/app/AppDelegate.h"
 #include "platform/linux/FullAccess.h"
@@ -24,7 +25,6 @@
 #include "util/log.h"
 #include "views/AlertDialogs.h"
 #include "views/DiskAccessDialog.h"
-
 #include "views/KeyMonitor.h"
 #include "views/ProgramIcon.h"
 #include "views/QuickStartWindow.h"
@@ -44,7 +44,14 @@ struct Desktop {
                 .prepare = WindowHints::prepareWindow,
                 .takeClicksIn = WindowHints::takeClicksIn,
                 .activate = [this](uintptr_t id) { application.activateWindow(id); },
-                .keySymbols = WindowHints::keySymbol};
+                .keySymbols = WindowHints::keySymbol,
+                .look =
+                    [this] {
+                        return DesktopLook{.isDark = appearance.isDark(),
+                                           .highContrast = appearance.wantsHighContrast(),
+                                           .lessMotion = appearance.wantsLessMotion(),
+                                           .textScale = appearance.textScale()};
+                    }};
     }
     DesktopPorts ports() {
         return {.application = application,
@@ -145,6 +152,7 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName("com.orrinvale.Trovast");
     QApplication::setWindowIcon(programIcon());
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setLayoutDirection(QLocale::system().textDirection());
 
     LinuxEntryPoints entryPoints;
     AppDelegate* delegate = nullptr;

@@ -45,6 +45,7 @@ void SearchWindowController::showMainWindow() {
     auto& settings = OVUserDefaults::sharedInstance();
     settings.setInteger(settings.integerForKey("numberOfInvocations") + 1, "numberOfInvocations");
     const bool wasVisible = parts_.window.isVisible();
+    updateStickyButtonImage();
     parts_.window.show();
     parts_.application.activateIgnoringOtherApps();
     parts_.field.focusOnSearchField();
@@ -72,6 +73,7 @@ void SearchWindowController::closeWindowAndHideApplication(
 
 void SearchWindowController::windowDidBecomeKey() {
     parts_.field.focusOnSearchField();
+    updateStickyButtonImage();
     becameFirstResponder_ = World::current().clock().time();
 }
 
@@ -88,6 +90,15 @@ void SearchWindowController::windowWillClose() {
     parts_.window.hide();
     if (wasVisible) visibilityChanged_.emit(false);
     parts_.application.hide();
+}
+
+void SearchWindowController::stickyButtonClicked() {
+    OVUserDefaults::sharedInstance().setBool(!hidesOnDeFocus(), "hideSearchFieldOnDeFocus");
+    updateStickyButtonImage();
+}
+
+void SearchWindowController::updateStickyButtonImage() {
+    parts_.window.setSticky(!hidesOnDeFocus());
 }
 
 void SearchWindowController::applicationWillResignActive() {

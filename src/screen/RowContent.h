@@ -18,10 +18,12 @@ struct RowContent {
     std::string iconName = {};  // freedesktop icon name, such as "folder" or "image-png"
     std::string name = {};      // first line
     std::vector<TextRange> nameHighlights = {};
+    size_t nameSuffix = 0;  // so many units at the name's end are a remark on it, such as its age
     std::string path = {};  // second line: the folder
     std::vector<TextRange> pathHighlights = {};
     std::vector<RowLine> attributes = {};
     std::optional<TextRange> pathSelection = {};  // it counts instead of the name, which is dim
     bool isLink = false;
+    bool isBrokenLink = false;  // leads nowhere
     bool isMarked = false;
 };

@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QTextLayout>
+#include <algorithm>
+#include <iterator>
 
 #include "views/MarkedText.h"
 
@@ -12,6 +14,13 @@ constexpr double kSelectionInset = 5, kSelectionRadius = 7;
 constexpr double kAttributeLine = 20;
 constexpr float kDim = 0.4F;  // of a name whose folder is selected
 constexpr double kMarkedDot = 8, kMarkedRoom = 16;
+constexpr double kFrame = 2;  // around a selection in high contrast
+constexpr int kSuffixPixels = 12;
+
+/// Of a line of metadata: fonts become narrower before they become too small to read.
+struct Size {
+    int pixels, stretch;
+};
 
 /// For desktops without a font of coloured pictures. As long as before, in units.
 QString inPlainSymbols(QString text) {
@@ -37,23 +46,59 @@ void layOut(QTextLayout& layout) {
     layout.endLayout();
 }
 
+auto widthIn(const QFontMetricsF& metrics) {
+    return [&metrics](const QString& text) { return metrics.horizontalAdvance(text); };
+}
+
 }  // namespace
 
 RowPainter::RowPainter(const Theme* theme)
-    : theme_(theme), nameMetrics_(theme->nameMarkFont), pathMetrics_(theme->pathMarkFont) {}
+    : theme_(theme),
+      suffixFont_(theme->pathFont),
+      nameMetrics_(theme->nameMarkFont),
+      pathMetrics_(theme->pathMarkFont) {
+    suffixFont_.setPixelSize(kSuffixPixels);
+}
 
-void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& content, Look look) {
+void RowPainter::draw(QPainter& painter, const QRectF& place, const RowContent& content,
+                      Look look) {
+    painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    if (look != Look::plain) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(look == Look::selected ? theme_->selection : theme_->otherSelection);
-        painter.drawRoundedRect(row.adjusted(kSelectionInset, 0, -kSelectionInset, 0),
-                                kSelectionRadius, kSelectionRadius);
+    painter.translate(place.topLeft());
+    painter.scale(theme_->zoom, theme_->zoom);
+    drawInUnits(painter, {QPointF(), place.size() / theme_->zoom}, content, look);
+    painter.restore();
+}
+
+QRectF RowPainter::mirrored(const QPainter& painter, QRectF part, const QRectF& row) {
+    if (painter.layoutDirection() == Qt::RightToLeft)
+        part.moveLeft(row.left() + row.right() - part.right());
+    return part;
+}
+
+void RowPainter::drawGround(QPainter& painter, const QRectF& row, Look look) const {
+    if (look == Look::plain) return;
+    QRectF ground = row.adjusted(kSelectionInset, 0, -kSelectionInset, 0);
+    painter.setPen(Qt::NoPen);
+    if (theme_->highContrast) {
+        painter.setPen(QPen(theme_->accent, kFrame));
+        ground.adjust(kFrame / 2, kFrame / 2, -kFrame / 2, -kFrame / 2);
     }
-    const QRectF icon(row.left() + kIconLeft, row.top() + (row.height() - kIconSize) / 2, kIconSize,
-                      kIconSize);
-    const double scale = painter.device()->devicePixelRatioF();
-    painter.drawPixmap(icon.topLeft(), icons_.pixmap(content.iconName, kIconSize, scale));
+    painter.setBrush(look == Look::selected ? theme_->selection : theme_->otherSelection);
+    painter.drawRoundedRect(ground, kSelectionRadius, kSelectionRadius);
+}
+
+void RowPainter::drawInUnits(QPainter& painter, const QRectF& row, const RowContent& content,
+                             Look look) {
+    drawGround(painter, row, look);
+    const QRectF icon = mirrored(
+        painter,
+        {row.left() + kIconLeft, row.top() + (row.height() - kIconSize) / 2, kIconSize, kIconSize},
+        row);
+    const double scale = painter.device()->devicePixelRatioF() * theme_->zoom;
+    const QPixmap picture = icons_.pixmap(content.iconName, kIconSize, scale);
+    if (!theme_->dark && look != Look::selected) shade_.draw(painter, icon, picture);
+    painter.drawPixmap(icon, picture, picture.rect());
     drawBadges(painter, icon, row, content, look);
 
     const bool selected = look == Look::selected;
@@ -67,46 +112,62 @@ void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& co
         name.colour.setAlphaF(kDim);
         name.markColour.setAlphaF(kDim);
     }
-    const double x = row.left() + kTextLeft;
     const double width =
         row.width() - kTextLeft - kRightInset - (content.isMarked ? kMarkedRoom : 0);
-    const auto widthOf = [](const QFontMetricsF& metrics) {
-        return [&metrics](const QString& text) { return metrics.horizontalAdvance(text); };
-    };
-    const MarkedText shownName = elidedAroundMarks(
-        {plainText(content.name, theme_->hasControlPictures), content.nameHighlights}, width,
-        widthOf(nameMetrics_));
-    if (content.path.empty()) {
-        const double middle = row.center().y() + nameMetrics_.capHeight() / 2;
-        drawLine(painter, shownName, name, x, middle, width);
-        return;
-    }
-    drawLine(painter, shownName, name, x, row.top() + 20, width);
+    const double x =
+        mirrored(painter, {row.left() + kTextLeft, row.top(), width, row.height()}, row).left();
+    const double nameLine =
+        content.path.empty() ? row.center().y() + nameMetrics_.capHeight() / 2 : row.top() + 20;
+    drawName(painter, content, name, path.colour, {x, row.top(), width, row.height()}, nameLine);
+    if (content.path.empty()) return;
     const MarkedText shownPath = isolatingPathComponents(elidedAroundMarks(
         {plainText(content.path, theme_->hasControlPictures),
          content.pathSelection ? std::vector{*content.pathSelection} : content.pathHighlights},
-        width, widthOf(pathMetrics_)));
+        width, widthIn(pathMetrics_)));
     drawLine(painter, shownPath, path, x, row.top() + 39, width);
     double y = row.top() + 39;
     for (const RowLine& attributes : content.attributes)
         drawAttributes(painter, attributes, selected, x, y += kAttributeLine, width);
 }
 
+void RowPainter::drawName(QPainter& painter, const RowContent& content, const Line& line,
+                          const QColor& suffixColour, const QRectF& place, double y) {
+    QString name = plainText(content.name, theme_->hasControlPictures);
+    QString suffix = name.right(qsizetype(content.nameSuffix));
+    name.chop(suffix.size());
+    const bool fromRight = painter.layoutDirection() == Qt::RightToLeft;
+    if (fromRight && suffix.startsWith(QLatin1Char(' '))) suffix = suffix.mid(1) + QLatin1Char(' ');
+    const double suffixWidth =
+        suffix.isEmpty() ? 0 : QFontMetricsF(suffixFont_).horizontalAdvance(suffix) + 1;
+    const double room = place.width() - suffixWidth;
+    const double used = drawLine(
+        painter, elidedAroundMarks({name, content.nameHighlights}, room, widthIn(nameMetrics_)),
+        line, place.left() + (fromRight ? suffixWidth : 0), y, room);
+    if (suffix.isEmpty()) return;
+    const double x = fromRight ? place.right() - used - suffixWidth : place.left() + used;
+    drawLine(painter, {suffix, {}},
+             {suffixFont_, suffixFont_, suffixColour, suffixColour, Qt::LeftToRight}, x, y,
+             suffixWidth);
+}
+
 void RowPainter::drawAttributes(QPainter& painter, const RowLine& attributes, bool selected,
                                 double x, double y, double width) {
     QString text = plainText(attributes.text, theme_->hasControlPictures);
     if (!theme_->hasPictures) text = inPlainSymbols(text);
-    constexpr int kLargest = 12, kSmallest = 10;
-    for (int pixels = kLargest; pixels >= kSmallest; --pixels) {
-        const QFont plain = Theme::attributeFont(theme_->info13, pixels, false);
-        const QFont marked = Theme::attributeFont(theme_->info13, pixels, true);
+    constexpr Size kSizes[] = {{12, 100}, {12, 93}, {11, 100}, {11, 93}, {11, 87}};
+    for (const Size& size : kSizes) {
+        QFont plain = Theme::attributeFont(theme_->info13, size.pixels, false);
+        QFont marked = Theme::attributeFont(theme_->info13, size.pixels, true);
+        plain.setStretch(size.stretch);
+        marked.setStretch(size.stretch);
+        const bool isLast = &size == std::end(kSizes) - 1;
         const QFontMetricsF plainMetrics(plain), markedMetrics(marked);
         double needed = plainMetrics.horizontalAdvance(text);
         for (const TextRange& mark : attributes.highlights) {
             const QString part = text.mid(int(mark.location), int(mark.length));
             needed += markedMetrics.horizontalAdvance(part) - plainMetrics.horizontalAdvance(part);
         }
-        if (needed > width && pixels > kSmallest) continue;
+        if (needed > width && !isLast) continue;
         const Line line{plain, marked, selected ? theme_->selectedPath : theme_->info,
                         selected ? theme_->selectedText : theme_->accent, Qt::LeftToRight};
         MarkedText shown{text, attributes.highlights};
@@ -114,17 +175,18 @@ void RowPainter::drawAttributes(QPainter& painter, const RowLine& attributes, bo
             shown = elidedAroundMarks(shown, width, [&markedMetrics](const QString& part) {
                 return markedMetrics.horizontalAdvance(part);
             });
-        return drawLine(painter, shown, line, x, y, width);
+        drawLine(painter, shown, line, x, y, width);
+        return;
     }
 }
 
-void RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x,
-                          double y, double width) {
+double RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x,
+                            double y, double width) {
     QTextLayout layout(text.text, line.font, painter.device());
     QTextOption option;
     option.setWrapMode(QTextOption::NoWrap);
     option.setTextDirection(line.direction);
-    // Always at the left, where the eye looks for it, whatever the script.
+    // Always beside the icon, where the eye looks for it, whatever the script.
     option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
     layout.setTextOption(option);
     QList<QTextLayout::FormatRange> formats;
@@ -137,29 +199,45 @@ void RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line&
     layout.setFormats(formats);
     layOut(layout);
     painter.setPen(line.colour);
-    layout.draw(&painter, {x, y - layout.lineAt(0).ascent()}, {}, QRectF(x, y - 40, width + 2, 80));
+    const double used = layout.lineAt(0).naturalTextWidth();
+    const double left =
+        painter.layoutDirection() == Qt::RightToLeft ? x + std::max(0.0, width - used) : x;
+    layout.draw(&painter, {left, y - layout.lineAt(0).ascent()}, {},
+                QRectF(x, y - 40, width + 2, 80));
+    return used;
+}
+
+void RowPainter::drawLinkEmblem(QPainter& painter, const QPointF& centre, bool isBroken) {
+    const QColor paper = isBroken ? QColor(200, 45, 40) : QColor(252, 253, 255);
+    const QColor ink = isBroken ? QColor(Qt::white) : QColor(50, 75, 105);
+    painter.setPen(QPen(isBroken ? QColor(255, 255, 255, 200) : QColor(0, 0, 0, 60), 1));
+    painter.setBrush(paper);
+    painter.drawEllipse(centre, 6.5, 6.5);
+    painter.setPen(QPen(ink, isBroken ? 1.9 : 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    if (isBroken) {
+        painter.drawLine(centre + QPointF(-2.5, -2.5), centre + QPointF(2.5, 2.5));
+        painter.drawLine(centre + QPointF(-2.5, 2.5), centre + QPointF(2.5, -2.5));
+        return;
+    }
+    QPainterPath arrow(centre + QPointF(-2.8, 3.0));
+    arrow.quadTo(centre + QPointF(-2.6, -0.8), centre + QPointF(2.4, -1.2));
+    arrow.moveTo(centre + QPointF(0.2, -3.6));
+    arrow.lineTo(centre + QPointF(2.8, -1.2));
+    arrow.lineTo(centre + QPointF(0.2, 1.2));
+    painter.drawPath(arrow);
 }
 
 void RowPainter::drawBadges(QPainter& painter, const QRectF& icon, const QRectF& row,
                             const RowContent& content, Look look) {
-    if (content.isLink) {
-        const QPointF centre = icon.bottomLeft() + QPointF(6.5, -6.5);
-        painter.setPen(QPen(QColor(0, 0, 0, 60), 1));
-        painter.setBrush(QColor(252, 253, 255));
-        painter.drawEllipse(centre, 6.5, 6.5);
-        painter.setPen(QPen(QColor(50, 75, 105), 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter.setBrush(Qt::NoBrush);
-        QPainterPath arrow(centre + QPointF(-2.8, 3.0));
-        arrow.quadTo(centre + QPointF(-2.6, -0.8), centre + QPointF(2.4, -1.2));
-        arrow.moveTo(centre + QPointF(0.2, -3.6));
-        arrow.lineTo(centre + QPointF(2.8, -1.2));
-        arrow.lineTo(centre + QPointF(0.2, 1.2));
-        painter.drawPath(arrow);
-    }
-    if (content.isMarked) {
-        const QPointF centre(row.right() - kRightInset - kMarkedDot / 2, row.center().y());
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(look == Look::selected ? theme_->selectedText : theme_->accent);
-        painter.drawEllipse(centre, kMarkedDot / 2, kMarkedDot / 2);
-    }
+    if (content.isLink)
+        drawLinkEmblem(painter, icon.bottomLeft() + QPointF(6.5, -6.5), content.isBrokenLink);
+    if (!content.isMarked) return;
+    const QRectF dot = mirrored(painter,
+                                {row.right() - kRightInset - kMarkedDot,
+                                 row.center().y() - kMarkedDot / 2, kMarkedDot, kMarkedDot},
+                                row);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(look == Look::selected ? theme_->selectedText : theme_->accent);
+    painter.drawEllipse(dot);
 }

@@ -4,6 +4,7 @@
 
 #include "screen/RowContent.h"
 #include "views/IconCache.h"
+#include "views/IconShade.h"
 #include "views/Theme.h"
 
 class QPainter;
@@ -15,10 +16,12 @@ struct MarkedText;
 class RowPainter {
   public:
     enum class Look { plain, selected, selectedWithoutKeyboard };
+    // At a text scale of 1. From right to left where the painter's layout goes that way.
     static constexpr int kIconLeft = 15, kIconSize = 32, kTextLeft = 59, kRightInset = 17;
 
+    /// theme: with fonts in units.
     explicit RowPainter(const Theme* theme);
-    void draw(QPainter& painter, const QRectF& row, const RowContent& content, Look look);
+    void draw(QPainter& painter, const QRectF& place, const RowContent& content, Look look);
     IconCache& icons() { return icons_; }
 
   private:
@@ -27,16 +30,24 @@ class RowPainter {
         QColor colour, markColour;
         Qt::LayoutDirection direction;
     };
-    /// Base line of the text at y.
-    void drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x, double y,
-                  double width);
+    static QRectF mirrored(const QPainter& painter, QRectF part, const QRectF& row);
+    void drawInUnits(QPainter& painter, const QRectF& row, const RowContent& content, Look look);
+    void drawGround(QPainter& painter, const QRectF& row, Look look) const;
+    /// Base line of the text at y. Where it ends.
+    double drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x, double y,
+                    double width);
+    void drawName(QPainter& painter, const RowContent& content, const Line& line,
+                  const QColor& suffixColour, const QRectF& place, double y);
     /// In the largest font in which it fits, the middle left out if it fits in none.
     void drawAttributes(QPainter& painter, const RowLine& attributes, bool selected, double x,
                         double y, double width);
+    static void drawLinkEmblem(QPainter& painter, const QPointF& centre, bool isBroken);
     void drawBadges(QPainter& painter, const QRectF& icon, const QRectF& row,
                     const RowContent& content, Look look);
 
     const Theme* theme_;
     IconCache icons_;
+    IconShade shade_;
+    QFont suffixFont_;                         // of a remark behind the name
     QFontMetricsF nameMetrics_, pathMetrics_;  // of the heavier, wider faces
 };

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "screen/keyCodes.h"
+#include "views/DesktopLook.h"
 
 /// What our windows need of the desktop beyond Qt; each may be missing.
 struct WindowSystem {
@@ -19,4 +20,7 @@ struct WindowSystem {
     /// Asks for the keyboard.
     std::function<void(uintptr_t window)> activate = {};
     KeySymbols keySymbols = {};
+    /// As it is now. After a change each window gets a ThemeChange. Missing: by Qt's palette.
+    std::function<DesktopLook()> look = {};
+    DesktopLook lookNow() const;
 };
