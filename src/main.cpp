@@ -20,6 +20,7 @@
 #include "platform/linux/chooseDisplay.h"
 #include "platform/linux/commandLine.h"
 #include "platform/linux/events/LinuxFileEvents.h"
+#include "platform/linux/followLink.h"
 #include "util/UserFolders.h"
 #include "util/World.h"
 #include "util/log.h"
@@ -44,6 +45,7 @@ struct Desktop {
                 .prepare = WindowHints::prepareWindow,
                 .takeClicksIn = WindowHints::takeClicksIn,
                 .activate = [this](uintptr_t id) { application.activateWindow(id); },
+                .followLink = followLink,
                 .keySymbols = WindowHints::keySymbol,
                 .look =
                     [this] {

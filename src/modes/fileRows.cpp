@@ -12,6 +12,7 @@ RowContent makeFileRow(const MatchingFileSystemItem& item, const FileURL& url,
     const uint8_t type = item.itemType ? item.itemType : static_cast<uint8_t>(ITEM_FILE);
     row.iconName = fileTypes.iconNameForItem(url, type);
     row.isLink = (type & ITEM_SYMLINK) != 0;
+    if (row.isLink) row.linkPath = url.path();
     return row;
 }
 

@@ -24,6 +24,6 @@ struct RowContent {
     std::vector<RowLine> attributes = {};
     std::optional<TextRange> pathSelection = {};  // it counts instead of the name, which is dim
     bool isLink = false;
-    bool isBrokenLink = false;  // leads nowhere
+    std::string linkPath = {};  // of a link: its path as bytes, to find out where it leads
     bool isMarked = false;
 };

@@ -21,6 +21,8 @@ class IndicatorRow::Button : public QAbstractButton {
         setFocusPolicy(Qt::NoFocus);
         setAttribute(Qt::WA_Hover);
         setCursor(Qt::ArrowCursor);
+        setAccessibleName(hasText() ? QString::fromUtf8(kEnableText)
+                                    : QStringLiteral("Limits of the result"));
         hide();
         QObject::connect(this, &QAbstractButton::clicked, this, [this, parent, kind] {
             setChecked(content_.isOn);  // until the program says otherwise

@@ -4,12 +4,14 @@
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QStyle>
 #include <QToolTip>
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
+#include "views/ResultTableAccess.h"
 #include "views/rowSpeech.h"
 
 namespace {
@@ -21,6 +23,7 @@ constexpr int kEditorHeight = 24;
 
 ResultTable::ResultTable()
     : scroller_(new Scroller(this, [this](double offset) { setOffset(offset); })) {
+    QAccessible::installFactory(ResultTableAccess::make);  // before the first word about it
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);  // what is behind is not painted for each key stroke
     setAccessibleName(QStringLiteral("Results"));
@@ -134,6 +137,19 @@ void ResultTable::setSelection(std::set<size_t> rows) {
     if (delegate_) delegate_->tableViewSelectionDidChange();
 }
 
+void ResultTable::followLinkOf(const RowContent& content) {
+    if (!followLink_ || !content.isLink || content.linkPath.empty()) return;
+    followLink_(content.linkPath,
+                [self = QPointer<ResultTable>(this), path = content.linkPath](bool leads) {
+                    if (!self || leads == (self->brokenLinks_.count(path) == 0)) return;
+                    if (leads)
+                        self->brokenLinks_.erase(path);
+                    else
+                        self->brokenLinks_.insert(path);
+                    self->update();
+                });
+}
+
 RowContent ResultTable::contentFor(size_t row) const {
     const auto found = contents_.find(row);
     if (found != contents_.end()) return found->second;
@@ -141,7 +157,8 @@ RowContent ResultTable::contentFor(size_t row) const {
 }
 
 QString ResultTable::spokenName(size_t row) const {
-    return rowSpeech::name(contentFor(row));
+    const RowContent content = contentFor(row);
+    return rowSpeech::name(content, isBroken(content));
 }
 
 QString ResultTable::spokenDetails(size_t row) const {
@@ -250,7 +267,10 @@ void ResultTable::updateRow(size_t row) {
 
 const RowContent& ResultTable::content(size_t row) {
     auto found = contents_.find(row);
-    if (found == contents_.end()) found = contents_.emplace(row, data_->row(row)).first;
+    if (found == contents_.end()) {
+        found = contents_.emplace(row, data_->row(row)).first;
+        followLinkOf(found->second);
+    }
     return found->second;
 }
 
@@ -270,7 +290,8 @@ void ResultTable::paintEvent(QPaintEvent* event) {
         if (selection_.count(row))
             look = hasKeyboard_ ? RowPainter::Look::selected
                                 : RowPainter::Look::selectedWithoutKeyboard;
-        painter_->draw(painter, place, content(row), look);
+        const RowContent& shown = content(row);
+        painter_->draw(painter, place, shown, look, {.isBrokenLink = isBroken(shown)});
     }
     if (contents_.size() <= kKeptContents) return;
     const size_t top = rowAt(margin()).value_or(0);

@@ -36,6 +36,12 @@ class ResultTable : public QWidget, public ResultTableView {
         announce_ = std::move(announcer);
     }
 
+    /// Who finds out, later, whether links lead somewhere.
+    void setLinkFollower(const std::function<void(const std::string& path,
+                                                  std::function<void(bool)> answer)>& follower) {
+        followLink_ = follower;
+    }
+
     // ResultTableView
     void setData(const ResultTableData* rows) override;
     void setDelegate(ResultTableViewDelegate* delegate) override { delegate_ = delegate; }
@@ -81,6 +87,10 @@ class ResultTable : public QWidget, public ResultTableView {
     void updateRow(size_t row);
     void updateScroller();
     RowContent contentFor(size_t row) const;
+    void followLinkOf(const RowContent& content);
+    bool isBroken(const RowContent& content) const {
+        return content.isLink && brokenLinks_.count(content.linkPath) != 0;
+    }
     void tellReaders();
     void setSelection(std::set<size_t> rows);
 
@@ -98,6 +108,8 @@ class ResultTable : public QWidget, public ResultTableView {
     size_t anchor_ = 0;                      // where a range of selected rows begins
     std::map<size_t, RowContent> contents_;  // of the rows on screen, so that a repaint shows what
                                              // was there even if the data has moved on
+    std::function<void(const std::string&, std::function<void(bool)>)> followLink_ = {};
+    std::set<std::string> brokenLinks_;  // as the last answers were
     std::function<void(const QString&)> announce_ = {};
     QString announced_;
     bool hasKeyboard_ = true;

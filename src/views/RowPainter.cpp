@@ -60,13 +60,13 @@ RowPainter::RowPainter(const Theme* theme)
     suffixFont_.setPixelSize(kSuffixPixels);
 }
 
-void RowPainter::draw(QPainter& painter, const QRectF& place, const RowContent& content,
-                      Look look) {
+void RowPainter::draw(QPainter& painter, const QRectF& place, const RowContent& content, Look look,
+                      Extras extras) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(place.topLeft());
     painter.scale(theme_->zoom, theme_->zoom);
-    drawInUnits(painter, {QPointF(), place.size() / theme_->zoom}, content, look);
+    drawInUnits(painter, {QPointF(), place.size() / theme_->zoom}, content, look, extras);
     painter.restore();
 }
 
@@ -89,7 +89,7 @@ void RowPainter::drawGround(QPainter& painter, const QRectF& row, Look look) con
 }
 
 void RowPainter::drawInUnits(QPainter& painter, const QRectF& row, const RowContent& content,
-                             Look look) {
+                             Look look, Extras extras) {
     drawGround(painter, row, look);
     const QRectF icon = mirrored(
         painter,
@@ -99,7 +99,7 @@ void RowPainter::drawInUnits(QPainter& painter, const QRectF& row, const RowCont
     const QPixmap picture = icons_.pixmap(content.iconName, kIconSize, scale);
     if (!theme_->dark && look != Look::selected) shade_.draw(painter, icon, picture);
     painter.drawPixmap(icon, picture, picture.rect());
-    drawBadges(painter, icon, row, content, look);
+    drawBadges(painter, icon, row, content, look, extras);
 
     const bool selected = look == Look::selected;
     Line name{theme_->nameFont, theme_->nameMarkFont,
@@ -229,9 +229,9 @@ void RowPainter::drawLinkEmblem(QPainter& painter, const QPointF& centre, bool i
 }
 
 void RowPainter::drawBadges(QPainter& painter, const QRectF& icon, const QRectF& row,
-                            const RowContent& content, Look look) {
+                            const RowContent& content, Look look, Extras extras) {
     if (content.isLink)
-        drawLinkEmblem(painter, icon.bottomLeft() + QPointF(6.5, -6.5), content.isBrokenLink);
+        drawLinkEmblem(painter, icon.bottomLeft() + QPointF(6.5, -6.5), extras.isBrokenLink);
     if (!content.isMarked) return;
     const QRectF dot = mirrored(painter,
                                 {row.right() - kRightInset - kMarkedDot,

@@ -21,7 +21,12 @@ class RowPainter {
 
     /// theme: with fonts in units.
     explicit RowPainter(const Theme* theme);
-    void draw(QPainter& painter, const QRectF& place, const RowContent& content, Look look);
+    /// Badges beyond those of the content.
+    struct Extras {
+        bool isBrokenLink = false;
+    };
+    void draw(QPainter& painter, const QRectF& place, const RowContent& content, Look look,
+              Extras extras = {false});
     IconCache& icons() { return icons_; }
 
   private:
@@ -31,7 +36,8 @@ class RowPainter {
         Qt::LayoutDirection direction;
     };
     static QRectF mirrored(const QPainter& painter, QRectF part, const QRectF& row);
-    void drawInUnits(QPainter& painter, const QRectF& row, const RowContent& content, Look look);
+    void drawInUnits(QPainter& painter, const QRectF& row, const RowContent& content, Look look,
+                     Extras extras);
     void drawGround(QPainter& painter, const QRectF& row, Look look) const;
     /// Base line of the text at y. Where it ends.
     double drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x, double y,
@@ -43,7 +49,7 @@ class RowPainter {
                         double y, double width);
     static void drawLinkEmblem(QPainter& painter, const QPointF& centre, bool isBroken);
     void drawBadges(QPainter& painter, const QRectF& icon, const QRectF& row,
-                    const RowContent& content, Look look);
+                    const RowContent& content, Look look, Extras extras);
 
     const Theme* theme_;
     IconCache icons_;

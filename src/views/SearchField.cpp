@@ -14,7 +14,7 @@
 namespace {
 
 constexpr int kTextLeft = 60;  // in line with the rows' texts
-constexpr int kRightInset = 16;
+constexpr int kRightInset = 6;
 
 void drawMagnifier(QPainter& painter, const QPointF& centre, const QColor& colour) {
     painter.setRenderHint(QPainter::Antialiasing);

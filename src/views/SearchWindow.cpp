@@ -1,14 +1,11 @@
 #include "views/SearchWindow.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QCursor>
 #include <QLineEdit>
 #include <QScreen>
 #include <QStyle>
 #include <utility>
-
-#include "views/ResultTableAccess.h"
 
 namespace {
 
@@ -66,7 +63,7 @@ SearchWindow::SearchWindow(WindowSystem system)
                              [this] {
                                  if (delegate_) delegate_->stickyButtonClicked();
                              }});
-    QAccessible::installFactory(ResultTableAccess::make);
+    table_->setLinkFollower(system_.followLink);
     // The keyboard stays in the field: what it moves through is told there.
     table_->setAnnouncer(
         [this](const QString& words) { field_->widget()->setAccessibleDescription(words); });

@@ -45,9 +45,9 @@ QStringList lines(const RowContent& row) {
 
 }  // namespace
 
-QString rowSpeech::name(const RowContent& row) {
+QString rowSpeech::name(const RowContent& row, bool isBrokenLink) {
     QString text = plainText(row.name, true);
-    if (row.isBrokenLink)
+    if (row.isLink && isBrokenLink)
         text += QStringLiteral(", broken link");
     else if (row.isLink)
         text += QStringLiteral(", link");

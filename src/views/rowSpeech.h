@@ -7,7 +7,7 @@
 namespace rowSpeech {
 
 /// Its name, and what badges say of it.
-QString name(const RowContent& row);
+QString name(const RowContent& row, bool isBrokenLink = false);
 /// Folder and metadata, each sign replaced by what it stands for.
 QString details(const RowContent& row);
 /// The same line by line, in full length.
