@@ -21,6 +21,7 @@ constexpr int kSuffixPixels = 12;
 struct Size {
     int pixels, stretch;
 };
+constexpr Size kSizes[] = {{12, 100}, {12, 93}, {11, 100}, {11, 93}, {11, 87}};
 
 /// For desktops without a font of coloured pictures. As long as before, in units.
 QString inPlainSymbols(QString text) {
@@ -46,18 +47,24 @@ void layOut(QTextLayout& layout) {
     layout.endLayout();
 }
 
-auto widthIn(const QFontMetricsF& metrics) {
-    return [&metrics](const QString& text) { return metrics.horizontalAdvance(text); };
-}
-
 }  // namespace
 
 RowPainter::RowPainter(const Theme* theme)
     : theme_(theme),
       suffixFont_(theme->pathFont),
-      nameMetrics_(theme->nameMarkFont),
-      pathMetrics_(theme->pathMarkFont) {
+      nameCap_(QFontMetricsF(theme->nameMarkFont).capHeight()),
+      nameWidths_(theme->nameMarkFont),
+      pathWidths_(theme->pathMarkFont),
+      attributeWidths_(Theme::attributeFont(theme->info13, kSizes[0].pixels, false)),
+      attributeMarkWidths_(Theme::attributeFont(theme->info13, kSizes[0].pixels, true)) {
     suffixFont_.setPixelSize(kSuffixPixels);
+    for (const Size& size : kSizes) {
+        auto& fonts =
+            attributeFonts_.emplace_back(Theme::attributeFont(theme->info13, size.pixels, false),
+                                         Theme::attributeFont(theme->info13, size.pixels, true));
+        fonts.first.setStretch(size.stretch);
+        fonts.second.setStretch(size.stretch);
+    }
 }
 
 void RowPainter::draw(QPainter& painter, const QRectF& place, const RowContent& content, Look look,
@@ -116,14 +123,13 @@ void RowPainter::drawInUnits(QPainter& painter, const QRectF& row, const RowCont
         row.width() - kTextLeft - kRightInset - (content.isMarked ? kMarkedRoom : 0);
     const double x =
         mirrored(painter, {row.left() + kTextLeft, row.top(), width, row.height()}, row).left();
-    const double nameLine =
-        content.path.empty() ? row.center().y() + nameMetrics_.capHeight() / 2 : row.top() + 20;
+    const double nameLine = content.path.empty() ? row.center().y() + nameCap_ / 2 : row.top() + 20;
     drawName(painter, content, name, path.colour, {x, row.top(), width, row.height()}, nameLine);
     if (content.path.empty()) return;
     const MarkedText shownPath = isolatingPathComponents(elidedAroundMarks(
         {plainText(content.path, theme_->hasControlPictures),
          content.pathSelection ? std::vector{*content.pathSelection} : content.pathHighlights},
-        width, widthIn(pathMetrics_)));
+        width, pathWidths_));
     drawLine(painter, shownPath, path, x, row.top() + 39, width);
     double y = row.top() + 39;
     for (const RowLine& attributes : content.attributes)
@@ -140,9 +146,9 @@ void RowPainter::drawName(QPainter& painter, const RowContent& content, const Li
     const double suffixWidth =
         suffix.isEmpty() ? 0 : QFontMetricsF(suffixFont_).horizontalAdvance(suffix) + 1;
     const double room = place.width() - suffixWidth;
-    const double used = drawLine(
-        painter, elidedAroundMarks({name, content.nameHighlights}, room, widthIn(nameMetrics_)),
-        line, place.left() + (fromRight ? suffixWidth : 0), y, room);
+    const double used =
+        drawLine(painter, elidedAroundMarks({name, content.nameHighlights}, room, nameWidths_),
+                 line, place.left() + (fromRight ? suffixWidth : 0), y, room);
     if (suffix.isEmpty()) return;
     const double x = fromRight ? place.right() - used - suffixWidth : place.left() + used;
     drawLine(painter, {suffix, {}},
@@ -154,30 +160,24 @@ void RowPainter::drawAttributes(QPainter& painter, const RowLine& attributes, bo
                                 double x, double y, double width) {
     QString text = plainText(attributes.text, theme_->hasControlPictures);
     if (!theme_->hasPictures) text = inPlainSymbols(text);
-    constexpr Size kSizes[] = {{12, 100}, {12, 93}, {11, 100}, {11, 93}, {11, 87}};
-    for (const Size& size : kSizes) {
-        QFont plain = Theme::attributeFont(theme_->info13, size.pixels, false);
-        QFont marked = Theme::attributeFont(theme_->info13, size.pixels, true);
-        plain.setStretch(size.stretch);
-        marked.setStretch(size.stretch);
-        const bool isLast = &size == std::end(kSizes) - 1;
-        const QFontMetricsF plainMetrics(plain), markedMetrics(marked);
-        double needed = plainMetrics.horizontalAdvance(text);
-        for (const TextRange& mark : attributes.highlights) {
-            const QString part = text.mid(int(mark.location), int(mark.length));
-            needed += markedMetrics.horizontalAdvance(part) - plainMetrics.horizontalAdvance(part);
-        }
-        if (needed > width && !isLast) continue;
-        const Line line{plain, marked, selected ? theme_->selectedPath : theme_->info,
-                        selected ? theme_->selectedText : theme_->accent, Qt::LeftToRight};
-        MarkedText shown{text, attributes.highlights};
-        if (needed > width)
-            shown = elidedAroundMarks(shown, width, [&markedMetrics](const QString& part) {
-                return markedMetrics.horizontalAdvance(part);
-            });
-        drawLine(painter, shown, line, x, y, width);
-        return;
+    double needed = attributeWidths_(text);
+    for (const TextRange& mark : attributes.highlights) {
+        const QString part = text.mid(int(mark.location), int(mark.length));
+        needed += attributeMarkWidths_(part) - attributeWidths_(part);
     }
+    size_t i = 0;
+    const auto shrink = [&] {
+        return double(kSizes[i].pixels * kSizes[i].stretch) /
+               (kSizes[0].pixels * kSizes[0].stretch);
+    };
+    while (needed * shrink() > width && i + 1 < std::size(kSizes)) ++i;
+    MarkedText shown{text, attributes.highlights};
+    if (needed * shrink() > width)
+        shown = elidedAroundMarks(shown, width / shrink(), attributeMarkWidths_);
+    const Line line{attributeFonts_[i].first, attributeFonts_[i].second,
+                    selected ? theme_->selectedPath : theme_->info,
+                    selected ? theme_->selectedText : theme_->accent, Qt::LeftToRight};
+    drawLine(painter, shown, line, x, y, width);
 }
 
 double RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x,

@@ -1,10 +1,13 @@
 #pragma once
-#include <QFontMetricsF>
+#include <QFont>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "screen/RowContent.h"
 #include "views/IconCache.h"
 #include "views/IconShade.h"
+#include "views/LetterWidths.h"
 #include "views/Theme.h"
 
 class QPainter;
@@ -54,6 +57,9 @@ class RowPainter {
     const Theme* theme_;
     IconCache icons_;
     IconShade shade_;
-    QFont suffixFont_;                         // of a remark behind the name
-    QFontMetricsF nameMetrics_, pathMetrics_;  // of the heavier, wider faces
+    QFont suffixFont_;  // of a remark behind the name
+    const double nameCap_;
+    const LetterWidths nameWidths_, pathWidths_;  // of the heavier, wider faces
+    const LetterWidths attributeWidths_, attributeMarkWidths_;
+    std::vector<std::pair<QFont, QFont>> attributeFonts_;  // with those of marks, ever smaller
 };

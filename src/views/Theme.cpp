@@ -20,7 +20,8 @@ struct Hue {
 bool hasLightFace(const QString& family) {
     for (const QString& style : QFontDatabase::styles(family)) {
         const int weight = QFontDatabase::weight(family, style);
-        if (weight > 0 && weight <= QFont::Light) return true;
+        // Thinner ones are for headlines: at our sizes their strokes fade.
+        if (weight > QFont::ExtraLight && weight <= QFont::Light) return true;
     }
     return false;
 }
@@ -72,7 +73,7 @@ void setDarkColours(Theme& theme, const Hue& hsb) {
     // lighter below, as far as it takes to read them.
     theme.pathMark = hsb(0.3, 0.4);
     theme.selection = hsb(0.72, 0.58);
-    theme.otherSelection = hsb(0.30, 0.20);
+    theme.otherSelection = hsb(0.30, 0.19);
     theme.selectedText = hsb(0.1, 1.0);
     theme.selectedPath = hsb(0.1, 1.0, 0.87);
     theme.info = hsb(0.15, 0.58);

@@ -1,6 +1,7 @@
 #include "views/WindowButtons.h"
 
 #include <QAbstractButton>
+#include <QEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyle>
@@ -109,6 +110,11 @@ void WindowButtons::setSticky(bool sticky) {
     sticky_->setChecked(sticky);
     sticky_->setText(sticky ? QStringLiteral("Stays open when another program is used")
                             : QStringLiteral("Closes when another program is used"));
+}
+
+void WindowButtons::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange) layOut();
 }
 
 void WindowButtons::layOut() {

@@ -22,6 +22,7 @@ class WindowButtons : public QWidget {
 
   protected:
     void resizeEvent(QResizeEvent*) override { layOut(); }
+    void changeEvent(QEvent* event) override;
 
   private:
     class Button;

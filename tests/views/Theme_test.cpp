@@ -49,8 +49,8 @@ TEST_F(ThemeTest, KeepsTheColoursOfPathsByHueAsFarAsTheyCanBeRead) {
         EXPECT_LE(colour.valueF(), most + 0.005F);
     };
     const Theme dark = Theme::make(Theme::kOwnHue, true, QFont());
-    expectColour(dark.path, 0.2F, 0.5F, 0.65F);
-    expectColour(dark.pathMark, 0.3F, 0.4F, 0.65F);
+    expectColour(dark.path, 0.2F, 0.5F, 0.7F);
+    expectColour(dark.pathMark, 0.3F, 0.4F, 0.72F);
     const Theme light = Theme::make(Theme::kOwnHue, false, QFont());
     expectColour(light.path, 0.1F, 0.4F, 0.5F);
     expectColour(light.pathMark, 0.3F, 0.1F, 0.1F);
