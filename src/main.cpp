@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QIcon>
+#include <QLocale>
 
 #include "core/app/AppDelegate.h"
 #include "platform/linux/FullAccess.h"
@@ -22,6 +23,7 @@
 #include "platform/linux/commandLine.h"
 #include "platform/linux/decoder/ThumbnailStore.h"
 #include "platform/linux/events/LinuxFileEvents.h"
+#include "platform/linux/followLink.h"
 #include "util/UserFolders.h"
 #include "util/World.h"
 #include "util/log.h"
@@ -48,7 +50,15 @@ struct Desktop {
                 .prepare = WindowHints::prepareWindow,
                 .takeClicksIn = WindowHints::takeClicksIn,
                 .activate = [this](uintptr_t id) { application.activateWindow(id); },
-                .keySymbols = WindowHints::keySymbol};
+                .followLink = followLink,
+                .keySymbols = WindowHints::keySymbol,
+                .look =
+                    [this] {
+                        return DesktopLook{.isDark = appearance.isDark(),
+                                           .highContrast = appearance.wantsHighContrast(),
+                                           .lessMotion = appearance.wantsLessMotion(),
+                                           .textScale = appearance.textScale()};
+                    }};
     }
     DesktopPorts ports(Previews& previews, Thumbnails& thumbnails) {
         return {.application = application,
@@ -156,6 +166,7 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName("com.orrinvale.Trovast");
     QApplication::setWindowIcon(programIcon());
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setLayoutDirection(QLocale::system().textDirection());
 
     LinuxEntryPoints entryPoints;
     AppDelegate* delegate = nullptr;

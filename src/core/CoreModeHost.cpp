@@ -88,7 +88,10 @@ void CoreModeHost::error(const std::string& text) {
 
 void CoreModeHost::updateFreshness() {
     if (!freshness_) return;
-    const FreshnessText text = freshnessText(freshness_());
+    FreshnessText text = freshnessText(freshness_());
+    const TRVMode* const mode = currentMode();
+    if (text.words.empty() && mode && !isBlank(mode->searchString()) && numberOfRows() == 0)
+        text.words = "Nothing found";
     views_.infoBar.setFreshness(text.words, text.toolTip);
 }
 

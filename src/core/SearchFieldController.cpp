@@ -11,6 +11,19 @@
 #include "util/log.h"
 #include "util/queues/MainQueue.h"
 
+namespace {
+
+constexpr const char* kNotIndexed =
+    "Sizes, dates and owners are not indexed, so this term is ignored.";
+
+StyledText inErrorLook(StyledText text) {
+    for (StyledSpan& span : text)
+        if (span.look == StyledSpan::Look::plain) span.look = StyledSpan::Look::error;
+    return text;
+}
+
+}  // namespace
+
 SearchFieldController::SearchFieldController(SearchFieldView& field, InfoBarView& infoBar,
                                              ModeHost& host, ResultTableController& table)
     : field_(field), infoBar_(infoBar), host_(host), table_(table) {}
@@ -34,9 +47,14 @@ void SearchFieldController::searchFieldCursorDidChange(TextRange selection, bool
 }
 
 void SearchFieldController::showMessageFor(TextRange selection) {
-    const RangeMessage* message = rangeMessages_.messageToShow(selection, field_.text().size());
+    const size_t length = field_.text().size();
+    const RangeMessage* message = rangeMessages_.messageToShow(selection, length);
     if (message)
-        showMarqueeInfoField(message->message);
+        showMarqueeInfoField(message->messageType == RangeMessage::kError
+                                 ? inErrorLook(message->message)
+                                 : message->message);
+    else if (needsMetadata_ && selection.length < length)
+        showMarqueeInfoField({{kNotIndexed, StyledSpan::Look::plain}});
     else
         hideMarqueeInfoField();
 }

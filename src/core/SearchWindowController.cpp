@@ -47,6 +47,7 @@ void SearchWindowController::showMainWindow() {
     auto& settings = OVUserDefaults::sharedInstance();
     settings.setInteger(settings.integerForKey("numberOfInvocations") + 1, "numberOfInvocations");
     const bool wasVisible = parts_.window.isVisible();
+    updateStickyButtonImage();
     parts_.window.show();
     parts_.application.activateIgnoringOtherApps();
     parts_.field.focusOnSearchField();
@@ -84,6 +85,7 @@ void SearchWindowController::setUpResizing() {
 
 void SearchWindowController::windowDidBecomeKey() {
     parts_.field.focusOnSearchField();
+    updateStickyButtonImage();
     becameFirstResponder_ = World::current().clock().time();
 }
 
@@ -101,6 +103,15 @@ void SearchWindowController::windowWillClose() {
     parts_.window.hide();
     if (wasVisible) visibilityChanged_.emit(false);
     parts_.application.hide();
+}
+
+void SearchWindowController::stickyButtonClicked() {
+    OVUserDefaults::sharedInstance().setBool(!hidesOnDeFocus(), "hideSearchFieldOnDeFocus");
+    updateStickyButtonImage();
+}
+
+void SearchWindowController::updateStickyButtonImage() {
+    parts_.window.setSticky(!hidesOnDeFocus());
 }
 
 void SearchWindowController::applicationWillResignActive() {

@@ -62,6 +62,8 @@ class SearchWindowController : public WindowViewDelegate, public OwnApplicationD
     void windowDidMove() override;
     void windowDidResize() override;
     void windowWillClose() override;
+    /// The window stays when another program gets the keyboard, or no longer.
+    void stickyButtonClicked() override;
 
     // OwnApplicationDelegate
     void applicationWillResignActive() override;
@@ -69,6 +71,8 @@ class SearchWindowController : public WindowViewDelegate, public OwnApplicationD
     void applicationDidChangeScreenParameters() override;
 
   private:
+    void updateStickyButtonImage();
+
     const Parts parts_;
     WindowPlace place_;
     std::function<void()> closedWithWindow_;

@@ -133,7 +133,9 @@ std::vector<RowContent> TRVRecentMode::rowContents(size_t first, size_t count) {
         RowContent& content = rows.emplace_back(
             makeFileRow(*item, item->url, item->matchFilenameOnly, fileTypes_, display));
         decorate(content, row, item->url);
-        content.name += ageText(item->timestamp, now);
+        const std::string age = ageText(item->timestamp, now);
+        content.name += age;
+        content.nameSuffix = age.size();
     }
     return rows;
 }

@@ -267,6 +267,7 @@ std::vector<RowContent> TRVSearchMode::rowContents(size_t first, size_t count) {
             content.iconName = fileTypes_.iconNameForItem(url, match.item->type);
             if (display) content.attributes = linesOf(match, *display);
             content.isLink = (match.item->type & ITEM_SYMLINK) != 0;
+            if (content.isLink) content.linkPath = url.path();
             decorate(content, row, url);
         }
     });

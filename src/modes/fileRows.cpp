@@ -16,6 +16,7 @@ RowContent makeFileRow(const MatchingFileSystemItem& item, const FileURL& url,
     if (display && item.metadata)
         row.attributes =
             attributeLines(*item.metadata, *display, &item.matching_metadata_criterions);
+    if (row.isLink) row.linkPath = url.path();
     return row;
 }
 

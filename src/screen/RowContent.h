@@ -20,11 +20,13 @@ struct RowContent {
     std::string iconName = {};  // freedesktop icon name, such as "folder" or "image-png"
     std::string name = {};      // first line
     std::vector<TextRange> nameHighlights = {};
+    size_t nameSuffix = 0;  // so many units at the name's end are a remark on it, such as its age
     std::string path = {};  // second line: the folder
     std::vector<TextRange> pathHighlights = {};
     std::vector<RowLine> attributes = {};
     std::optional<TextRange> pathSelection = {};    // it counts instead of the name, which is dim
     std::shared_ptr<const Picture> thumbnail = {};  // instead of the icon
     bool isLink = false;
+    std::string linkPath = {};  // of a link: its path as bytes, to find out where it leads
     bool isMarked = false;
 };

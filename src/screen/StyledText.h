@@ -12,6 +12,7 @@ struct StyledSpan {
     enum class Look {
         plain,
         strong,  // bold
+        error,   // what is wrong
         token,   // what can be typed: bold, one width for all characters, a colour of its own
     };
     std::string text;

@@ -12,8 +12,9 @@ class WindowViewDelegate {
     /// By the user's or the program's doing.
     virtual void windowDidMove() = 0;
     virtual void windowDidResize() = 0;
-    /// The desktop asks for it to be closed.
+    /// The desktop, or its close button, asks for it to be closed.
     virtual void windowWillClose() = 0;
+    virtual void stickyButtonClicked() = 0;
 };
 
 /// The one search window: borderless, above others. Main thread.
@@ -28,6 +29,8 @@ class WindowView {
     /// The user may change its width.
     virtual void setResizable(bool resizable) = 0;
     virtual void setLook(const ModeLook& look) = 0;
+    /// What its sticky button shows: it stays when another program gets the keyboard.
+    virtual void setSticky(bool sticky) = 0;
     virtual Rect frame() const = 0;
     /// Animated: in 0.1 seconds, then ended is called; else it is called at once.
     virtual void setFrame(Rect frame, bool animated, std::function<void()> ended = {}) = 0;

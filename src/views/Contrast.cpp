@@ -5,7 +5,6 @@
 
 namespace {
 
-constexpr double kReadable = 4.5;
 constexpr float kStep = 0.02F;
 
 double linear(double channel) {
@@ -38,18 +37,18 @@ double contrast::ratio(const QColor& text, const QColor& ground) {
     return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
 }
 
-QColor contrast::groundFor(const QColor& text, QColor ground) {
-    for (float value = ground.valueF(); value > 0 && ratio(text, ground) < kReadable;) {
+QColor contrast::groundFor(const QColor& text, QColor ground, double least) {
+    for (float value = ground.valueF(); value > 0 && ratio(text, ground) < least;) {
         value -= kStep;
         ground = withBrightness(ground, ground.hsvSaturationF(), value);
     }
     return ground;
 }
 
-QColor contrast::textOn(const QColor& ground, QColor text) {
+QColor contrast::textOn(const QColor& ground, QColor text, double least) {
     const bool towardsWhite = luminance(ground) < 0.18;
     float saturation = text.hsvSaturationF(), value = text.valueF();
-    for (int i = 0; i < 100 && ratio(text, ground) < kReadable; ++i) {
+    for (int i = 0; i < 100 && ratio(text, ground) < least; ++i) {
         if (!towardsWhite)
             value -= kStep;
         else if (value < 1)

@@ -50,15 +50,19 @@ void drawFilter(QPainter& p, const QColor& colour) {
     p.drawLine(QPointF(14.6, 10.4), QPointF(11.0, 14.0));
 }
 
-/// Two folders and a name: /-/-
+/// A path as steps downward to a leaf; of a name alone the steps are pale.
 void drawPath(QPainter& p, bool isNameOnly, const QColor& colour) {
-    const QColor folders = isNameOnly ? paler(colour) : colour;
-    p.setPen(penOf(folders, 1.4));
-    p.drawLine(QPointF(1.2, 13.5), QPointF(4.0, 3.0));
-    p.drawLine(QPointF(5.2, 13.5), QPointF(8.0, 3.0));
+    const QColor steps = isNameOnly ? paler(colour) : colour;
+    p.setPen(penOf(steps, 1.4));
+    p.drawPolyline(QPolygonF({{3.2, 4.6}, {3.2, 12.4}, {6.6, 12.4}}));
+    p.drawLine(QPointF(3.2, 7.6), QPointF(6.6, 7.6));
+    p.setBrush(steps);
+    p.drawRoundedRect(QRectF(1.6, 1.6, 5.6, 3.0), 1, 1);
+    p.setBrush(isNameOnly ? QBrush(Qt::NoBrush) : QBrush(steps));
+    p.drawRoundedRect(QRectF(8.0, 6.1, 6.4, 3.0), 1, 1);
     p.setPen(penOf(colour, 1.4));
     p.setBrush(colour);
-    p.drawRoundedRect(QRectF(9.6, 6.0, 5.4, 6.6), 1, 1);
+    p.drawRoundedRect(QRectF(8.0, 10.9, 6.4, 3.0), 1, 1);
 }
 
 }  // namespace

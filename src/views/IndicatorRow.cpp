@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QFontMetrics>
 #include <QPainter>
+#include <QStyle>
 
 #include "views/IndicatorIcons.h"
 #include "views/MarkedText.h"
@@ -20,8 +21,11 @@ class IndicatorRow::Button : public QAbstractButton {
         setFocusPolicy(Qt::NoFocus);
         setAttribute(Qt::WA_Hover);
         setCursor(Qt::ArrowCursor);
+        setAccessibleName(hasText() ? QString::fromUtf8(kEnableText)
+                                    : QStringLiteral("Limits of the result"));
         hide();
-        QObject::connect(this, &QAbstractButton::clicked, this, [parent, kind] {
+        QObject::connect(this, &QAbstractButton::clicked, this, [this, parent, kind] {
+            setChecked(content_.isOn);  // until the program says otherwise
             if (parent->delegate_) parent->delegate_->indicatorClicked(kind);
         });
     }
@@ -33,6 +37,8 @@ class IndicatorRow::Button : public QAbstractButton {
         const QString told = plainText(content.toolTip, false);
         setAccessibleName(hasText() ? QString::fromUtf8(kEnableText) : told);
         setAccessibleDescription(told);
+        setCheckable(!hasText() && kind_ != IndicatorButton::resetFilterButton);
+        setChecked(content.isOn);
         setVisible(content.isShown);
         update();
         return true;
@@ -51,9 +57,11 @@ class IndicatorRow::Button : public QAbstractButton {
         if (!theme_) return;
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
+        painter.scale(theme_->zoom, theme_->zoom);
+        const QRectF all(0, 0, width() / theme_->zoom, height() / theme_->zoom);
         const QColor colour = colourNow();
         if (hasText()) {
-            const QRectF pill = QRectF(rect()).adjusted(0.5, 1.5, -kAfterText - 0.5, -3.5);
+            const QRectF pill = all.adjusted(0.5, 1.5, -kAfterText - 0.5, -3.5);
             QColor ground = theme_->accent;
             ground.setAlphaF(isDown() ? 0.35F : underMouse() ? 0.25F : 0.14F);
             painter.setPen(Qt::NoPen);
@@ -66,7 +74,8 @@ class IndicatorRow::Button : public QAbstractButton {
             painter.drawText(pill, Qt::AlignCenter, QString::fromUtf8(kEnableText));
             return;
         }
-        const QRectF square((width() - kIcon) / 2.0, (height() - kIcon) / 2.0 - 1, kIcon, kIcon);
+        const QRectF square((all.width() - kIcon) / 2, (all.height() - kIcon) / 2 - 1, kIcon,
+                            kIcon);
         IndicatorIcons::draw(painter, square, kind_, content_.isOn, colour);
     }
 
@@ -116,10 +125,13 @@ void IndicatorRow::setIndicator(IndicatorButton button, const IndicatorContent& 
 }
 
 void IndicatorRow::layOut() {
-    int x = 0;
+    double x = 0;
     for (Button* button : buttons_) {
         if (!button->isShown()) continue;
-        button->setGeometry(x, 0, button->neededWidth(), height());
+        const double zoom = button->theme_ ? button->theme_->zoom : 1;
+        const QRect place =
+            QRectF(x * zoom, 0, button->neededWidth() * zoom, height()).toAlignedRect();
+        button->setGeometry(QStyle::visualRect(layoutDirection(), rect(), place));
         x += button->neededWidth();
     }
 }

@@ -14,8 +14,9 @@ struct Theme;
 class IndicatorRow : public QWidget, public IndicatorsView {
   public:
     explicit IndicatorRow(QWidget* parent, std::function<void()> widthChanged);
+    /// With fonts in units.
     void setTheme(const Theme* theme);
-    /// 0 while no button is shown.
+    /// At a text scale of 1; 0 while no button is shown.
     int neededWidth() const;
     /// As they are laid out, of those that are shown.
     std::vector<QWidget*> buttons() const;

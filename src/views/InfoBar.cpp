@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QStyle>
 #include <QTimerEvent>
 #include <algorithm>
 #include <cmath>
@@ -22,7 +23,6 @@ constexpr int kMarqueeRest = 40;  // frames in which its beginning can be read
 }  // namespace
 
 InfoBar::InfoBar() : indicators_(new IndicatorRow(this, [this] { layOut(); })) {
-    setFixedHeight(kHeight);
     setAccessibleName(QStringLiteral("Status"));
 }
 
@@ -38,7 +38,7 @@ void InfoBar::setText(const std::string& text) {
     const QString shown = plainText(text, theme_ && theme_->hasControlPictures);
     if (shown == text_) return;
     text_ = shown;
-    setAccessibleDescription(text_);
+    tellReaders();
     update();
 }
 
@@ -48,10 +48,21 @@ void InfoBar::setToolTip(const std::string& text) {
 }
 
 void InfoBar::setFreshness(const std::string& words, const std::string& toolTip) {
-    freshness_ = plainText(words, false);
+    const QString shown = plainText(words, false);
+    if (shown != freshness_) {
+        freshness_ = shown;
+        tellReaders();
+    }
     freshnessToolTip_ = plainToolTip(toolTip);
     showToolTip();
     update();
+}
+
+void InfoBar::tellReaders() {
+    QString words = marquee_ ? plainText(plainText(*marquee_)) : text_;
+    if (!marquee_ && !freshness_.isEmpty() && !isScanning_)
+        words += QStringLiteral(", ") + freshness_;
+    setAccessibleName(words.isEmpty() ? QStringLiteral("Status") : words);
 }
 
 void InfoBar::showToolTip() {
@@ -95,7 +106,7 @@ void InfoBar::busyChanged(bool wasBusy) {
 void InfoBar::setMarquee(const std::optional<StyledText>& text) {
     if (text == marquee_) return;
     marquee_ = text;
-    setAccessibleDescription(marquee_ ? plainText(plainText(*marquee_)) : text_);
+    tellReaders();
     marqueeOffset_ = 0;
     marqueeRest_ = kMarqueeRest;
     makePieces();
@@ -114,21 +125,42 @@ void InfoBar::makePieces() {
     token.setWeight(QFont::Bold);
     for (const StyledSpan& span : *marquee_) {
         using Look = StyledSpan::Look;
-        const QFont& font = span.look == Look::plain    ? theme_->info13
-                            : span.look == Look::strong ? strong
-                                                        : token;
+        const QFont& font = span.look == Look::strong  ? strong
+                            : span.look == Look::token ? token
+                                                       : theme_->info13;
         const QString text = plainText(span.text, theme_->hasControlPictures);
-        pieces_.push_back({text, font, span.look == Look::token ? theme_->token : theme_->fieldText,
-                           QFontMetricsF(font).horizontalAdvance(text)});
+        const QColor& colour = span.look == Look::token   ? theme_->token
+                               : span.look == Look::error ? theme_->error
+                                                          : theme_->fieldText;
+        pieces_.push_back({text, font, colour, QFontMetricsF(font).horizontalAdvance(text)});
         marqueeWidth_ += pieces_.back().width;
     }
 }
 
 void InfoBar::layOut() {
     const int needed = indicators_->neededWidth();
-    indicators_->setGeometry(width() - kButtonsRight - needed, 0, needed, height());
+    const double zoom = this->zoom();
+    const QRect place =
+        QRectF((unitWidth() - kButtonsRight - needed) * zoom, 0, needed * zoom, height()).toRect();
+    indicators_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), place));
     moveWhileSeen();
     update();
+}
+
+double InfoBar::zoom() const {
+    return theme_ ? theme_->zoom : 1;
+}
+
+QRect InfoBar::mirrored(const QRect& place) const {
+    return QStyle::visualRect(layoutDirection(), {0, 0, unitWidth(), kHeight}, place);
+}
+
+QRect InfoBar::inPixels(const QRect& units) const {
+    return QRectF(units.topLeft() * zoom(), QSizeF(units.size()) * zoom()).toAlignedRect();
+}
+
+Qt::Alignment InfoBar::leading() const {
+    return (isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute;
 }
 
 int InfoBar::rightInset() const {
@@ -145,7 +177,7 @@ void InfoBar::setInset(double width) {
 void InfoBar::moveWhileSeen() {
     const bool isTooLong = marquee_ && marqueeWidth_ > textPlace().width();
     if (!isTooLong) marqueeOffset_ = 0;
-    if (isVisible() && (hasRing_ || isTooLong)) {
+    if (isVisible() && (hasRing_ || isTooLong) && !(theme_ && theme_->lessMotion)) {
         if (!frames_.isActive()) frames_.start(kFrame, this);
     } else {
         frames_.stop();
@@ -162,7 +194,7 @@ void InfoBar::timerEvent(QTimerEvent* event) {
     }
     if (event->timerId() != frames_.timerId()) return;
     turn_ = (turn_ + kStep) % 360;
-    if (hasRing_) update(ringPlace().adjusted(-2, -2, 2, 2));
+    if (hasRing_) update(inPixels(ringPlace().adjusted(-2, -2, 2, 2)));
     if (!marquee_ || marqueeWidth_ <= textPlace().width()) return;
     if (marqueeRest_ > 0) {
         marqueeRest_--;
@@ -173,27 +205,34 @@ void InfoBar::timerEvent(QTimerEvent* event) {
         marqueeOffset_ = 0;
         marqueeRest_ = kMarqueeRest;
     }
-    update(textPlace());
+    update(inPixels(textPlace()));
 }
 
 QRect InfoBar::ringPlace() const {
-    return {width() - rightInset() - kRing, (height() - kRing) / 2 - 1, kRing, kRing};
+    return mirrored({unitWidth() - rightInset() - kRing, (kHeight - kRing) / 2 - 1, kRing, kRing});
 }
 
 QRect InfoBar::textPlace() const {
     const int right = rightInset() + (hasRing_ ? kRing + kInset / 2 : 0);
-    return {kInset, -2, std::max(0, width() - kInset - right - freshnessWidth()), height()};
+    const int width = unitWidth() - kInset - right - freshnessWidth();
+    return mirrored({kInset, -2, std::max(0, width), kHeight});
 }
 
 void InfoBar::paintText(QPainter& painter) const {
     painter.setPen(isError_ ? theme_->error : theme_->info);
     const QFontMetrics metrics(theme_->info13);
-    painter.drawText(textPlace(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+    painter.drawText(textPlace(), leading() | Qt::AlignVCenter | Qt::TextSingleLine,
                      metrics.elidedText(text_, Qt::ElideMiddle, textPlace().width()));
     if (freshness_.isEmpty()) return;
     painter.setPen(theme_->info);
-    const QRect place(textPlace().right(), textPlace().top(), freshnessWidth(), height());
-    painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, freshness_);
+    const QRect text = textPlace();
+    const int wide = freshnessWidth();
+    const bool fromRight = isRightToLeft();
+    const QRect place(fromRight ? text.left() - wide : text.right(), text.top(), wide, kHeight);
+    painter.drawText(place,
+                     (fromRight ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignAbsolute |
+                         Qt::AlignVCenter | Qt::TextSingleLine,
+                     freshness_);
 }
 
 void InfoBar::paintMarquee(QPainter& painter) const {
@@ -203,9 +242,12 @@ void InfoBar::paintMarquee(QPainter& painter) const {
     const QFontMetricsF metrics(theme_->info13);
     const double baseLine =
         place.top() + (place.height() + metrics.ascent() - metrics.descent()) / 2;
-    const bool moves = marqueeWidth_ > place.width();
-    for (double x = place.left() - marqueeOffset_; x < place.right();
-         x += marqueeWidth_ + kMarqueeGap) {
+    const bool moves = marqueeWidth_ > place.width() && !theme_->lessMotion;
+    // Our messages are English: from the left, but at the end where the window begins.
+    const double begin = isRightToLeft() && marqueeWidth_ < place.width()
+                             ? place.right() + 1 - marqueeWidth_
+                             : place.left();
+    for (double x = begin - marqueeOffset_; x < place.right(); x += marqueeWidth_ + kMarqueeGap) {
         double left = x;
         for (const MarqueePiece& piece : pieces_) {
             painter.setFont(piece.font);
@@ -232,6 +274,7 @@ void InfoBar::paintRing(QPainter& painter) const {
 void InfoBar::paintEvent(QPaintEvent*) {
     if (!theme_) return;
     QPainter painter(this);
+    painter.scale(zoom(), zoom());
     painter.setFont(theme_->info13);
     if (marquee_)
         paintMarquee(painter);

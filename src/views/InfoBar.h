@@ -15,6 +15,7 @@ class InfoBar : public QWidget, public InfoBarView {
     static constexpr int kHeight = 20;
 
     InfoBar();
+    /// With fonts in units.
     void setTheme(const Theme* theme);
 
     IndicatorsView& indicators() { return *indicators_; }
@@ -43,6 +44,12 @@ class InfoBar : public QWidget, public InfoBarView {
         QColor colour;
         double width;
     };
+    // The bar lays itself out for a text scale of 1, from left to right.
+    double zoom() const;
+    int unitWidth() const { return qRound(width() / zoom()); }
+    QRect mirrored(const QRect& place) const;
+    QRect inPixels(const QRect& units) const;
+    Qt::Alignment leading() const;
     void makePieces();
     bool isBusy() const { return isScanning_ || isSearching_; }
     void busyChanged(bool wasBusy);
@@ -58,6 +65,8 @@ class InfoBar : public QWidget, public InfoBarView {
     IndicatorRow* const indicators_;  // a child
     const Theme* theme_ = nullptr;
     void showToolTip();
+    /// Its name is what it says, so that a change of it is announced.
+    void tellReaders();
     int freshnessWidth() const;
 
     QString ownToolTip_, freshnessToolTip_, freshness_;

@@ -81,13 +81,26 @@ MarkedText withLetters(const MarkedText& whole, const Letters& letters, std::vec
     return result;
 }
 
+/// What most fonts have where they have no pictures of control characters.
+QChar plainSign(QChar picture) {
+    switch (picture.unicode()) {
+        case u'\u2409':  // a tabulator
+            return {u'\u21E5'};
+        case u'\u240A':  // the ends of a line
+        case u'\u240D':
+            return {u'\u21B5'};
+        default:
+            return {u'\u00A4'};
+    }
+}
+
 }  // namespace
 
 QString plainText(const std::string& utf8, bool hasControlPictures) {
     QString text = QString::fromStdString(displayText(utf8));
     if (hasControlPictures) return text;
     for (QChar& c : text)
-        if (c >= kFirstControlPicture && c <= kLastControlPicture) c = QChar::ReplacementCharacter;
+        if (c >= kFirstControlPicture && c <= kLastControlPicture) c = plainSign(c);
     return text;
 }
 

@@ -1,21 +1,30 @@
 #include "views/ResultTable.h"
 
+#include <QAccessible>
 #include <QContextMenuEvent>
+#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
+#include <QStyle>
+#include <QToolTip>
 #include <algorithm>
 #include <cmath>
 #include <utility>
+
+#include "views/ResultTableAccess.h"
+#include "views/rowSpeech.h"
 
 namespace {
 constexpr size_t kKeptContents = 64;
 constexpr double kWheelNotch = 120;  // of QWheelEvent's angle
 constexpr double kRowsANotch = 2;
-constexpr int kEditorHeight = 26;
+constexpr int kEditorHeight = 24;
 }  // namespace
 
 ResultTable::ResultTable()
     : scroller_(new Scroller(this, [this](double offset) { setOffset(offset); })) {
+    QAccessible::installFactory(ResultTableAccess::make);  // before the first word about it
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);  // what is behind is not painted for each key stroke
     setAccessibleName(QStringLiteral("Results"));
@@ -23,9 +32,12 @@ ResultTable::ResultTable()
 }
 
 void ResultTable::setTheme(const Theme* theme) {
+    const double top = clipOrigin().y;
     theme_ = theme;
     painter_.emplace(theme);
     scroller_->setTheme(theme);
+    setClipOrigin({0, top});
+    updateScroller();
     update();
 }
 
@@ -40,6 +52,7 @@ void ResultTable::setData(const ResultTableData* rows) {
 }
 
 void ResultTable::reloadData() {
+    announced_.clear();
     count_ = data_ ? data_->numberOfRows() : 0;
     contents_.clear();
     selection_.clear();
@@ -121,12 +134,71 @@ void ResultTable::setSelection(std::set<size_t> rows) {
     if (rows == selection_) return;
     selection_ = std::move(rows);
     update();  // a screenful at most, however many rows it is
+    tellReaders();
     if (delegate_) delegate_->tableViewSelectionDidChange();
+}
+
+void ResultTable::followLinkOf(const RowContent& content) {
+    if (!followLink_ || !content.isLink || content.linkPath.empty()) return;
+    followLink_(content.linkPath,
+                [self = QPointer<ResultTable>(this), path = content.linkPath](bool leads) {
+                    if (!self || leads == (self->brokenLinks_.count(path) == 0)) return;
+                    if (leads)
+                        self->brokenLinks_.erase(path);
+                    else
+                        self->brokenLinks_.insert(path);
+                    self->update();
+                });
+}
+
+RowContent ResultTable::contentFor(size_t row) const {
+    const auto found = contents_.find(row);
+    if (found != contents_.end()) return found->second;
+    return data_ && row < data_->numberOfRows() ? data_->row(row) : RowContent();
+}
+
+QString ResultTable::spokenName(size_t row) const {
+    const RowContent content = contentFor(row);
+    return rowSpeech::name(content, isBroken(content));
+}
+
+QString ResultTable::spokenDetails(size_t row) const {
+    return rowSpeech::details(contentFor(row));
+}
+
+void ResultTable::tellReaders() {
+    if (!QAccessible::isActive()) return;
+    const auto row = selectedRow();
+    if (row) {
+        QAccessibleEvent selected(this, QAccessible::Selection);
+        selected.setChild(int(*row));
+        QAccessible::updateAccessibility(&selected);
+    }
+    QString words;
+    if (row)
+        words = QStringLiteral("%1, %2, %3 of %4")
+                    .arg(spokenName(*row), spokenDetails(*row))
+                    .arg(*row + 1)
+                    .arg(count_);
+    if (words == announced_) return;
+    announced_ = words;
+    if (announce_) announce_(words);
+}
+
+bool ResultTable::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return QWidget::event(event);
+    const auto* const help = static_cast<QHelpEvent*>(event);
+    if (const auto row = rowAt(help->pos().y()))
+        QToolTip::showText(help->globalPos(), rowSpeech::toolTip(contentFor(*row)), this,
+                           rowPlace(*row).toAlignedRect());
+    else
+        QToolTip::hideText();
+    return true;
 }
 
 void ResultTable::scrollRowToVisible(size_t row) {
     if (row >= count_) return;
-    const double top = double(row) * pitch(), bottom = top + pitch() + 2 * kMargin;
+    const double top = double(row) * pitch(), bottom = top + pitch() + 2 * margin();
     if (top < offset_ || bottom - top > height())
         setOffset(top);
     else if (bottom > offset_ + height())
@@ -142,10 +214,13 @@ void ResultTable::beginEditingRow(const RowEdit& edit) {
         },
         [this] { endEditingRow(); });
     const QRect row = rowPlace(edit.row).toRect();
-    const int top = edit.pathPart ? row.bottom() - kEditorHeight : row.top() + 2;
-    editor_->setGeometry(RowPainter::kTextLeft, top,
-                         width() - RowPainter::kTextLeft - RowPainter::kRightInset, kEditorHeight);
-    if (theme_) editor_->setFont(edit.pathPart ? theme_->pathFont : theme_->nameFont);
+    const int height = qRound(kEditorHeight * zoom());
+    const int top = edit.pathPart ? row.bottom() - height : row.top() + qRound(zoom());
+    const int left = qRound(RowPainter::kTextLeft * zoom()) - RowEditor::kPadding;
+    const int right = qRound(RowPainter::kRightInset * zoom()) - RowEditor::kPadding;
+    const QRect place(left, top, width() - left - right, height);
+    editor_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), place));
+    if (theme_) editor_->setTheme(*theme_, edit.pathPart.has_value());
     editor_->begin(edit);
 }
 
@@ -158,7 +233,7 @@ void ResultTable::endEditingRow() {
 }
 
 void ResultTable::setClipOrigin(Point origin) {
-    setOffset(origin.y);
+    setOffset(origin.y * zoom());
 }
 
 void ResultTable::setOffset(double offset) {
@@ -176,12 +251,13 @@ void ResultTable::updateScroller() {
 }
 
 QRectF ResultTable::rowPlace(size_t row) const {
-    const double top = kMargin + kRowSpacing / 2 + double(row) * pitch() - offset_;
-    return {0, top, double(width()), rowHeight_};
+    // On whole pixels, so that no row is blurred.
+    const double top = std::round(margin() + kRowSpacing / 2 * zoom() + double(row) * pitch());
+    return {0, top - offset_, double(width()), std::round(rowHeight_ * zoom())};
 }
 
 std::optional<size_t> ResultTable::rowAt(double y) const {
-    const double row = std::floor((y + offset_ - kMargin) / pitch());
+    const double row = std::floor((y + offset_ - margin()) / pitch());
     if (row < 0 || row >= double(count_)) return std::nullopt;
     return size_t(row);
 }
@@ -192,16 +268,21 @@ void ResultTable::updateRow(size_t row) {
 
 const RowContent& ResultTable::content(size_t row) {
     auto found = contents_.find(row);
-    if (found == contents_.end()) found = contents_.emplace(row, data_->row(row)).first;
+    if (found == contents_.end()) {
+        found = contents_.emplace(row, data_->row(row)).first;
+        followLinkOf(found->second);
+    }
     return found->second;
 }
 
 void ResultTable::paintEvent(QPaintEvent* event) {
     if (!painter_) return;
     QPainter painter(this);
+    painter.setLayoutDirection(layoutDirection());
     painter.fillRect(event->rect(), theme_->background);
     if (!data_ || count_ == 0) return;
-    const auto first = rowAt(std::max(event->rect().top() - kRowSpacing, kMargin - offset_));
+    const auto first =
+        rowAt(std::max(event->rect().top() - kRowSpacing * zoom() - 1, margin() - offset_));
     if (!first) return;
     for (size_t row = *first; row < count_; ++row) {
         const QRectF place = rowPlace(row);
@@ -210,17 +291,19 @@ void ResultTable::paintEvent(QPaintEvent* event) {
         if (selection_.count(row))
             look = hasKeyboard_ ? RowPainter::Look::selected
                                 : RowPainter::Look::selectedWithoutKeyboard;
-        painter_->draw(painter, place, content(row), look);
+        const RowContent& shown = content(row);
+        painter_->draw(painter, place, shown, look, {.isBrokenLink = isBroken(shown)});
     }
     if (contents_.size() <= kKeptContents) return;
-    const size_t top = rowAt(kMargin).value_or(0);
+    const size_t top = rowAt(margin()).value_or(0);
     const auto shown = size_t(height() / pitch()) + 2;
     contents_.erase(contents_.begin(), contents_.lower_bound(top));
     contents_.erase(contents_.lower_bound(top + shown), contents_.end());
 }
 
 void ResultTable::resizeEvent(QResizeEvent* event) {
-    scroller_->setGeometry(width() - Scroller::kWidth, 0, Scroller::kWidth, height());
+    const QRect atEnd(width() - Scroller::kWidth, 0, Scroller::kWidth, height());
+    scroller_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), atEnd));
     const double before = offset_;
     setOffset(offset_);
     updateScroller();

@@ -1,6 +1,9 @@
 #include "views/RowEditor.h"
 
 #include <QKeyEvent>
+#include <QPainter>
+
+#include "views/Theme.h"
 
 RowEditor::RowEditor(QWidget* parent,
                      std::function<bool(RowEditCommand, const std::u16string&)> command,
@@ -8,6 +11,32 @@ RowEditor::RowEditor(QWidget* parent,
     : QLineEdit(parent), command_(std::move(command)), ended_(std::move(ended)) {
     setAccessibleName(QStringLiteral("New name"));
     setFrame(false);
+    constexpr int kOwnPadding = 2;  // QLineEdit's, which cannot be set
+    setTextMargins(kPadding - kOwnPadding, 0, kPadding - kOwnPadding, 0);
+}
+
+void RowEditor::setTheme(const Theme& theme, bool isPath) {
+    setFont(theme.zoomed(isPath ? theme.pathFont : theme.nameFont));
+    frame_ = theme.accent;
+    QPalette colours = palette();
+    colours.setColor(QPalette::Base, Qt::transparent);
+    colours.setColor(QPalette::Text, theme.fieldText);
+    colours.setColor(QPalette::Window, theme.background);
+    colours.setColor(QPalette::Highlight, theme.selection);
+    colours.setColor(QPalette::HighlightedText, theme.selectedText);
+    setPalette(colours);
+}
+
+void RowEditor::paintEvent(QPaintEvent* event) {
+    constexpr double kRadius = 4;
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(frame_, 1));
+        painter.setBrush(palette().window());
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+    }
+    QLineEdit::paintEvent(event);
 }
 
 void RowEditor::begin(const RowEdit& edit) {

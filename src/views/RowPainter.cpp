@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QTextLayout>
+#include <algorithm>
+#include <iterator>
 
 #include "views/MarkedText.h"
 
@@ -13,6 +15,14 @@ constexpr double kAttributeLine = 20;
 constexpr float kDim = 0.4F;  // of a name whose folder is selected
 constexpr double kThumbnailRadius = 3;
 constexpr double kMarkedDot = 8, kMarkedRoom = 16;
+constexpr double kFrame = 2;  // around a selection in high contrast
+constexpr int kSuffixPixels = 12;
+
+/// Of a line of metadata: fonts become narrower before they become too small to read.
+struct Size {
+    int pixels, stretch;
+};
+constexpr Size kSizes[] = {{12, 100}, {12, 93}, {11, 100}, {11, 93}, {11, 87}};
 
 /// For desktops without a font of coloured pictures. As long as before, in units.
 QString inPlainSymbols(QString text) {
@@ -41,24 +51,63 @@ void layOut(QTextLayout& layout) {
 }  // namespace
 
 RowPainter::RowPainter(const Theme* theme)
-    : theme_(theme), nameMetrics_(theme->nameMarkFont), pathMetrics_(theme->pathMarkFont) {}
-
-void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& content, Look look) {
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (look != Look::plain) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(look == Look::selected ? theme_->selection : theme_->otherSelection);
-        painter.drawRoundedRect(row.adjusted(kSelectionInset, 0, -kSelectionInset, 0),
-                                kSelectionRadius, kSelectionRadius);
+    : theme_(theme),
+      suffixFont_(theme->pathFont),
+      nameCap_(QFontMetricsF(theme->nameMarkFont).capHeight()),
+      nameWidths_(theme->nameMarkFont),
+      pathWidths_(theme->pathMarkFont),
+      attributeWidths_(Theme::attributeFont(theme->info13, kSizes[0].pixels, false)),
+      attributeMarkWidths_(Theme::attributeFont(theme->info13, kSizes[0].pixels, true)) {
+    suffixFont_.setPixelSize(kSuffixPixels);
+    for (const Size& size : kSizes) {
+        auto& fonts =
+            attributeFonts_.emplace_back(Theme::attributeFont(theme->info13, size.pixels, false),
+                                         Theme::attributeFont(theme->info13, size.pixels, true));
+        fonts.first.setStretch(size.stretch);
+        fonts.second.setStretch(size.stretch);
     }
-    const QRectF icon(row.left() + kIconLeft, row.top() + (row.height() - kIconSize) / 2, kIconSize,
-                      kIconSize);
-    const double scale = painter.device()->devicePixelRatioF();
+}
+
+void RowPainter::draw(QPainter& painter, const QRectF& place, const RowContent& content, Look look,
+                      Extras extras) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(place.topLeft());
+    painter.scale(theme_->zoom, theme_->zoom);
+    drawInUnits(painter, {QPointF(), place.size() / theme_->zoom}, content, look, extras);
+    painter.restore();
+}
+
+QRectF RowPainter::mirrored(const QPainter& painter, QRectF part, const QRectF& row) {
+    if (painter.layoutDirection() == Qt::RightToLeft)
+        part.moveLeft(row.left() + row.right() - part.right());
+    return part;
+}
+
+void RowPainter::drawGround(QPainter& painter, const QRectF& row, Look look) const {
+    if (look == Look::plain) return;
+    QRectF ground = row.adjusted(kSelectionInset, 0, -kSelectionInset, 0);
+    painter.setPen(Qt::NoPen);
+    if (theme_->highContrast) {
+        painter.setPen(QPen(theme_->accent, kFrame));
+        ground.adjust(kFrame / 2, kFrame / 2, -kFrame / 2, -kFrame / 2);
+    }
+    painter.setBrush(look == Look::selected ? theme_->selection : theme_->otherSelection);
+    painter.drawRoundedRect(ground, kSelectionRadius, kSelectionRadius);
+}
+
+void RowPainter::drawInUnits(QPainter& painter, const QRectF& row, const RowContent& content,
+                             Look look, Extras extras) {
+    drawGround(painter, row, look);
+    const QRectF icon = mirrored(
+        painter,
+        {row.left() + kIconLeft, row.top() + (row.height() - kIconSize) / 2, kIconSize, kIconSize},
+        row);
     if (content.thumbnail)
         drawThumbnail(painter, icon, content.thumbnail);
     else
-        painter.drawPixmap(icon.topLeft(), icons_.pixmap(content.iconName, kIconSize, scale));
-    drawBadges(painter, icon, row, content, look);
+        drawIcon(painter, icon, content.iconName, look);
+    drawBadges(painter, icon, row, content, look, extras);
 
     const bool selected = look == Look::selected;
     Line name{theme_->nameFont, theme_->nameMarkFont,
@@ -71,34 +120,34 @@ void RowPainter::draw(QPainter& painter, const QRectF& row, const RowContent& co
         name.colour.setAlphaF(kDim);
         name.markColour.setAlphaF(kDim);
     }
-    const double x = row.left() + kTextLeft;
     const double width =
         row.width() - kTextLeft - kRightInset - (content.isMarked ? kMarkedRoom : 0);
-    const auto widthOf = [](const QFontMetricsF& metrics) {
-        return [&metrics](const QString& text) { return metrics.horizontalAdvance(text); };
-    };
-    const MarkedText shownName = elidedAroundMarks(
-        {plainText(content.name, theme_->hasControlPictures), content.nameHighlights}, width,
-        widthOf(nameMetrics_));
-    if (content.path.empty()) {
-        const double middle = row.center().y() + nameMetrics_.capHeight() / 2;
-        drawLine(painter, shownName, name, x, middle, width);
-        return;
-    }
-    drawLine(painter, shownName, name, x, row.top() + 20, width);
+    const double x =
+        mirrored(painter, {row.left() + kTextLeft, row.top(), width, row.height()}, row).left();
+    const double nameLine = content.path.empty() ? row.center().y() + nameCap_ / 2 : row.top() + 20;
+    drawName(painter, content, name, path.colour, {x, row.top(), width, row.height()}, nameLine);
+    if (content.path.empty()) return;
     const MarkedText shownPath = isolatingPathComponents(elidedAroundMarks(
         {plainText(content.path, theme_->hasControlPictures),
          content.pathSelection ? std::vector{*content.pathSelection} : content.pathHighlights},
-        width, widthOf(pathMetrics_)));
+        width, pathWidths_));
     drawLine(painter, shownPath, path, x, row.top() + 39, width);
     double y = row.top() + 39;
     for (const RowLine& attributes : content.attributes)
         drawAttributes(painter, attributes, selected, x, y += kAttributeLine, width);
 }
 
+void RowPainter::drawIcon(QPainter& painter, const QRectF& place, const std::string& name,
+                          Look look) {
+    const double scale = painter.device()->devicePixelRatioF() * theme_->zoom;
+    const QPixmap picture = icons_.pixmap(name, kIconSize, scale);
+    if (!theme_->dark && look != Look::selected) shade_.draw(painter, place, picture);
+    painter.drawPixmap(place, picture, picture.rect());
+}
+
 void RowPainter::drawThumbnail(QPainter& painter, const QRectF& icon,
                                const std::shared_ptr<const Picture>& thumbnail) {
-    const double scale = painter.device()->devicePixelRatioF();
+    const double scale = painter.device()->devicePixelRatioF() * theme_->zoom;
     const QPixmap pixmap = icons_.pixmap(thumbnail, kIconSize, scale);
     const QSizeF size = QSizeF(pixmap.size()) / scale;
     QRectF place(QPointF(), size);
@@ -108,7 +157,7 @@ void RowPainter::drawThumbnail(QPainter& painter, const QRectF& icon,
     edge.addRoundedRect(place, kThumbnailRadius, kThumbnailRadius);
     painter.save();
     painter.setClipPath(edge, Qt::IntersectClip);
-    painter.drawPixmap(place.topLeft(), pixmap);
+    painter.drawPixmap(place, pixmap, pixmap.rect());
     painter.restore();
     // So that a white page does not melt into a white window.
     painter.setPen(QPen(theme_->border, 1));
@@ -117,39 +166,57 @@ void RowPainter::drawThumbnail(QPainter& painter, const QRectF& icon,
                             kThumbnailRadius);
 }
 
+void RowPainter::drawName(QPainter& painter, const RowContent& content, const Line& line,
+                          const QColor& suffixColour, const QRectF& place, double y) {
+    QString name = plainText(content.name, theme_->hasControlPictures);
+    QString suffix = name.right(qsizetype(content.nameSuffix));
+    name.chop(suffix.size());
+    const bool fromRight = painter.layoutDirection() == Qt::RightToLeft;
+    if (fromRight && suffix.startsWith(QLatin1Char(' '))) suffix = suffix.mid(1) + QLatin1Char(' ');
+    const double suffixWidth =
+        suffix.isEmpty() ? 0 : QFontMetricsF(suffixFont_).horizontalAdvance(suffix) + 1;
+    const double room = place.width() - suffixWidth;
+    const double used =
+        drawLine(painter, elidedAroundMarks({name, content.nameHighlights}, room, nameWidths_),
+                 line, place.left() + (fromRight ? suffixWidth : 0), y, room);
+    if (suffix.isEmpty()) return;
+    const double x = fromRight ? place.right() - used - suffixWidth : place.left() + used;
+    drawLine(painter, {suffix, {}},
+             {suffixFont_, suffixFont_, suffixColour, suffixColour, Qt::LeftToRight}, x, y,
+             suffixWidth);
+}
+
 void RowPainter::drawAttributes(QPainter& painter, const RowLine& attributes, bool selected,
                                 double x, double y, double width) {
     QString text = plainText(attributes.text, theme_->hasControlPictures);
     if (!theme_->hasPictures) text = inPlainSymbols(text);
-    constexpr int kLargest = 12, kSmallest = 10;
-    for (int pixels = kLargest; pixels >= kSmallest; --pixels) {
-        const QFont plain = Theme::attributeFont(theme_->info13, pixels, false);
-        const QFont marked = Theme::attributeFont(theme_->info13, pixels, true);
-        const QFontMetricsF plainMetrics(plain), markedMetrics(marked);
-        double needed = plainMetrics.horizontalAdvance(text);
-        for (const TextRange& mark : attributes.highlights) {
-            const QString part = text.mid(int(mark.location), int(mark.length));
-            needed += markedMetrics.horizontalAdvance(part) - plainMetrics.horizontalAdvance(part);
-        }
-        if (needed > width && pixels > kSmallest) continue;
-        const Line line{plain, marked, selected ? theme_->selectedPath : theme_->info,
-                        selected ? theme_->selectedText : theme_->accent, Qt::LeftToRight};
-        MarkedText shown{text, attributes.highlights};
-        if (needed > width)
-            shown = elidedAroundMarks(shown, width, [&markedMetrics](const QString& part) {
-                return markedMetrics.horizontalAdvance(part);
-            });
-        return drawLine(painter, shown, line, x, y, width);
+    double needed = attributeWidths_(text);
+    for (const TextRange& mark : attributes.highlights) {
+        const QString part = text.mid(int(mark.location), int(mark.length));
+        needed += attributeMarkWidths_(part) - attributeWidths_(part);
     }
+    size_t i = 0;
+    const auto shrink = [&] {
+        return double(kSizes[i].pixels * kSizes[i].stretch) /
+               (kSizes[0].pixels * kSizes[0].stretch);
+    };
+    while (needed * shrink() > width && i + 1 < std::size(kSizes)) ++i;
+    MarkedText shown{text, attributes.highlights};
+    if (needed * shrink() > width)
+        shown = elidedAroundMarks(shown, width / shrink(), attributeMarkWidths_);
+    const Line line{attributeFonts_[i].first, attributeFonts_[i].second,
+                    selected ? theme_->selectedPath : theme_->info,
+                    selected ? theme_->selectedText : theme_->accent, Qt::LeftToRight};
+    drawLine(painter, shown, line, x, y, width);
 }
 
-void RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x,
-                          double y, double width) {
+double RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x,
+                            double y, double width) {
     QTextLayout layout(text.text, line.font, painter.device());
     QTextOption option;
     option.setWrapMode(QTextOption::NoWrap);
     option.setTextDirection(line.direction);
-    // Always at the left, where the eye looks for it, whatever the script.
+    // Always beside the icon, where the eye looks for it, whatever the script.
     option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
     layout.setTextOption(option);
     QList<QTextLayout::FormatRange> formats;
@@ -162,29 +229,45 @@ void RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line&
     layout.setFormats(formats);
     layOut(layout);
     painter.setPen(line.colour);
-    layout.draw(&painter, {x, y - layout.lineAt(0).ascent()}, {}, QRectF(x, y - 40, width + 2, 80));
+    const double used = layout.lineAt(0).naturalTextWidth();
+    const double left =
+        painter.layoutDirection() == Qt::RightToLeft ? x + std::max(0.0, width - used) : x;
+    layout.draw(&painter, {left, y - layout.lineAt(0).ascent()}, {},
+                QRectF(x, y - 40, width + 2, 80));
+    return used;
+}
+
+void RowPainter::drawLinkEmblem(QPainter& painter, const QPointF& centre, bool isBroken) {
+    const QColor paper = isBroken ? QColor(200, 45, 40) : QColor(252, 253, 255);
+    const QColor ink = isBroken ? QColor(Qt::white) : QColor(50, 75, 105);
+    painter.setPen(QPen(isBroken ? QColor(255, 255, 255, 200) : QColor(0, 0, 0, 60), 1));
+    painter.setBrush(paper);
+    painter.drawEllipse(centre, 6.5, 6.5);
+    painter.setPen(QPen(ink, isBroken ? 1.9 : 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    if (isBroken) {
+        painter.drawLine(centre + QPointF(-2.5, -2.5), centre + QPointF(2.5, 2.5));
+        painter.drawLine(centre + QPointF(-2.5, 2.5), centre + QPointF(2.5, -2.5));
+        return;
+    }
+    QPainterPath arrow(centre + QPointF(-2.8, 3.0));
+    arrow.quadTo(centre + QPointF(-2.6, -0.8), centre + QPointF(2.4, -1.2));
+    arrow.moveTo(centre + QPointF(0.2, -3.6));
+    arrow.lineTo(centre + QPointF(2.8, -1.2));
+    arrow.lineTo(centre + QPointF(0.2, 1.2));
+    painter.drawPath(arrow);
 }
 
 void RowPainter::drawBadges(QPainter& painter, const QRectF& icon, const QRectF& row,
-                            const RowContent& content, Look look) {
-    if (content.isLink) {
-        const QPointF centre = icon.bottomLeft() + QPointF(6.5, -6.5);
-        painter.setPen(QPen(QColor(0, 0, 0, 60), 1));
-        painter.setBrush(QColor(252, 253, 255));
-        painter.drawEllipse(centre, 6.5, 6.5);
-        painter.setPen(QPen(QColor(50, 75, 105), 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter.setBrush(Qt::NoBrush);
-        QPainterPath arrow(centre + QPointF(-2.8, 3.0));
-        arrow.quadTo(centre + QPointF(-2.6, -0.8), centre + QPointF(2.4, -1.2));
-        arrow.moveTo(centre + QPointF(0.2, -3.6));
-        arrow.lineTo(centre + QPointF(2.8, -1.2));
-        arrow.lineTo(centre + QPointF(0.2, 1.2));
-        painter.drawPath(arrow);
-    }
-    if (content.isMarked) {
-        const QPointF centre(row.right() - kRightInset - kMarkedDot / 2, row.center().y());
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(look == Look::selected ? theme_->selectedText : theme_->accent);
-        painter.drawEllipse(centre, kMarkedDot / 2, kMarkedDot / 2);
-    }
+                            const RowContent& content, Look look, Extras extras) {
+    if (content.isLink)
+        drawLinkEmblem(painter, icon.bottomLeft() + QPointF(6.5, -6.5), extras.isBrokenLink);
+    if (!content.isMarked) return;
+    const QRectF dot = mirrored(painter,
+                                {row.right() - kRightInset - kMarkedDot,
+                                 row.center().y() - kMarkedDot / 2, kMarkedDot, kMarkedDot},
+                                row);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(look == Look::selected ? theme_->selectedText : theme_->accent);
+    painter.drawEllipse(dot);
 }

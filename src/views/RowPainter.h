@@ -1,9 +1,13 @@
 #pragma once
-#include <QFontMetricsF>
+#include <QFont>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "screen/RowContent.h"
 #include "views/IconCache.h"
+#include "views/IconShade.h"
+#include "views/LetterWidths.h"
 #include "views/Theme.h"
 
 class QPainter;
@@ -15,10 +19,17 @@ struct MarkedText;
 class RowPainter {
   public:
     enum class Look { plain, selected, selectedWithoutKeyboard };
+    // At a text scale of 1. From right to left where the painter's layout goes that way.
     static constexpr int kIconLeft = 15, kIconSize = 32, kTextLeft = 59, kRightInset = 17;
 
+    /// theme: with fonts in units.
     explicit RowPainter(const Theme* theme);
-    void draw(QPainter& painter, const QRectF& row, const RowContent& content, Look look);
+    /// Badges beyond those of the content.
+    struct Extras {
+        bool isBrokenLink = false;
+    };
+    void draw(QPainter& painter, const QRectF& place, const RowContent& content, Look look,
+              Extras extras = {false});
     IconCache& icons() { return icons_; }
 
   private:
@@ -27,19 +38,32 @@ class RowPainter {
         QColor colour, markColour;
         Qt::LayoutDirection direction;
     };
-    /// Base line of the text at y.
-    void drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x, double y,
-                  double width);
+    static QRectF mirrored(const QPainter& painter, QRectF part, const QRectF& row);
+    void drawInUnits(QPainter& painter, const QRectF& row, const RowContent& content, Look look,
+                     Extras extras);
+    void drawGround(QPainter& painter, const QRectF& row, Look look) const;
+    /// Base line of the text at y. Where it ends.
+    double drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x, double y,
+                    double width);
+    void drawName(QPainter& painter, const RowContent& content, const Line& line,
+                  const QColor& suffixColour, const QRectF& place, double y);
+    void drawIcon(QPainter& painter, const QRectF& place, const std::string& name, Look look);
     /// In the middle of the icon's place.
     void drawThumbnail(QPainter& painter, const QRectF& icon,
                        const std::shared_ptr<const Picture>& thumbnail);
     /// In the largest font in which it fits, the middle left out if it fits in none.
     void drawAttributes(QPainter& painter, const RowLine& attributes, bool selected, double x,
                         double y, double width);
+    static void drawLinkEmblem(QPainter& painter, const QPointF& centre, bool isBroken);
     void drawBadges(QPainter& painter, const QRectF& icon, const QRectF& row,
-                    const RowContent& content, Look look);
+                    const RowContent& content, Look look, Extras extras);
 
     const Theme* theme_;
     IconCache icons_;
-    QFontMetricsF nameMetrics_, pathMetrics_;  // of the heavier, wider faces
+    IconShade shade_;
+    QFont suffixFont_;  // of a remark behind the name
+    const double nameCap_;
+    const LetterWidths nameWidths_, pathWidths_;  // of the heavier, wider faces
+    const LetterWidths attributeWidths_, attributeMarkWidths_;
+    std::vector<std::pair<QFont, QFont>> attributeFonts_;  // with those of marks, ever smaller
 };

@@ -33,7 +33,8 @@ QRectF Scroller::thumb() const {
     const double length = std::min(room, std::max(kShortest, room * shown_ / content_));
     const double top = kInset + (room - length) * offset_ / (content_ - shown_);
     const double thickness = hovered_ ? kThick : kThin;
-    return {width() - kInset - thickness, top, thickness, length};
+    const double left = isRightToLeft() ? kInset : width() - kInset - thickness;
+    return {left, top, thickness, length};
 }
 
 void Scroller::paintEvent(QPaintEvent*) {

@@ -15,7 +15,7 @@
 namespace {
 
 constexpr int kTextLeft = 60;  // in line with the rows' texts
-constexpr int kRightInset = 16;
+constexpr int kRightInset = 6;
 
 void drawMagnifier(QPainter& painter, const QPointF& centre, const QColor& colour) {
     painter.setRenderHint(QPainter::Antialiasing);
@@ -34,8 +34,6 @@ class SearchField::Edit : public QLineEdit {
         : QLineEdit(parent), keySymbols_(std::move(keySymbols)) {
         setFrame(false);
         setAttribute(Qt::WA_MacShowFocusRect, false);
-        setTextMargins(kTextLeft - 2, 0, kRightInset, 0);
-        setFixedHeight(kHeight);
         setAccessibleName(QStringLiteral("Search"));
         const auto changed = [this] { tellOfChange(); };
         QObject::connect(this, &QLineEdit::textChanged, this, changed);
@@ -51,6 +49,7 @@ class SearchField::Edit : public QLineEdit {
     void setTheme(const Theme* theme) {
         theme_ = theme;
         setFont(theme->field);
+        layOut();
         QPalette colours = palette();
         colours.setColor(QPalette::Base, Qt::transparent);
         colours.setColor(QPalette::Text, theme->fieldText);
@@ -83,6 +82,10 @@ class SearchField::Edit : public QLineEdit {
         }
         return QLineEdit::event(event);
     }
+    void changeEvent(QEvent* event) override {
+        QLineEdit::changeEvent(event);
+        if (event->type() == QEvent::LayoutDirectionChange) layOut();
+    }
     void inputMethodEvent(QInputMethodEvent* event) override {
         preedit_ = event->preeditString();
         preeditAttributes_ = event->attributes();
@@ -93,10 +96,21 @@ class SearchField::Edit : public QLineEdit {
         QLineEdit::paintEvent(event);
         if (!theme_) return;
         QPainter painter(this);
-        drawMagnifier(painter, {32, height() / 2.0}, theme_->symbol);
+        const double centre = 32 * theme_->zoom;
+        painter.translate(isRightToLeft() ? width() - centre : centre, height() / 2.0);
+        painter.scale(theme_->zoom, theme_->zoom);
+        drawMagnifier(painter, {0, 0}, theme_->symbol);
     }
 
   private:
+    void layOut() {
+        const double zoom = theme_ ? theme_->zoom : 1;
+        const int begin = qRound((kTextLeft - 2) * zoom), end = qRound(kRightInset * zoom);
+        // Beside the symbol, whatever the script.
+        setAlignment((isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
+                     Qt::AlignVCenter);
+        setTextMargins(isRightToLeft() ? end : begin, 0, isRightToLeft() ? begin : end, 0);
+    }
     bool isUsedUp(const KeyEvent& key) {
         // A modifier going down is no key stroke.
         if (key.kind == KeyEvent::Kind::flagsChanged) return false;

@@ -4,6 +4,7 @@
 #include <QCursor>
 #include <QLineEdit>
 #include <QScreen>
+#include <QStyle>
 #include <utility>
 
 namespace {
@@ -12,7 +13,6 @@ constexpr int kResizing = 100;  // milliseconds
 constexpr int kLeastWidth = 320;
 constexpr QSize kFirstSize(638, 64);
 constexpr int kFullHeight = 555;  // of a sheet with ten rows
-constexpr int kTableTop = SearchField::kHeight;
 
 /// Qt counts y downward from the top of the primary screen, Rect upward from its bottom.
 double bottomOfDesktop() {
@@ -20,17 +20,20 @@ double bottomOfDesktop() {
     return primary.y() + primary.height();
 }
 
-Rect toRect(const QRect& place) {
-    return {double(place.x()), bottomOfDesktop() - place.y() - place.height(),
-            double(place.width()), double(place.height())};
-}
-
-QRect toQRect(const Rect& rect) {
-    return {qRound(rect.x), qRound(bottomOfDesktop() - rect.y - rect.height), qRound(rect.width),
-            qRound(rect.height)};
-}
-
 }  // namespace
+
+// The program counts for a text scale of 1: all that holds text is larger by the scale.
+Rect SearchWindow::toRect(const QRect& place) const {
+    const double zoom = theme_.zoom;
+    return {place.x() / zoom, (bottomOfDesktop() - place.y() - place.height()) / zoom,
+            place.width() / zoom, place.height() / zoom};
+}
+
+QRect SearchWindow::toQRect(const Rect& rect) const {
+    const double zoom = theme_.zoom;
+    return {qRound(rect.x * zoom), qRound(bottomOfDesktop() - (rect.y + rect.height) * zoom),
+            qRound(rect.width * zoom), qRound(rect.height * zoom)};
+}
 
 SearchWindow::SearchWindow(WindowSystem system)
     : system_(std::move(system)),
@@ -40,7 +43,8 @@ SearchWindow::SearchWindow(WindowSystem system)
       infoBar_(new InfoBar),
       preview_(system_, {.sheet = [this] { return toQRect(frame()); },
                          .screen = [this] { return screen()->availableGeometry(); },
-                         .window = [this] { return &panel_; }}) {
+                         .window = [this] { return &panel_; }}),
+      buttons_(new WindowButtons(&panel_)) {
     table_->setParent(tableClip_);
     infoBar_->setParent(&panel_);
     panel_.setEvents({.activationChanged =
@@ -54,11 +58,23 @@ SearchWindow::SearchWindow(WindowSystem system)
                               if (delegate_) delegate_->windowWillClose();
                           },
                       .lookChanged = [this] { renewTheme(); }});
+    buttons_->setEvents({.close =
+                             [this] {
+                                 if (delegate_) delegate_->windowWillClose();
+                             },
+                         .sticky =
+                             [this] {
+                                 if (delegate_) delegate_->stickyButtonClicked();
+                             }});
+    table_->setLinkFollower(system_.followLink);
+    // The keyboard stays in the field: what it moves through is told there.
+    table_->setAnnouncer(
+        [this](const QString& words) { field_->widget()->setAccessibleDescription(words); });
     makeGrips();
     renewTheme();
     panel_.setComposited(system_.isComposited && system_.isComposited());
     panel_.setFocusProxy(field_->widget());
-    placeSheet({QPoint(), kFirstSize}, Room::renewed);
+    placeSheet({QPoint(), kFirstSize * theme_.zoom}, Room::renewed);
     resizing_.setDuration(kResizing);
     resizing_.setEasingCurve(QEasingCurve::OutCubic);
     QObject::connect(&resizing_, &QVariantAnimation::finished, &panel_,
@@ -72,16 +88,24 @@ SearchWindow::~SearchWindow() {
 }
 
 void SearchWindow::renewTheme() {
-    const bool isDark = look_
-                            ? look_->isDark
-                            : QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
+    DesktopLook look = system_.lookNow();
+    if (look_) look.isDark = look_->isDark;
+    const double before = theme_.zoom;
     theme_ =
-        Theme::make(look_ ? look_->background.hue : Theme::kOwnHue, isDark, QApplication::font());
+        Theme::make(look_ ? look_->background.hue : Theme::kOwnHue, look, QApplication::font());
+    unitTheme_ = theme_.inUnits();
     panel_.setTheme(&theme_);
     field_->setTheme(&theme_);
-    table_->setTheme(&theme_);
-    infoBar_->setTheme(&theme_);
+    buttons_->setTheme(&unitTheme_);
+    table_->setTheme(&unitTheme_);
+    infoBar_->setTheme(&unitTheme_);
     preview_.setTheme(&theme_);
+    if (theme_.zoom == before || panel_.sheet().isEmpty()) return;
+    resizing_.stop();
+    QRect sheet = sheetPlace();
+    sheet.setSize(sheet.size() * (theme_.zoom / before));
+    placeSheet(sheet, Room::renewed);
+    animationEnded();
 }
 
 void SearchWindow::setLook(const ModeLook& look) {
@@ -132,16 +156,24 @@ void SearchWindow::animationEnded() {
 
 void SearchWindow::layOut() {
     const QRect sheet = panel_.sheet();
-    const int barTop = sheet.height() - InfoBar::kHeight;
-    field_->widget()->setGeometry(sheet.x(), sheet.y(), sheet.width(), SearchField::kHeight);
-    infoBar_->setGeometry(sheet.x(), sheet.y() + barTop, sheet.width(), InfoBar::kHeight);
+    const int fieldHeight = qRound(SearchField::kHeight * theme_.zoom);
+    const int barHeight = qRound(InfoBar::kHeight * theme_.zoom);
+    const int barTop = sheet.height() - barHeight;
+    const QRect fieldPlace(sheet.x(), sheet.y(), sheet.width(), fieldHeight);
+    const int ofButtons = qRound(WindowButtons::kWidth * theme_.zoom);
+    const auto place = [&](QWidget* part, const QRect& inField) {
+        part->setGeometry(QStyle::visualRect(panel_.layoutDirection(), fieldPlace, inField));
+    };
+    place(field_->widget(), fieldPlace.adjusted(0, 0, -ofButtons, 0));
+    place(buttons_, fieldPlace.adjusted(fieldPlace.width() - ofButtons, 0, 0, 0));
+    infoBar_->setGeometry(sheet.x(), sheet.y() + barTop, sheet.width(), barHeight);
     const int tableWidth = sheet.width() - 2 * Panel::kBorder;
-    tableClip_->setGeometry(sheet.x() + Panel::kBorder, sheet.y() + kTableTop, tableWidth,
-                            std::max(0, barTop - kTableTop));
+    tableClip_->setGeometry(sheet.x() + Panel::kBorder, sheet.y() + fieldHeight, tableWidth,
+                            std::max(0, barTop - fieldHeight));
     // While the window moves to a new height the table has it already, behind the clip: what the
     // program scrolls to now must be in sight then.
     const int height = isResizing() ? target_.height() : sheet.height();
-    table_->setGeometry(0, 0, tableWidth, std::max(0, height - InfoBar::kHeight - kTableTop));
+    table_->setGeometry(0, 0, tableWidth, std::max(0, height - barHeight - fieldHeight));
     leftGrip_->setGeometry(sheet.x(), sheet.y(), EdgeGrip::kWidth, sheet.height());
     rightGrip_->setGeometry(sheet.right() + 1 - EdgeGrip::kWidth, sheet.y(), EdgeGrip::kWidth,
                             sheet.height());
@@ -165,7 +197,8 @@ QRect SearchWindow::roomFor(const QRect& sheet) const {
     QRect room = sheet;
     if (shadow.isNull() || system_.takeClicksIn) {
         const int bottom = screen()->availableGeometry().bottom() - shadow.bottom();
-        room.setBottom(std::max(sheet.bottom(), std::min(sheet.top() + kFullHeight - 1, bottom)));
+        room.setBottom(std::max(
+            sheet.bottom(), std::min(sheet.top() + qRound(kFullHeight * theme_.zoom) - 1, bottom)));
     }
     return room.marginsAdded(shadow);
 }
@@ -238,7 +271,7 @@ void SearchWindow::setFrame(Rect frame, bool animated, std::function<void()> end
     if (ended) ended_.push_back(std::move(ended));
     target_ = wanted;
     const QRect now = sheetPlace();
-    const bool moves = animated && panel_.isVisible() && target_ != now;
+    const bool moves = animated && !theme_.lessMotion && panel_.isVisible() && target_ != now;
     if (moves) {
         isPlacing_ = true;
         makeRoom(target_, Room::kept);  // once, not for each step

@@ -12,6 +12,7 @@
 #include "views/PreviewPanel.h"
 #include "views/ResultTable.h"
 #include "views/SearchField.h"
+#include "views/WindowButtons.h"
 #include "views/WindowSystem.h"
 
 /// The search window with its three parts. Owns the theme.
@@ -37,6 +38,7 @@ class SearchWindow : public WindowView {
     bool isVisible() const override { return panel_.isVisible(); }
     void setResizable(bool resizable) override;
     void setLook(const ModeLook& look) override;
+    void setSticky(bool sticky) override { buttons_->setSticky(sticky); }
     Rect frame() const override;
     void setFrame(Rect frame, bool animated, std::function<void()> ended = {}) override;
     Rect screenFrame() const override;
@@ -44,6 +46,8 @@ class SearchWindow : public WindowView {
     Rect visibleScreenFrameFor(Rect place) const override;
 
   private:
+    Rect toRect(const QRect& place) const;
+    QRect toQRect(const Rect& rect) const;
     void renewTheme();
     void layOut();
     void makeGrips();
@@ -66,11 +70,13 @@ class SearchWindow : public WindowView {
     WindowViewDelegate* delegate_ = nullptr;
     std::optional<ModeLook> look_;
     Theme theme_;
+    Theme unitTheme_;  // for the parts that are drawn scaled
     Panel panel_;
     std::unique_ptr<SearchField> field_;
-    QWidget* tableClip_;  // these three belong to the panel
+    QWidget* tableClip_;  // these four belong to the panel
     ResultTable* table_;
     InfoBar* infoBar_;
+    WindowButtons* buttons_;
     EdgeGrip *leftGrip_ = nullptr, *rightGrip_ = nullptr;  // these too
     QRect dragged_;                                        // the sheet when a drag began
     QVariantAnimation resizing_;

@@ -9,17 +9,13 @@ SheetWindow::SheetWindow(const WindowSystem& system, int padding)
     : system_(system), padding_(padding), column_(new QVBoxLayout(this)) {
     column_->setSpacing(0);
     column_->setSizeConstraint(QLayout::SetNoConstraint);
-    theme_ = Theme::make(Theme::kOwnHue,
-                         QGuiApplication::palette().color(QPalette::Window).lightness() < 128,
-                         QApplication::font());
+    theme_ = Theme::make(Theme::kOwnHue, system_.lookNow(), QApplication::font());
     setTheme(&theme_);
     setEvents({.closeAsked = [this] { closeAsked(); }, .lookChanged = [this] { renewTheme(); }});
 }
 
 void SheetWindow::renewTheme() {
-    theme_ = Theme::make(Theme::kOwnHue,
-                         QGuiApplication::palette().color(QPalette::Window).lightness() < 128,
-                         QApplication::font());
+    theme_ = Theme::make(Theme::kOwnHue, system_.lookNow(), QApplication::font());
     setTheme(&theme_);
     themeChanged();
     fit();

@@ -20,7 +20,8 @@ struct Hue {
 bool hasLightFace(const QString& family) {
     for (const QString& style : QFontDatabase::styles(family)) {
         const int weight = QFontDatabase::weight(family, style);
-        if (weight > 0 && weight <= QFont::Light) return true;
+        // Thinner ones are for headlines: at our sizes their strokes fade.
+        if (weight > QFont::ExtraLight && weight <= QFont::Light) return true;
     }
     return false;
 }
@@ -42,19 +43,20 @@ bool canDraw(const QFont& font, const QString& text) {
     return true;
 }
 
-void setFonts(Theme& theme, const QFont& desktopFont) {
-    const bool light = hasLightFace(desktopFont.family());
+void setFonts(Theme& theme, const QFont& desktopFont, double zoom) {
+    const bool light = !theme.highContrast && hasLightFace(desktopFont.family());
     const QFont::Weight thin = light ? QFont::Light : QFont::Normal;
     const QFont::Weight marked = light ? QFont::Normal : QFont::DemiBold;
-    theme.field = sized(desktopFont, 25, thin);
-    theme.nameFont = sized(desktopFont, 17, thin);
-    theme.nameMarkFont = sized(desktopFont, 17, marked);
-    theme.pathFont = sized(desktopFont, 14, thin);
-    theme.pathMarkFont = sized(desktopFont, 14, marked);
-    theme.info13 = sized(desktopFont, 13, QFont::Normal);
+    const auto pixels = [&](int size) { return qRound(size * zoom); };
+    theme.field = sized(desktopFont, pixels(25), thin);
+    theme.nameFont = sized(desktopFont, pixels(17), thin);
+    theme.nameMarkFont = sized(desktopFont, pixels(17), marked);
+    theme.pathFont = sized(desktopFont, pixels(14), thin);
+    theme.pathMarkFont = sized(desktopFont, pixels(14), marked);
+    theme.info13 = sized(desktopFont, pixels(13), QFont::Normal);
     constexpr QChar kPictureOfLineFeed(0x240A);
     theme.hasPictures = canDraw(theme.info13, QString::fromUtf8("✨📎👤🔒"));
-    theme.hasControlPictures = QFontMetrics(theme.nameFont).inFont(kPictureOfLineFeed);
+    theme.hasControlPictures = canDraw(theme.nameFont, QString(kPictureOfLineFeed));
 }
 
 void setDarkColours(Theme& theme, const Hue& hsb) {
@@ -67,10 +69,11 @@ void setDarkColours(Theme& theme, const Hue& hsb) {
     theme.name = hsb(0.1, 1.0);
     theme.nameMark = hsb(0.2, 0.9);
     theme.path = hsb(0.2, 0.5);
-    // Kept: darker than the path around it; weight and underline make the mark.
+    // Kept: no lighter than the path around it; weight and underline make the mark. Both are made
+    // lighter below, as far as it takes to read them.
     theme.pathMark = hsb(0.3, 0.4);
     theme.selection = hsb(0.72, 0.58);
-    theme.otherSelection = hsb(0.30, 0.22);
+    theme.otherSelection = hsb(0.30, 0.19);
     theme.selectedText = hsb(0.1, 1.0);
     theme.selectedPath = hsb(0.1, 1.0, 0.87);
     theme.info = hsb(0.15, 0.58);
@@ -106,26 +109,65 @@ void setLightColours(Theme& theme, const Hue& hsb) {
     theme.scroller = hsb(0.3, 0.3, 0.35);
 }
 
+/// Black and white, and the hue in what is marked.
+void setHighContrast(Theme& theme) {
+    const QColor ground = theme.dark ? Qt::black : Qt::white;
+    const QColor text = theme.dark ? Qt::white : Qt::black;
+    theme.background = theme.otherSelection = ground;
+    theme.border = theme.separator = theme.scroller = text;
+    for (QColor* each :
+         {&theme.fieldText, &theme.symbol, &theme.name, &theme.path, &theme.info, &theme.selection})
+        *each = text;
+    theme.selectedText = theme.selectedPath = ground;
+    theme.nameMark = theme.pathMark = theme.accent;
+}
+
+void makeReadable(Theme& theme) {
+    const double least = theme.highContrast ? contrast::kHigh : contrast::kReadable;
+    // Yellow and green are lighter than blue of the same brightness.
+    if (!theme.highContrast)
+        theme.selection = contrast::groundFor(theme.selectedPath, theme.selection);
+    for (QColor* text : {&theme.placeholder, &theme.info, &theme.error, &theme.accent,
+                         &theme.regexpTerm, &theme.errorTerm, &theme.incompleteTerm})
+        *text = contrast::textOn(theme.background, *text, least);
+    // A row's ground may be that of a selection without the keyboard.
+    for (QColor* text :
+         {&theme.name, &theme.nameMark, &theme.path, &theme.pathMark, &theme.info, &theme.accent})
+        *text = contrast::textOn(theme.otherSelection,
+                                 contrast::textOn(theme.background, *text, least), least);
+}
+
 }  // namespace
 
 QFont Theme::attributeFont(const QFont& desktopFont, int pixels, bool isMark) {
     return sized(desktopFont, pixels, isMark ? QFont::DemiBold : QFont::Normal);
 }
 
-Theme Theme::make(double hue, bool dark, const QFont& desktopFont) {
+Theme Theme::make(double hue, const DesktopLook& look, const QFont& desktopFont) {
     Theme theme;
-    theme.dark = dark;
+    theme.dark = look.isDark;
+    theme.highContrast = look.highContrast;
+    theme.lessMotion = look.lessMotion;
+    theme.zoom = look.textScale;
     const Hue hsb{float(hue)};
-    if (dark)
+    if (look.isDark)
         setDarkColours(theme, hsb);
     else
         setLightColours(theme, hsb);
-    // Yellow and green are lighter than blue of the same brightness.
-    theme.selection = contrast::groundFor(theme.selectedPath, theme.selection);
-    for (QColor* text : {&theme.placeholder, &theme.info, &theme.accent, &theme.regexpTerm,
-                         &theme.errorTerm, &theme.incompleteTerm})
-        *text = contrast::textOn(theme.background, *text);
+    if (look.highContrast) setHighContrast(theme);
+    makeReadable(theme);
     theme.token = theme.incompleteTerm;
-    setFonts(theme, desktopFont);
+    setFonts(theme, desktopFont, theme.zoom);
     return theme;
+}
+
+Theme Theme::inUnits() const {
+    Theme theme = *this;
+    if (zoom != 1) setFonts(theme, field, 1);
+    return theme;
+}
+
+QFont Theme::zoomed(QFont unitFont) const {
+    unitFont.setPixelSize(qRound(unitFont.pixelSize() * zoom));
+    return unitFont;
 }

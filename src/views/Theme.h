@@ -2,12 +2,17 @@
 #include <QColor>
 #include <QFont>
 
-/// Colours and fonts of our windows, derived from one hue and from light or dark. Each text but the
-/// paths stands at 4.5 to 1 at least against every ground that it comes on.
+#include "views/DesktopLook.h"
+
+/// Colours and fonts of our windows, derived from one hue and from light or dark. Each text
+/// stands at 4.5 to 1 at least against every ground that it comes on, at 7 to 1 in high contrast.
 /// Owner:   the window, which makes it anew when the mode's look or the desktop's font changes.
-/// Units:   font sizes are logical pixels.
+/// Units:   font sizes are logical pixels, the desktop's text scale included.
 struct Theme {
     bool dark = false;
+    bool highContrast = false;  // a selection has a frame
+    bool lessMotion = false;
+    double zoom = 1;  // the desktop's text scale: of all that must fit the text
 
     QColor background, border, separator;
     QColor fieldText, placeholder, symbol;
@@ -26,8 +31,14 @@ struct Theme {
     bool hasPictures = false;
 
     /// hue: from 0 to 1.
-    static Theme make(double hue, bool dark, const QFont& desktopFont);
-    /// For a line of metadata; 10 to 12 pixels.
+    static Theme make(double hue, const DesktopLook& look, const QFont& desktopFont);
+    static Theme make(double hue, bool dark, const QFont& desktopFont) {
+        return make(hue, DesktopLook{.isDark = dark}, desktopFont);
+    }
+    /// The same for a painter that is scaled by zoom: fonts of the sizes at a text scale of 1.
+    Theme inUnits() const;
+    QFont zoomed(QFont unitFont) const;
+    /// For a line of metadata, whose size is so many pixels.
     static QFont attributeFont(const QFont& desktopFont, int pixels, bool isMark);
     static constexpr double kOwnHue = 0.585;  // where no mode says another
 };

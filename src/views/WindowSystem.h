@@ -4,8 +4,10 @@
 #include <QRect>
 #include <cstdint>
 #include <functional>
+#include <string>
 
 #include "screen/keyCodes.h"
+#include "views/DesktopLook.h"
 
 /// What our windows need of the desktop beyond Qt; each may be missing.
 struct WindowSystem {
@@ -18,5 +20,10 @@ struct WindowSystem {
     std::function<void(uintptr_t window, QRect part)> takeClicksIn = {};
     /// Asks for the keyboard.
     std::function<void(uintptr_t window)> activate = {};
+    /// Whether a symbolic link leads somewhere, answered later. Missing: all do.
+    std::function<void(const std::string& path, std::function<void(bool)> answer)> followLink = {};
     KeySymbols keySymbols = {};
+    /// As it is now. After a change each window gets a ThemeChange. Missing: by Qt's palette.
+    std::function<DesktopLook()> look = {};
+    DesktopLook lookNow() const;
 };

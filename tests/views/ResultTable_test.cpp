@@ -6,6 +6,8 @@
 #include <QWheelEvent>
 
 #include "views/QtTest.h"
+#include "views/ResultTableAccess.h"
+#include "views/rowSpeech.h"
 
 namespace {
 
@@ -200,4 +202,54 @@ TEST_F(ResultTableTest, TellsWhereItStandsAndWhenThatChanges) {
     EXPECT_EQ(listener.scrolls, before + 1);
     table.resize(kWidth - 10, kHeight - kPitch);
     EXPECT_EQ(listener.scrolls, before + 1);
+}
+
+TEST_F(ResultTableTest, ReadersFindEachRowAndWhatIsSelected) {
+    QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(&table);
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->role(), QAccessible::List);
+    EXPECT_EQ(list->childCount(), 1000000);
+    table.selectRow(7, false);
+    QAccessibleInterface* const row = list->child(7);
+    EXPECT_EQ(row->text(QAccessible::Name), "name 7");
+    EXPECT_EQ(row->text(QAccessible::Description), "/a/b");
+    EXPECT_TRUE(row->state().selected && row->state().focused && !row->state().offscreen);
+    EXPECT_FALSE(list->child(8)->state().selected);
+    EXPECT_TRUE(list->child(999)->state().offscreen);
+    EXPECT_EQ(list->indexOfChild(row), 7);
+    rows.count = 5;
+    table.reloadData();
+    EXPECT_FALSE(row->isValid());
+    EXPECT_EQ(list->child(7), nullptr);
+}
+
+TEST_F(ResultTableTest, FromRightToLeftTheIconsStandAtTheRight) {
+    rows.count = 1;
+    table.reloadData();
+    const auto columnsWithInk = [&](int left, int right) {
+        const QImage image = table.grab().toImage();
+        int columns = 0;
+        for (int x = left; x < right; ++x)
+            for (int y = 0; y < kPitch; ++y)
+                if (image.pixel(x, y) != image.pixel(kWidth / 2, kPitch - 1)) {
+                    columns++;
+                    break;
+                }
+        return columns;
+    };
+    EXPECT_GT(columnsWithInk(15, 47), 20);
+    EXPECT_EQ(columnsWithInk(kWidth - 250, kWidth - 20), 0);
+    table.setLayoutDirection(Qt::RightToLeft);
+    EXPECT_GT(columnsWithInk(kWidth - 47, kWidth - 15), 20);
+    EXPECT_EQ(columnsWithInk(20, 250), 0);
+}
+
+TEST(rowSpeech, SaysInWordsWhatSignsAndBadgesMean) {
+    RowContent row{.name = "a\tb", .path = "/c", .isLink = true, .isMarked = true};
+    row.attributes = {{"⚖️ 3 Bytes 👤 anna 🔒 rw- r-- r--", {}}};
+    EXPECT_TRUE(rowSpeech::name(row).endsWith(", link, marked"));
+    EXPECT_EQ(rowSpeech::details(row), "/c, Size: 3 Bytes, Owner: anna, Permissions: rw- r-- r--");
+    row.name = "<b>";
+    EXPECT_EQ(rowSpeech::name(row, true), "<b>, broken link, marked");
+    EXPECT_TRUE(rowSpeech::toolTip(row).contains("&lt;b&gt;<br>/c<br>Size: 3 Bytes<br>Owner"));
 }

@@ -1,6 +1,8 @@
 #include "views/SearchWindow.h"
 
+#include <QAbstractButton>
 #include <QCloseEvent>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QThread>
@@ -10,11 +12,12 @@
 namespace {
 
 struct Listener : WindowViewDelegate {
-    int closes = 0, moves = 0, resizes = 0;
+    int closes = 0, stickyClicks = 0, moves = 0, resizes = 0;
     void windowDidBecomeKey() override {}
     void windowDidMove() override { moves++; }
     void windowDidResize() override { resizes++; }
     void windowWillClose() override { closes++; }
+    void stickyButtonClicked() override { stickyClicks++; }
 };
 
 }  // namespace
@@ -156,4 +159,56 @@ TEST_F(SearchWindowTest, TheNativeWindowHasRoomForAFullListAndLetsClicksThroughI
     window.setFrame({30, top - 700, 638, 700}, false);
     EXPECT_GT(window.widget()->height(), 700);
     EXPECT_EQ(window.frame(), (Rect{30, top - 700, 638, 700}));
+}
+
+TEST_F(SearchWindowTest, TextScaleIsOfTheSheetAndTheProgramKeepsItsNumbers) {
+    WindowSystem system;
+    DesktopLook look;
+    system.look = [&] { return look; };
+    SearchWindow window(system);
+    const Rect screen = window.screenFrame();
+    const Rect place{40, 200, 600, 64};
+    window.setFrame(place, false);
+    window.show();
+    const int width = window.widget()->width();
+    look.textScale = 1.25;
+    QEvent changed(QEvent::ThemeChange);
+    QCoreApplication::sendEvent(window.widget(), &changed);
+    EXPECT_EQ(window.widget()->width(), width * 5 / 4);
+    EXPECT_EQ(window.screenFrame().width, screen.width / 1.25);
+    window.setFrame(place, false);
+    EXPECT_EQ(window.frame(), place);
+    const auto field = childrenOf<QLineEdit>(*window.widget()).front();
+    EXPECT_EQ(field->height(), qRound(SearchField::kHeight * 1.25));
+
+    int ends = 0;
+    look.lessMotion = true;
+    QCoreApplication::sendEvent(window.widget(), &changed);
+    window.setFrame({40, 100, 600, 164}, true, [&] { ends++; });
+    EXPECT_EQ(ends, 1);  // at once
+}
+
+TEST_F(SearchWindowTest, ButtonsTellAndStandAtTheEndWhereTheLocaleHasIt) {
+    SearchWindow window;
+    Listener listener;
+    window.setDelegate(&listener);
+    window.setFrame({40, 200, 600, 64}, false);
+    window.show();
+    const auto parts = childrenOf<WindowButtons>(*window.widget());
+    ASSERT_EQ(parts.size(), 1u);
+    EXPECT_GT(parts[0]->x(), 500);
+    const auto buttons = childrenOf<QAbstractButton>(*parts[0]);
+    ASSERT_EQ(buttons.size(), 2u);
+    buttons[0]->click();
+    EXPECT_EQ(listener.stickyClicks, 1);
+    EXPECT_FALSE(buttons[0]->isChecked());  // the program has not said so
+    window.setSticky(true);
+    EXPECT_TRUE(buttons[0]->isChecked());
+    buttons[1]->click();
+    EXPECT_EQ(listener.closes, 1);
+
+    window.widget()->setLayoutDirection(Qt::RightToLeft);
+    window.setFrame({40, 200, 620, 64}, false);
+    EXPECT_LT(parts[0]->x(), 50);
+    EXPECT_GT(buttons[0]->x(), buttons[1]->x());
 }

@@ -3,13 +3,18 @@
 #include <QTimer>
 
 #include "platform/Appearance.h"
+#include "platform/linux/PortalSettings.h"
 
-/// Light or dark, as the desktop's palette is.
+/// Looks as the desktop's settings say, or else its palette and fonts. After a change each of our
+/// windows gets a ThemeChange.
 /// Owner:   main, after QApplication is made. Threads: main.
 class LinuxAppearance : public QObject, public Appearance {
   public:
     LinuxAppearance();
     bool isDark() const override;
+    bool wantsHighContrast() const override;
+    bool wantsLessMotion() const override;
+    double textScale() const override;
     [[nodiscard]] Subscription observe(std::function<void()> block) override;
 
   protected:
@@ -18,4 +23,5 @@ class LinuxAppearance : public QObject, public Appearance {
   private:
     QTimer settle_;  // one change of the desktop's settings comes as several events
     Signal<> changed_;
+    PortalSettings portal_;
 };

@@ -132,6 +132,9 @@ class SimulatedDesktop : public OwnApplication,
     void removeStatusItem() override { statusItem_.reset(); }
     // Appearance
     bool isDark() const override { return dark; }
+    bool wantsHighContrast() const override { return false; }
+    bool wantsLessMotion() const override { return false; }
+    double textScale() const override { return 1; }
     Subscription observe(std::function<void()> block) override;
     // Updater
     void start() override {}

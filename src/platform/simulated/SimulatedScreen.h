@@ -32,6 +32,7 @@ class SimulatedWindow : public WindowView {
     bool isVisible() const override { return visible; }
     void setResizable(bool resizable) override { isResizable = resizable; }
     void setLook(const ModeLook& newLook) override { look = newLook; }
+    void setSticky(bool isSticky) override { sticky = isSticky; }
     Rect frame() const override { return place; }
     void setFrame(Rect frame, bool animated, std::function<void()> ended) override;
     Rect screenFrame() const override { return screen; }
@@ -42,6 +43,7 @@ class SimulatedWindow : public WindowView {
 
     WindowViewDelegate* delegate = nullptr;
     bool visible = false, isResizable = false;
+    bool sticky = false;
     ModeLook look;
     Rect place{0, 0, 638, 64};
     Rect screen{0, 0, 1440, 900};

@@ -1,0 +1,38 @@
+#pragma once
+#include <gio/gio.h>
+
+#include <functional>
+#include <optional>
+
+/// What the desktop's settings portal says of looks, where there is one.
+/// Owner:   LinuxAppearance. Threads: main, in whose GLib context the answers come.
+/// Fails:   silently; the values stay as they are.
+class PortalSettings {
+  public:
+    /// changed: called after each change; for the first time when the portal has answered.
+    explicit PortalSettings(std::function<void()> changed);
+    ~PortalSettings();
+    PortalSettings(const PortalSettings&) = delete;
+    PortalSettings& operator=(const PortalSettings&) = delete;
+
+    struct Values {
+        std::optional<bool> prefersDark;
+        bool asksForContrast = false;   // every desktop's way to say it
+        bool hasContrastTheme = false;  // an older one
+        bool hasAnimations = true;
+        bool asksForLessMotion = false;
+        double textScale = 1;
+    };
+    const Values& values() const { return values_; }
+
+  private:
+    void readAll();
+    /// Whether it is one of the settings that count here.
+    bool take(const char* group, const char* key, GVariant* value);
+
+    const std::function<void()> changed_;
+    GDBusConnection* bus_ = nullptr;
+    GCancellable* const cancellable_;
+    unsigned subscription_ = 0;
+    Values values_;
+};

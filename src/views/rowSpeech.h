@@ -1,0 +1,16 @@
+#pragma once
+#include <QString>
+
+#include "screen/RowContent.h"
+
+/// A row in words: for assistive technologies, and for the tool tip over what is short in it. Pure.
+namespace rowSpeech {
+
+/// Its name, and what badges say of it.
+QString name(const RowContent& row, bool isBrokenLink = false);
+/// Folder and metadata, each sign replaced by what it stands for.
+QString details(const RowContent& row);
+/// The same line by line, in full length.
+QString toolTip(const RowContent& row);
+
+}  // namespace rowSpeech
