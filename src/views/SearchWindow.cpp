@@ -41,10 +41,10 @@ SearchWindow::SearchWindow(WindowSystem system)
       tableClip_(new QWidget(&panel_)),
       table_(new ResultTable),
       infoBar_(new InfoBar),
+      buttons_(new WindowButtons(&panel_)),
       preview_(system_, {.sheet = [this] { return toQRect(frame()); },
                          .screen = [this] { return screen()->availableGeometry(); },
-                         .window = [this] { return &panel_; }}),
-      buttons_(new WindowButtons(&panel_)) {
+                         .window = [this] { return &panel_; }}) {
     table_->setParent(tableClip_);
     infoBar_->setParent(&panel_);
     panel_.setEvents({.activationChanged =
