@@ -39,14 +39,6 @@ QString inPlainSymbols(QString text) {
     return text.replace(QChar(0xFE0F), kNoWidth);  // asks for a picture
 }
 
-void layOut(QTextLayout& layout) {
-    layout.beginLayout();
-    QTextLine line = layout.createLine();
-    line.setLineWidth(1e6);
-    line.setPosition({0, 0});
-    layout.endLayout();
-}
-
 }  // namespace
 
 RowPainter::RowPainter(const Theme* theme)
@@ -182,22 +174,8 @@ void RowPainter::drawAttributes(QPainter& painter, const RowLine& attributes, bo
 
 double RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x,
                             double y, double width) {
-    QTextLayout layout(text.text, line.font, painter.device());
-    QTextOption option;
-    option.setWrapMode(QTextOption::NoWrap);
-    option.setTextDirection(line.direction);
-    // Always beside the icon, where the eye looks for it, whatever the script.
-    option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
-    layout.setTextOption(option);
-    QList<QTextLayout::FormatRange> formats;
-    QTextCharFormat marked;
-    marked.setFont(line.markFont);
-    marked.setForeground(line.markColour);
-    marked.setFontUnderline(true);
-    for (const TextRange& mark : text.marks)
-        formats.append({int(mark.location), int(mark.length), marked});
-    layout.setFormats(formats);
-    layOut(layout);
+    const QTextLayout& layout =
+        shapedLines_.line(text, {line.font, line.markFont, line.markColour, line.direction});
     painter.setPen(line.colour);
     const double used = layout.lineAt(0).naturalTextWidth();
     const double left =
