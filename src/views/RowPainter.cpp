@@ -39,6 +39,19 @@ QString inPlainSymbols(QString text) {
     return text.replace(QChar(0xFE0F), kNoWidth);  // asks for a picture
 }
 
+/// Around the origin.
+void drawSheets(QPainter& painter) {
+    painter.drawRoundedRect(QRectF(-6, -6, 8, 9), 1.5, 1.5);
+    painter.drawPolyline(QPolygonF({{4.5, -3.5}, {6, -3.5}, {6, 6}, {-3, 6}, {-3, 5}}));
+}
+
+void drawScissors(QPainter& painter) {
+    painter.drawLine(QPointF(-4.5, -6.5), QPointF(2.2, 3));
+    painter.drawLine(QPointF(4.5, -6.5), QPointF(-2.2, 3));
+    painter.drawEllipse(QPointF(-3.4, 4.6), 2.1, 2.1);
+    painter.drawEllipse(QPointF(3.4, 4.6), 2.1, 2.1);
+}
+
 }  // namespace
 
 RowPainter::RowPainter(const Theme* theme)
@@ -97,7 +110,10 @@ void RowPainter::drawInUnits(QPainter& painter, const QRectF& row, const RowCont
     const double scale = painter.device()->devicePixelRatioF() * theme_->zoom;
     const QPixmap picture = icons_.pixmap(content.iconName, kIconSize, scale);
     if (!theme_->dark && look != Look::selected) shade_.draw(painter, icon, picture);
+    constexpr double kCut = 0.5;  // how strong the icon of what is to go away is
+    if (content.source == RowContent::Source::move) painter.setOpacity(kCut);
     painter.drawPixmap(icon, picture, picture.rect());
+    painter.setOpacity(1);
     drawBadges(painter, icon, row, content, look, extras);
 
     const bool selected = look == Look::selected;
@@ -215,7 +231,17 @@ void RowPainter::drawBadges(QPainter& painter, const QRectF& icon, const QRectF&
                                 {row.right() - kRightInset - kMarkedDot,
                                  row.center().y() - kMarkedDot / 2, kMarkedDot, kMarkedDot},
                                 row);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(look == Look::selected ? theme_->selectedText : theme_->accent);
-    painter.drawEllipse(dot);
+    const QColor& colour = look == Look::selected ? theme_->selectedText : theme_->accent;
+    if (content.source == RowContent::Source::none) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colour);
+        painter.drawEllipse(dot);
+        return;
+    }
+    painter.setPen(QPen(colour, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    painter.save();
+    painter.translate(dot.center());
+    content.source == RowContent::Source::copy ? drawSheets(painter) : drawScissors(painter);
+    painter.restore();
 }
