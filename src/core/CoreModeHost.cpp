@@ -161,6 +161,10 @@ bool CoreModeHost::isMarked(const FileURL& url) const {
     return parts_->markedItems.isMarked(url);
 }
 
+RowContent::Source CoreModeHost::sourceOf(const FileURL& url) const {
+    return parts_->markedItems.sourceOf(url);
+}
+
 Result<void> CoreModeHost::renameItem(const FileURL& from, const FileURL& to) {
     return parts_->itemRenamer.renameItem(from, to);
 }

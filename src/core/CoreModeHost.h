@@ -83,6 +83,7 @@ class CoreModeHost : public ModeHost {
     void setActionModeForAnimation(bool) override {}
     size_t askPreventingHiding(const Alert& alert) override;
     bool isMarked(const FileURL& url) const override;
+    RowContent::Source sourceOf(const FileURL& url) const override;
     Result<void> renameItem(const FileURL& from, const FileURL& to) override;
     bool reallyTrashItems(const std::vector<FileURL>& urls) override;
     void moveToTrash(const std::vector<FileURL>& urls) override;

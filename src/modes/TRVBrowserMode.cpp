@@ -170,6 +170,7 @@ std::vector<RowContent> TRVBrowserMode::rowContents(size_t first, size_t count) 
             rows.emplace_back(makeFileRow(*item, item->url, true, parts_.fileTypes, display));
         content.path.clear();  // the same for all
         content.isMarked = host().isMarked(item->url);
+        content.source = host().sourceOf(item->url);
     }
     return rows;
 }

@@ -103,6 +103,14 @@ bool TRVMarkedItemsMode::isMarked(const FileURL& url) const {
            (fileOperationItemsCache_.count() > 0 && fileOperationItemsCache_.containsURL(url));
 }
 
+RowContent::Source TRVMarkedItemsMode::sourceOf(const FileURL& url) const {
+    using Source = RowContent::Source;
+    if (fileOperationItemsCache_.count() == 0 || !fileOperationItemsCache_.containsURL(url))
+        return Source::none;
+    const int64_t action = GlobalState::sharedInstance().currentPasteboardAction();
+    return action == kCopy ? Source::copy : action == kMove ? Source::move : Source::none;
+}
+
 bool TRVMarkedItemsMode::hasMarkedPaths() const {
     return markedItemsCache_.count() + fileOperationItemsCache_.count() > 0;
 }

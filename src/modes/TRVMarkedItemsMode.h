@@ -31,6 +31,7 @@ class TRVMarkedItemsMode : public TRVModeSupportingPath {
 
     // What happened to files; any thread, also inside sections.
     bool isMarked(const FileURL& url) const;
+    RowContent::Source sourceOf(const FileURL& url) const;
     bool hasMarkedPaths() const;
     void updatePathCachesAfterRename(const FileURL& from, const FileURL& to);
     /// It left an index, which it may do without being gone.

@@ -17,6 +17,7 @@ struct RowLine {
 /// What one row of the result table shows. Texts are UTF-8 that can be shown as they are (control
 /// and direction characters are visible marks); ranges count UTF-16 units of their text.
 struct RowContent {
+    enum class Source { none, copy, move };  // what a copy or move that is yet to come begins with
     std::string iconName = {};  // freedesktop icon name, such as "folder" or "image-png"
     std::string name = {};      // first line
     std::vector<TextRange> nameHighlights = {};
@@ -29,4 +30,5 @@ struct RowContent {
     bool isLink = false;
     std::string linkPath = {};  // of a link: its path as bytes, to find out where it leads
     bool isMarked = false;
+    Source source = Source::none;
 };

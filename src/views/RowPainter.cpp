@@ -40,12 +40,17 @@ QString inPlainSymbols(QString text) {
     return text.replace(QChar(0xFE0F), kNoWidth);  // asks for a picture
 }
 
-void layOut(QTextLayout& layout) {
-    layout.beginLayout();
-    QTextLine line = layout.createLine();
-    line.setLineWidth(1e6);
-    line.setPosition({0, 0});
-    layout.endLayout();
+/// Around the origin.
+void drawSheets(QPainter& painter) {
+    painter.drawRoundedRect(QRectF(-6, -6, 8, 9), 1.5, 1.5);
+    painter.drawPolyline(QPolygonF({{4.5, -3.5}, {6, -3.5}, {6, 6}, {-3, 6}, {-3, 5}}));
+}
+
+void drawScissors(QPainter& painter) {
+    painter.drawLine(QPointF(-4.5, -6.5), QPointF(2.2, 3));
+    painter.drawLine(QPointF(4.5, -6.5), QPointF(-2.2, 3));
+    painter.drawEllipse(QPointF(-3.4, 4.6), 2.1, 2.1);
+    painter.drawEllipse(QPointF(3.4, 4.6), 2.1, 2.1);
 }
 
 }  // namespace
@@ -103,10 +108,13 @@ void RowPainter::drawInUnits(QPainter& painter, const QRectF& row, const RowCont
         painter,
         {row.left() + kIconLeft, row.top() + (row.height() - kIconSize) / 2, kIconSize, kIconSize},
         row);
+    constexpr double kCut = 0.5;  // how strong the icon of what is to go away is
+    if (content.source == RowContent::Source::move) painter.setOpacity(kCut);
     if (content.thumbnail)
         drawThumbnail(painter, icon, content.thumbnail);
     else
         drawIcon(painter, icon, content.iconName, look);
+    painter.setOpacity(1);
     drawBadges(painter, icon, row, content, look, extras);
 
     const bool selected = look == Look::selected;
@@ -212,22 +220,8 @@ void RowPainter::drawAttributes(QPainter& painter, const RowLine& attributes, bo
 
 double RowPainter::drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x,
                             double y, double width) {
-    QTextLayout layout(text.text, line.font, painter.device());
-    QTextOption option;
-    option.setWrapMode(QTextOption::NoWrap);
-    option.setTextDirection(line.direction);
-    // Always beside the icon, where the eye looks for it, whatever the script.
-    option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
-    layout.setTextOption(option);
-    QList<QTextLayout::FormatRange> formats;
-    QTextCharFormat marked;
-    marked.setFont(line.markFont);
-    marked.setForeground(line.markColour);
-    marked.setFontUnderline(true);
-    for (const TextRange& mark : text.marks)
-        formats.append({int(mark.location), int(mark.length), marked});
-    layout.setFormats(formats);
-    layOut(layout);
+    const QTextLayout& layout =
+        shapedLines_.line(text, {line.font, line.markFont, line.markColour, line.direction});
     painter.setPen(line.colour);
     const double used = layout.lineAt(0).naturalTextWidth();
     const double left =
@@ -267,7 +261,17 @@ void RowPainter::drawBadges(QPainter& painter, const QRectF& icon, const QRectF&
                                 {row.right() - kRightInset - kMarkedDot,
                                  row.center().y() - kMarkedDot / 2, kMarkedDot, kMarkedDot},
                                 row);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(look == Look::selected ? theme_->selectedText : theme_->accent);
-    painter.drawEllipse(dot);
+    const QColor& colour = look == Look::selected ? theme_->selectedText : theme_->accent;
+    if (content.source == RowContent::Source::none) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colour);
+        painter.drawEllipse(dot);
+        return;
+    }
+    painter.setPen(QPen(colour, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    painter.save();
+    painter.translate(dot.center());
+    content.source == RowContent::Source::copy ? drawSheets(painter) : drawScissors(painter);
+    painter.restore();
 }

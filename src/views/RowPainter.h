@@ -8,6 +8,7 @@
 #include "views/IconCache.h"
 #include "views/IconShade.h"
 #include "views/LetterWidths.h"
+#include "views/ShapedLines.h"
 #include "views/Theme.h"
 
 class QPainter;
@@ -61,6 +62,7 @@ class RowPainter {
     const Theme* theme_;
     IconCache icons_;
     IconShade shade_;
+    ShapedLines shapedLines_;
     QFont suffixFont_;  // of a remark behind the name
     const double nameCap_;
     const LetterWidths nameWidths_, pathWidths_;  // of the heavier, wider faces

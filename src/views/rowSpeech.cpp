@@ -51,7 +51,12 @@ QString rowSpeech::name(const RowContent& row, bool isBrokenLink) {
         text += QStringLiteral(", broken link");
     else if (row.isLink)
         text += QStringLiteral(", link");
-    if (row.isMarked) text += QStringLiteral(", marked");
+    if (row.source == RowContent::Source::copy)
+        text += QStringLiteral(", to be copied");
+    else if (row.source == RowContent::Source::move)
+        text += QStringLiteral(", to be moved");
+    else if (row.isMarked)
+        text += QStringLiteral(", marked");
     return text;
 }
 

@@ -78,6 +78,18 @@ TEST_F(AppDelegateTest, TheSelectionStaysWithItsFileWhenTheListChanges) {
     EXPECT_EQ(screen().table.selectedRows(), std::vector<size_t>{0});
 }
 
+TEST_F(AppDelegateTest, ThePinKeepsTheWindowAndTheCrossHidesIt) {
+    start();
+    auto& window = screen().window;
+    ASSERT_TRUE(window.visible);
+    EXPECT_FALSE(window.sticky);
+    window.delegate->stickyButtonClicked();
+    EXPECT_TRUE(window.sticky);
+    EXPECT_FALSE(OVUserDefaults::sharedInstance().boolForKey("hideSearchFieldOnDeFocus"));
+    window.delegate->windowWillClose();
+    EXPECT_FALSE(window.visible);
+}
+
 TEST_F(AppDelegateTest, SaysWhatItCannotOpen) {
     home_.link("broken", "nowhere");
     home_.file("gone.txt");

@@ -127,7 +127,29 @@ TEST_F(SearchLanguage, WhatIsNotReadOrdersAndTestsNothing) {
     startWith();
     type(u"b \\pl:d \\s>1G");
     EXPECT_EQ(names(), (std::vector<std::string>{"bb", "bbb"}));
+    // The button beside it tells what to do.
+    ASSERT_TRUE(screen().infoBar.marquee);
+    EXPECT_NE(plainText(*screen().infoBar.marquee).find("not indexed"), std::string::npos);
     screen().indicators.click(IndicatorButton::enableMetadata);
     settle();
     EXPECT_EQ(names(), std::vector<std::string>{});
+    const auto& message = screen().infoBar.marquee;
+    EXPECT_TRUE(!message || plainText(*message).find("not indexed") == std::string::npos);
+}
+
+TEST_F(SearchLanguage, WhatIsWrongIsSaidInRedAndAnEmptyListInWords) {
+    home_.file("bb");
+    startWith();
+    type(u"+(b");
+    ASSERT_TRUE(screen().infoBar.marquee);
+    EXPECT_EQ(screen().infoBar.marquee->front().look, StyledSpan::Look::error);
+    type(u"+");
+    ASSERT_TRUE(screen().infoBar.marquee);
+    EXPECT_EQ(screen().infoBar.marquee->front().look, StyledSpan::Look::plain);
+    type(u"qq");
+    EXPECT_EQ(screen().infoBar.freshness, "Nothing found");
+    type(u"b");
+    EXPECT_EQ(screen().infoBar.freshness, "");
+    type(u"");
+    EXPECT_EQ(screen().infoBar.freshness, "");
 }

@@ -35,6 +35,7 @@ TEST_F(MarkedItemsModeTest, MarksAreShownEverywhereAndOutliveTheProgram) {
     settle();
     for (size_t row = 0; row < 3; row++)
         EXPECT_EQ(table().row(row).isMarked, table().row(row).name == "a2");
+    EXPECT_EQ(table().row(0).source, RowContent::Source::none);
     EXPECT_EQ(OVUserDefaults::sharedInstance().dictionaryForKey("markedItems").size(), 1u);
     session_.reset();
     FileModesTest::start();
@@ -68,6 +69,7 @@ TEST_F(MarkedItemsModeTest, TheCopyListIsAPassingState) {
     marked().toggleMarkedItemsMode();
     settle();
     EXPECT_EQ(names(), (Names{"a1", "a2", "a3"}));
+    EXPECT_EQ(table().row(1).source, RowContent::Source::copy);
     type(u"a1");
     EXPECT_EQ(screen().infoBar.text, "Items marked for copying [1/3]");
 

@@ -1,8 +1,10 @@
 #include "views/MarkedText.h"
 
-#include <gtest/gtest.h>
-
+#include <QFontMetricsF>
 #include <random>
+
+#include "views/LetterWidths.h"
+#include "views/QtTest.h"
 
 namespace {
 
@@ -77,4 +79,18 @@ TEST(MarkedText, PathsInOtherScriptsKeepTheirOrderAndMarks) {
     EXPECT_EQ(marked(isolated), marked(mixed));
     EXPECT_EQ(isolated.text.count(QChar(0x2068)), 3);
     EXPECT_EQ(isolated.text.count(QChar(0x2069)), 3);
+}
+
+using LetterWidthsTest = QtTest;
+
+TEST_F(LetterWidthsTest, LettersTogetherAreAsWideAsTheTextButForKerning) {
+    QFont font;
+    font.setPixelSize(17);
+    const LetterWidths widths(font);
+    const QFontMetricsF exact(font);
+    for (const char* text : {"Annual report 2026.pdf", "/home/anna/Größe/été", "名前 🔒 мир", ""}) {
+        const QString shown = QString::fromUtf8(text);
+        const double width = exact.horizontalAdvance(shown);
+        EXPECT_NEAR(widths(shown), width, 0.04 * width) << text;
+    }
 }

@@ -249,6 +249,9 @@ TEST(rowSpeech, SaysInWordsWhatSignsAndBadgesMean) {
     row.attributes = {{"⚖️ 3 Bytes 👤 anna 🔒 rw- r-- r--", {}}};
     EXPECT_TRUE(rowSpeech::name(row).endsWith(", link, marked"));
     EXPECT_EQ(rowSpeech::details(row), "/c, Size: 3 Bytes, Owner: anna, Permissions: rw- r-- r--");
+    row.source = RowContent::Source::move;
+    EXPECT_TRUE(rowSpeech::name(row).endsWith(", link, to be moved"));
+    row.source = RowContent::Source::none;
     row.name = "<b>";
     EXPECT_EQ(rowSpeech::name(row, true), "<b>, broken link, marked");
     EXPECT_TRUE(rowSpeech::toolTip(row).contains("&lt;b&gt;<br>/c<br>Size: 3 Bytes<br>Owner"));

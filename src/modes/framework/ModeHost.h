@@ -73,6 +73,7 @@ class ModeHost {
     // Files.
     /// Whether the user has marked it. Any thread, also inside sections.
     virtual bool isMarked(const FileURL& url) const = 0;
+    virtual RowContent::Source sourceOf(const FileURL& url) const = 0;
     /// Gives it another path, and tells the index, the marks and all modes. Main thread.
     virtual Result<void> renameItem(const FileURL& from, const FileURL& to) = 0;
     /// Asks the user. Main thread.

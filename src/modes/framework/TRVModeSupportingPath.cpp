@@ -113,6 +113,7 @@ void TRVModeSupportingPath::redraw(size_t row) {
 
 void TRVModeSupportingPath::decorate(RowContent& content, size_t row, const FileURL& url) {
     content.isMarked = host().isMarked(url);
+    content.source = host().sourceOf(url);
     const auto& saved = selection();
     if (!saved || !saved->pathSelection || rowWithPathSelection_ != row ||
         saved->mostRecentlySelectedRow != static_cast<int64_t>(row))
@@ -120,6 +121,7 @@ void TRVModeSupportingPath::decorate(RowContent& content, size_t row, const File
     const FileURL& folder = *saved->pathSelection;
     content.pathSelection = TextRange{0, ruleText(folder.path()).size()};
     content.isMarked = host().isMarked(folder);
+    content.source = host().sourceOf(folder);
     content.iconName = "folder";
     content.isLink = false;
 }

@@ -47,7 +47,7 @@ void bindCommands(KeyboardShortcuts& registry, const CommandParts& parts) {
 }
 
 bool sayNotAvailable(UserMessages& messages, std::string_view command) {
-    messages.info("“" + std::string(command) + "” is not available yet");
+    messages.error("“" + std::string(command) + "” is not available yet");
     return false;
 }
 
