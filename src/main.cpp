@@ -32,6 +32,7 @@
 #include "views/ProgramIcon.h"
 #include "views/QuickStartWindow.h"
 #include "views/QuitProgress.h"
+#include "views/RowMenu.h"
 #include "views/SearchWindow.h"
 #include "views/preferences/PreferencesWindow.h"
 
@@ -79,7 +80,8 @@ struct Desktop {
                 .preview = window.preview(),
                 .diskAccess = diskAccessDialog,
                 .preferences = preferences,
-                .help = help};
+                .help = help,
+                .menu = menu};
     }
 
     LinuxFrontmost frontmost;
@@ -100,6 +102,7 @@ struct Desktop {
     QuickStartWindow quickStart{windowSystem()};
     DiskAccessDialog diskAccessDialog{windowSystem()};
     PreferencesWindow preferences{windowSystem()};
+    RowMenu menu{windowSystem()};
     HelpSheet help{windowSystem(), [this] { return window.sheetPlace(); }};
 };
 
