@@ -34,6 +34,7 @@
 #include "views/ProgramIcon.h"
 #include "views/QuickStartWindow.h"
 #include "views/QuitProgress.h"
+#include "views/RowMenu.h"
 #include "views/SearchWindow.h"
 #include "views/preferences/PreferencesWindow.h"
 
@@ -89,7 +90,8 @@ struct Desktop {
                 .preview = window.preview(),
                 .diskAccess = diskAccessDialog,
                 .preferences = preferences,
-                .help = help};
+                .help = help,
+                .menu = menu};
     }
 
     LinuxFrontmost frontmost;
@@ -110,6 +112,7 @@ struct Desktop {
     QuickStartWindow quickStart{windowSystem()};
     DiskAccessDialog diskAccessDialog{windowSystem()};
     PreferencesWindow preferences{windowSystem()};
+    RowMenu menu{windowSystem()};
     HelpSheet help{windowSystem(), [this] { return window.sheetPlace(); }};
 };
 

@@ -1,6 +1,5 @@
 #include "core/StatusItem.h"
 
-#include "platform/StatusBar.h"
 #include "util/log.h"
 #include "util/settings/OVUserDefaults.h"
 
@@ -15,11 +14,18 @@ void StatusItem::setupMenuExtraMenuItem() {
         return;
     }
     logAt(Debug, "Enabling status item");
-    bar_.showStatusItem({.toolTip = "Trovast",
-                         .action = actions_.toggleMainWindow,
-                         .menu = {{"Show or Hide Trovast", actions_.toggleMainWindow},
-                                  {"Quick Start", actions_.openQuickStart},
-                                  {"Preferences…", actions_.openPreferences},
-                                  {"", {}},
-                                  {"Quit Trovast", actions_.terminate}}});
+    bar_.showStatusItem(
+        {.toolTip = "Trovast", .action = actions_.toggleMainWindow, .menu = menu()});
+}
+
+void StatusItem::keysChanged() {
+    if (isShown_) bar_.setStatusMenu(menu());
+}
+
+std::vector<StatusItemContent::Entry> StatusItem::menu() const {
+    return {{"Show or Hide Trovast", actions_.toggleMainWindow, keys_.toggleMainWindow()},
+            {"Quick Start", actions_.openQuickStart},
+            {"Preferences…", actions_.openPreferences, keys_.openPreferences},
+            {"", {}},
+            {"Quit Trovast", actions_.terminate, keys_.terminate}};
 }

@@ -8,6 +8,7 @@ struct StatusItemContent {
     struct Entry {
         std::string title;  // empty: a separator
         std::function<void()> action;
+        std::string keys = {};  // "Ctrl+Q"; they only stand there
     };
     std::string toolTip;
     std::function<void()> action;  // a click
@@ -22,5 +23,7 @@ class StatusBar {
   public:
     virtual ~StatusBar() = default;
     virtual void showStatusItem(StatusItemContent content) = 0;
+    /// Another menu for the item that is shown.
+    virtual void setStatusMenu(std::vector<StatusItemContent::Entry> menu) = 0;
     virtual void removeStatusItem() = 0;
 };

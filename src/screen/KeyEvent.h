@@ -47,6 +47,8 @@ enum KeyCode : uint64_t {
     kKeyEscape = 53,
     kKeyEnter = 76,
     kKeyF11 = 103,
+    kKeyF10 = 109,
+    kKeyMenu = 110,
     kKeyHome = 115,
     kKeyPageUp = 116,
     kKeyForwardDelete = 117,

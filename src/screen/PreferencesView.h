@@ -38,6 +38,7 @@ struct PreferencesShortcut {
     std::string name;
     std::string keys = {};
     bool isChanged = false;  // the keys are not those it had at first
+    bool isInMenu = false;   // of a row
 };
 
 struct PreferencesRule {
@@ -77,6 +78,7 @@ class PreferencesViewDelegate {
     virtual void shortcutRecorded(const std::string& identifier, const KeyEvent& event) = 0;
     virtual void shortcutRemoved(const std::string& identifier) = 0;
     virtual void shortcutReset(const std::string& identifier) = 0;
+    virtual void shortcutShownInMenu(const std::string& identifier, bool isShown) = 0;
     virtual void allShortcutsReset() = 0;
 
     // A rule: the number of its list, and its own in there.

@@ -33,7 +33,8 @@ class ResultTableViewDelegate {
     /// By the user's or the program's doing.
     virtual void tableViewSelectionDidChange() = 0;
     virtual void rowDoubleClicked(size_t row) = 0;
-    /// A menu is wanted at this place of the screen; clickedRow tells its row until this returns.
+    /// A menu is wanted at this place of the screen, counted downward; clickedRow tells its row
+    /// until that is set again.
     virtual void contextMenuWanted(Point) {}
     /// It was scrolled, or its height changed.
     virtual void clipViewBoundsDidChange() = 0;
@@ -65,8 +66,11 @@ class ResultTableView {
     virtual std::optional<size_t> selectedRow() const = 0;
     /// Ascending.
     virtual std::vector<size_t> selectedRows() const = 0;
-    /// The row that a context menu is open for.
+    /// The row that a context menu is open for; nothing: none is, or it is for the selection.
     virtual std::optional<size_t> clickedRow() const = 0;
+    virtual void setClickedRow(std::optional<size_t> row) = 0;
+    /// Where a menu for the row is at hand, as contextMenuWanted has it.
+    virtual Point menuPlaceOfRow(size_t row) const = 0;
     virtual bool isRowVisible(size_t row) const = 0;
     virtual void scrollRowToVisible(size_t row) = 0;
     virtual Point clipOrigin() const = 0;

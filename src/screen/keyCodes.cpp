@@ -43,7 +43,7 @@ struct EditingKey {
 };
 
 // Keysyms of X11, as a key has them without Num Lock.
-constexpr std::array<EditingKey, 51> kEditingKeys = {{
+constexpr std::array<EditingKey, 52> kEditingKeys = {{
     {0xff0d, kKeyReturn, "Return"},
     {0xff09, kKeyTab, "Tab"},
     {0xfe20, kKeyTab, nullptr},  // with Shift
@@ -70,7 +70,8 @@ constexpr std::array<EditingKey, 51> kEditingKeys = {{
     {0xffc4, 98, "F7"},
     {0xffc5, 100, "F8"},
     {0xffc6, 101, "F9"},
-    {0xffc7, 109, "F10"},
+    {0xffc7, kKeyF10, "F10"},
+    {0xff67, kKeyMenu, "Menu"},
     {0xffc8, 103, "F11"},
     {0xffc9, 111, "F12"},
     {0xffca, 105, "F13"},

@@ -33,7 +33,11 @@ bool ItemActions::actionOpenInTextEditor(const URLs& urls) {
         parts_.messages.error("Found no text editor");
         return false;
     }
-    if (!report(parts_.applications.openWithApplication(urls, *editor))) return false;
+    return actionOpenWith(urls, *editor);
+}
+
+bool ItemActions::actionOpenWith(const URLs& urls, const std::string& application) {
+    if (!report(parts_.applications.openWithApplication(urls, application))) return false;
     MainQueue::async([this] { parts_.window.hideMainWindow(); });
     return true;
 }

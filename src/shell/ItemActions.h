@@ -29,6 +29,8 @@ class ItemActions {
     bool actionShowInfo(const URLs& urls);
     bool actionRevealInFinder(const URLs& urls);
     bool actionOpenInTextEditor(const URLs& urls);
+    /// By its identifier; the window goes.
+    bool actionOpenWith(const URLs& urls, const std::string& application);
     bool actionCopyPathToClipboard(const URLs& urls) { return copyPaths(urls, What::paths); }
     bool actionCopyFilenameToClipboard(const URLs& urls) { return copyPaths(urls, What::names); }
 

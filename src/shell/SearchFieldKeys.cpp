@@ -142,6 +142,10 @@ std::optional<bool> SearchFieldKeys::handleFixedKey(const KeyEvent& event, uint6
         case kKeyReturn:
             if (const auto handled = handleReturn(flags, mode)) return handled;
             break;
+        case kKeyMenu:
+        case kKeyF10:
+            if ((flags & ~kModifierFunction) != (event.keyCode == kKeyMenu ? 0 : kShift)) break;
+            return parts_.openContextMenu();
         case kKeyDelete:
             if (flags != kModifierCommand) break;
             deleteSelection(mode);

@@ -1,4 +1,5 @@
 #pragma once
+#include <functional>
 #include <optional>
 
 #include "shell/TableNavigation.h"
@@ -43,6 +44,7 @@ class SearchFieldKeys {
         const HidingGuard& guard;
         const Updater& updater;
         KeyboardShortcuts& shortcuts;
+        std::function<bool()> openContextMenu;  // of the selected row; false: not now
     };
     explicit SearchFieldKeys(const Parts& parts);
 

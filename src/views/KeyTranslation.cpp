@@ -18,7 +18,7 @@ uint64_t find(const std::array<Pair, N>& table, uint32_t from) {
     return found == table.end() ? kNoKeyCode : found->keyCode;
 }
 
-constexpr std::array<Pair, 34> kEditingKeys = {{
+constexpr std::array<Pair, 35> kEditingKeys = {{
     {Qt::Key_Return, kKeyReturn},
     {Qt::Key_Enter, kKeyEnter},
     {Qt::Key_Tab, kKeyTab},
@@ -46,7 +46,8 @@ constexpr std::array<Pair, 34> kEditingKeys = {{
     {Qt::Key_F7, 98},
     {Qt::Key_F8, 100},
     {Qt::Key_F9, 101},
-    {Qt::Key_F10, 109},
+    {Qt::Key_F10, kKeyF10},
+    {Qt::Key_Menu, kKeyMenu},
     {Qt::Key_F11, 103},
     {Qt::Key_F12, 111},
     {Qt::Key_F13, 105},

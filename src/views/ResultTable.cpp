@@ -1,6 +1,7 @@
 #include "views/ResultTable.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QMouseEvent>
@@ -29,6 +30,7 @@ ResultTable::ResultTable()
     setAttribute(Qt::WA_OpaquePaintEvent);  // what is behind is not painted for each key stroke
     setAccessibleName(QStringLiteral("Results"));
     scroller_->hide();
+    qApp->installEventFilter(this);
 }
 
 void ResultTable::setTheme(const Theme* theme) {
@@ -266,6 +268,16 @@ void ResultTable::updateRow(size_t row) {
     update(rowPlace(row).toAlignedRect());
 }
 
+void ResultTable::drawClickedRow(QPainter& painter, const QRectF& place) const {
+    constexpr double kRadius = 6, kLine = 1.5;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(theme_->accent, kLine));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(place.adjusted(5, 1, -5, -1), kRadius, kRadius);
+    painter.restore();
+}
+
 const RowContent& ResultTable::content(size_t row) {
     auto found = contents_.find(row);
     if (found == contents_.end()) {
@@ -293,6 +305,7 @@ void ResultTable::paintEvent(QPaintEvent* event) {
                                 : RowPainter::Look::selectedWithoutKeyboard;
         const RowContent& shown = content(row);
         painter_->draw(painter, place, shown, look, {.isBrokenLink = isBroken(shown)});
+        if (row == clickedRow_ && !selection_.count(row)) drawClickedRow(painter, place);
     }
     if (contents_.size() <= kKeptContents) return;
     const size_t top = rowAt(margin()).value_or(0);
@@ -349,10 +362,33 @@ void ResultTable::mouseDoubleClickEvent(QMouseEvent* event) {
 void ResultTable::contextMenuEvent(QContextMenuEvent* event) {
     // From the keyboard it is for what is selected, wherever the pointer is.
     const bool isByMouse = event->reason() == QContextMenuEvent::Mouse;
-    clickedRow_ = isByMouse ? rowAt(event->pos().y()) : std::nullopt;
+    const auto row = isByMouse ? rowAt(event->pos().y()) : std::nullopt;
+    if (!delegate_ || (isByMouse && !row)) return;
+    setClickedRow(row);
     const QPoint place = event->globalPos();
-    if (delegate_) delegate_->contextMenuWanted({double(place.x()), double(place.y())});
-    clickedRow_.reset();
+    delegate_->contextMenuWanted({double(place.x()), double(place.y())});
+}
+
+bool ResultTable::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::ContextMenu) return false;
+    // The keys for it open the row's menu; what else has the keyboard in this window has none by
+    // them, but an editor in a row.
+    const auto* const widget = qobject_cast<QWidget*>(watched);
+    const auto reason = static_cast<QContextMenuEvent*>(event)->reason();
+    return reason == QContextMenuEvent::Keyboard && widget && widget != this &&
+           widget->window() == window() && !isAncestorOf(widget);
+}
+
+void ResultTable::setClickedRow(std::optional<size_t> row) {
+    if (row == clickedRow_) return;
+    clickedRow_ = row;
+    update();
+}
+
+Point ResultTable::menuPlaceOfRow(size_t row) const {
+    const double bottom = std::clamp(rowPlace(row).bottom(), 0.0, double(height()));
+    const QPoint place = mapToGlobal(QPoint(RowPainter::kTextLeft, qRound(bottom)));
+    return {double(place.x()), double(place.y())};
 }
 
 void ResultTable::changeEvent(QEvent* event) {

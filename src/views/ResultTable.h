@@ -58,6 +58,8 @@ class ResultTable : public QWidget, public ResultTableView {
     std::optional<size_t> selectedRow() const override;
     std::vector<size_t> selectedRows() const override;
     std::optional<size_t> clickedRow() const override { return clickedRow_; }
+    void setClickedRow(std::optional<size_t> row) override;
+    Point menuPlaceOfRow(size_t row) const override;
     /// A part of it will do.
     bool isRowVisible(size_t row) const override;
     void scrollRowToVisible(size_t row) override;
@@ -75,6 +77,7 @@ class ResultTable : public QWidget, public ResultTableView {
     void contextMenuEvent(QContextMenuEvent* event) override;
     void changeEvent(QEvent* event) override;
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     double zoom() const { return theme_ ? theme_->zoom : 1; }
@@ -86,6 +89,8 @@ class ResultTable : public QWidget, public ResultTableView {
     const RowContent& content(size_t row);
     void setOffset(double offset);
     void updateRow(size_t row);
+    /// Its menu is for it alone.
+    void drawClickedRow(QPainter& painter, const QRectF& place) const;
     void updateScroller();
     RowContent contentFor(size_t row) const;
     void followLinkOf(const RowContent& content);

@@ -211,7 +211,7 @@ TEST_F(RenameTest, APathSelectionCountsForItsRowAlone) {
     table().click({1});
     EXPECT_FALSE(table().row(0).pathSelection);
     EXPECT_EQ(searchMode().clickedOrSelectedURLs(), std::vector{under("/sub/y2.txt")});
-    table().openContextMenu(0);
+    table().setClickedRow(0);
     EXPECT_EQ(searchMode().clickedOrSelectedURLs(), std::vector{under("/sub/y1.txt")});
     EXPECT_EQ(table().selectedRows(), std::vector<size_t>{1});
 }

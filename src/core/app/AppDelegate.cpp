@@ -4,6 +4,8 @@
 #include "core/state/GlobalState.h"
 #include "platform/StatusBar.h"
 #include "shell/commands/commands.h"
+#include "shell/preferences/ownKeys.h"
+#include "shell/registry/shortcutText.h"
 #include "util/World.h"
 #include "util/settings/OVUserDefaults.h"
 
@@ -89,6 +91,15 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
              .application = desktop.application,
              .guard = guard_,
              .shortcuts = KeyboardShortcuts::sharedInstance()}),
+      contextMenu_({.host = host_,
+                    .shortcuts = KeyboardShortcuts::sharedInstance(),
+                    .applications = desktop.applications,
+                    .view = screen.menu,
+                    .guard = guard_,
+                    .field = field_,
+                    .window = window_,
+                    .actions = itemActions_,
+                    .messages = messages_}),
       keys_({.host = host_,
              .searchMode = searchMode_,
              .table = screen.views.table,
@@ -104,12 +115,23 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
              .messages = messages_,
              .guard = guard_,
              .updater = desktop.updater,
-             .shortcuts = KeyboardShortcuts::sharedInstance()}),
+             .shortcuts = KeyboardShortcuts::sharedInstance(),
+             .openContextMenu = [this] { return contextMenu_.openAtSelection(); }}),
       hotKey_(desktop.hotKeys, messages_, [this] { window_.toggleMainWindow(); }),
-      statusItem_(desktop.statusBar, {.toggleMainWindow = [this] { window_.toggleMainWindow(); },
-                                      .openQuickStart = [this] { quickStart_.openQuickStart(); },
-                                      .openPreferences = [this] { preferences_.openPreferences(); },
-                                      .terminate = [this] { desktop_.application.terminate(); }}),
+      statusItem_(desktop.statusBar,
+                  {.toggleMainWindow = [this] { window_.toggleMainWindow(); },
+                   .openQuickStart = [this] { quickStart_.openQuickStart(); },
+                   .openPreferences = [this] { preferences_.openPreferences(); },
+                   .terminate = [this] { desktop_.application.terminate(); }},
+                  {.toggleMainWindow =
+                       [this] {
+                           const HotKey& hotKey = hotKey_.currentShortcut();
+                           return hotKey.isNone()
+                                      ? std::string()
+                                      : shortcutText(hotKey.keyCode, hotKey.modifierFlags);
+                       },
+                   .openPreferences = shortcutText(ownKeys::kKeyComma, kModifierCommand),
+                   .terminate = shortcutText(kKeyQ, kModifierCommand)}),
       quickStart_({.view = screen.quickStart,
                    .hotKey = hotKey_,
                    .currentCache = [this] { return searchMode_.sharedCurrentCache(); },
@@ -208,8 +230,9 @@ void AppDelegate::joinKeys() {
     screen_.keyEvents.setMonitor([this](const KeyEvent& event) {
         if (event.kind == KeyEvent::Kind::flagsChanged)
             keys_.modifierFlagsChanged(event.modifierFlags);
-        return quitByHold_.sendEvent(event) || preferences_.sendEvent(event) ||
-               help_.sendEvent(event);
+        if (quitByHold_.sendEvent(event)) return true;
+        // An open menu has all the keys.
+        return !contextMenu_.isOpen() && (preferences_.sendEvent(event) || help_.sendEvent(event));
     });
 }
 

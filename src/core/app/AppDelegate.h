@@ -31,6 +31,7 @@
 #include "modes/TRVMarkedItemsMode.h"
 #include "modes/TRVRecentMode.h"
 #include "modes/TRVSearchMode.h"
+#include "shell/ContextMenu.h"
 #include "shell/Help.h"
 #include "shell/ItemActions.h"
 #include "shell/ProjectKeys.h"
@@ -71,6 +72,7 @@ struct Screen {
     DiskAccessView& diskAccess;
     PreferencesView& preferences;
     HelpView& help;
+    MenuView& menu;
 };
 
 /// Where the user's things are.
@@ -137,6 +139,7 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     void clipViewBoundsDidChange() override;
     bool rowEditDoCommand(RowEditCommand command, const std::u16string& text) override;
     void rowEditDidEnd() override;
+    void contextMenuWanted(Point place) override { contextMenu_.openAt(place); }
     void rowDoubleClicked(size_t) override {
         keys_.openSelection(SearchFieldKeys::OpenWith::defaultApplication);
     }
@@ -167,6 +170,7 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     ItemActions itemActions_;          // items in other programs
     ProjectKeys projectKeys_;          // the digits
     Help help_;                        // which keys there are
+    ContextMenu contextMenu_;          // what can be done to a row
     SearchFieldKeys keys_;             // what keys do
     ActionStore actions_;              // the user's own actions
     GlobalHotKey hotKey_;              // brings the window up

@@ -55,9 +55,13 @@ void SettingsObservers::observeTheRest() {
     observe("hotKey", [this] {
         if (GlobalHotKey::storedShortcut() != parts_.hotKey.currentShortcut())
             parts_.hotKey.setupHotKeys();
+        parts_.statusItem.keysChanged();
     });
     // The same stored key is another one of the desktop now.
-    observe("swapControlAndOption", [this] { parts_.hotKey.setupHotKeys(); });
+    observe("swapControlAndOption", [this] {
+        parts_.hotKey.setupHotKeys();
+        parts_.statusItem.keysChanged();
+    });
     subscriptions_.push_back(Notifications::sharedInstance().searchParameterModified.observe(
         [this](const auto& project) { searchParameterModified(project); }));
 }

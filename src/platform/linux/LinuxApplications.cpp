@@ -2,7 +2,9 @@
 
 #include <gio/gio.h>
 
+#include <algorithm>
 #include <memory>
+#include <set>
 
 #include "util/Unicode.h"
 
@@ -70,12 +72,79 @@ std::optional<std::string> configuredOrDefault(const std::string& configured, co
                        : defaultApplication(type);
 }
 
+/// The type by which an item is opened: what could be run counts as text.
+std::optional<std::string> openedType(const FileURL& url) {
+    auto type = contentType(url);
+    if (type && couldBeRun(type->c_str())) type = kPlainText;
+    return type;
+}
+
+std::string iconNameOf(GAppInfo* application) {
+    GIcon* const icon = g_app_info_get_icon(application);
+    if (G_IS_THEMED_ICON(icon)) {
+        const char* const* const names = g_themed_icon_get_names(G_THEMED_ICON(icon));
+        return names && names[0] ? names[0] : "";
+    }
+    if (!G_IS_FILE_ICON(icon)) return {};
+    char* const path = g_file_get_path(g_file_icon_get_file(G_FILE_ICON(icon)));
+    std::string text = path ? path : "";
+    g_free(path);
+    return text;
+}
+
+std::vector<Applications::Opener> openersOf(const std::string& type) {
+    std::vector<Applications::Opener> openers;
+    const auto ofDefault = defaultApplication(type.c_str());
+    GList* const all = g_app_info_get_all_for_type(type.c_str());
+    for (const GList* at = all; at; at = at->next) {
+        auto* const application = static_cast<GAppInfo*>(at->data);
+        const char* const id = g_app_info_get_id(application);
+        const bool opensFiles =
+            g_app_info_supports_files(application) || g_app_info_supports_uris(application);
+        if (!id || !opensFiles) continue;
+        openers.push_back({.identifier = id,
+                           .name = g_app_info_get_name(application),
+                           .iconName = iconNameOf(application),
+                           .isDefault = id == ofDefault});
+    }
+    g_list_free_full(all, g_object_unref);
+    std::stable_partition(openers.begin(), openers.end(),
+                          [](const auto& opener) { return opener.isDefault; });
+    return openers;
+}
+
 }  // namespace
 
 std::optional<std::string> LinuxApplications::defaultApplicationForItem(const FileURL& url) {
-    const auto type = contentType(url);
-    if (!type) return std::nullopt;
-    return defaultApplication(couldBeRun(type->c_str()) ? kPlainText : type->c_str());
+    const auto type = openedType(url);
+    return type ? defaultApplication(type->c_str()) : std::nullopt;
+}
+
+std::vector<Applications::Opener> LinuxApplications::applicationsForItems(
+    const std::vector<FileURL>& urls) const {
+    std::set<std::string> types;
+    for (const FileURL& url : urls) {
+        auto type = openedType(url);
+        if (!type) return {};
+        types.insert(std::move(*type));
+    }
+    std::optional<std::vector<Opener>> common;
+    for (const std::string& type : types) {
+        const std::vector<Opener> openers = openersOf(type);
+        if (!common) {
+            common = openers;
+            continue;
+        }
+        std::erase_if(*common, [&](Opener& one) {
+            const auto same = std::find_if(
+                openers.begin(), openers.end(),
+                [&](const Opener& other) { return other.identifier == one.identifier; });
+            if (same == openers.end()) return true;
+            one.isDefault = one.isDefault && same->isDefault;
+            return false;
+        });
+    }
+    return common.value_or(std::vector<Opener>());
 }
 
 std::optional<std::string> LinuxApplications::defaultApplicationForDataOf(const FileURL& url) {

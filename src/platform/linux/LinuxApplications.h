@@ -4,7 +4,7 @@
 /// The applications that are registered with the desktop (mimeapps.list and desktop files), by the
 /// ids of their desktop files. What could be run is opened as the text that it is: neither a
 /// program nor a desktop file is ever started from here.
-/// Owner:   main. Threads: main; the first bytes of a file are read to tell its type.
+/// Owner:   main. Threads: as the port; the first bytes of a file are read to tell its type.
 /// Fails:   with a text; an application that is started and dies is not our failure, nor is a file
 ///          manager that shows something else.
 class LinuxApplications : public Applications {
@@ -13,6 +13,7 @@ class LinuxApplications : public Applications {
     explicit LinuxApplications(bool ownsPlatformChoice) : ownsPlatformChoice_(ownsPlatformChoice) {}
     std::optional<std::string> defaultApplicationForItem(const FileURL& url) override;
     std::optional<std::string> defaultApplicationForDataOf(const FileURL& url) override;
+    std::vector<Opener> applicationsForItems(const std::vector<FileURL>& urls) const override;
     std::optional<std::string> fileManager(const std::string& configured) override;
     std::optional<std::string> textEditor(const std::string& configured) override;
     Result<void> openWithApplication(const std::vector<FileURL>& urls,

@@ -75,7 +75,8 @@ void LinuxStatusBar::makeItemWhereThereIsABar() {
 void LinuxStatusBar::makeItem() {
     look_.stop();
     item_.reset();  // before its menu
-    makeMenu();
+    menu_ = std::make_unique<QMenu>();
+    fillMenu();
     item_ = std::make_unique<QSystemTrayIcon>(icon_);
     item_->setToolTip(QString::fromStdString(content_.toolTip));
     if (!content_.menu.empty()) item_->setContextMenu(menu_.get());
@@ -88,19 +89,30 @@ void LinuxStatusBar::makeItem() {
     item_->show();
 }
 
-void LinuxStatusBar::makeMenu() {
-    menu_ = std::make_unique<QMenu>();
+void LinuxStatusBar::setStatusMenu(std::vector<StatusItemContent::Entry> menu) {
+    content_.menu = std::move(menu);
+    if (menu_) fillMenu();
+}
+
+void LinuxStatusBar::fillMenu() {
+    menu_->clear();
+    // A bar draws the menu itself and has names of its own for the keys; in a tray it is Qt's.
+    const bool isDrawnByBar = hasBar();
     for (const StatusItemContent::Entry& entry : content_.menu) {
         if (entry.title.empty()) {
             menu_->addSeparator();
             continue;
         }
-        // One ampersand would mark a letter.
-        const QString title =
-            QString::fromStdString(entry.title).replace('&', QStringLiteral("&&"));
-        QObject::connect(menu_->addAction(title), &QAction::triggered, menu_.get(),
-                         [action = entry.action] {
-                             if (action) action();
-                         });
+        QString title = QString::fromStdString(entry.title);
+        title.replace('&', QStringLiteral("&&"));  // one would mark a letter
+        QString keys = QString::fromStdString(entry.keys);
+        if (!keys.isEmpty() && !isDrawnByBar) title += '\t' + keys;
+        QAction* const action = menu_->addAction(title);
+        if (isDrawnByBar)
+            action->setShortcut(
+                QKeySequence(keys.replace(QStringLiteral("Super"), QStringLiteral("Meta"))));
+        QObject::connect(action, &QAction::triggered, menu_.get(), [run = entry.action] {
+            if (run) run();
+        });
     }
 }

@@ -18,11 +18,12 @@ class LinuxStatusBar : public StatusBar {
     explicit LinuxStatusBar(QIcon icon);
     ~LinuxStatusBar() override;
     void showStatusItem(StatusItemContent content) override;
+    void setStatusMenu(std::vector<StatusItemContent::Entry> menu) override;
     void removeStatusItem() override;
 
   private:
     void makeItem();
-    void makeMenu();
+    void fillMenu();
     void makeItemWhereThereIsABar();
 
     const QIcon icon_;

@@ -86,6 +86,22 @@ std::optional<std::string> SimulatedDesktop::defaultApplicationForDataOf(const F
     return std::nullopt;
 }
 
+std::vector<Applications::Opener> SimulatedDesktop::applicationsForItems(
+    const std::vector<FileURL>& urls) const {
+    std::vector<Opener> openers;
+    for (const App& app : applications) {
+        const auto opens = [&](const FileURL& url) {
+            return contains(app.types, "public.data") ||
+                   contains(app.extensions, std::string(url.pathExtension()));
+        };
+        if (std::all_of(urls.begin(), urls.end(), opens))
+            openers.push_back({.identifier = app.id,
+                               .name = app.name.empty() ? app.id : app.name,
+                               .isDefault = openers.empty()});
+    }
+    return openers;
+}
+
 std::optional<std::string> SimulatedDesktop::fileManager(const std::string& configured) {
     return configured;
 }

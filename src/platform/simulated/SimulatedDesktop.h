@@ -106,6 +106,7 @@ class SimulatedDesktop : public OwnApplication,
     // Applications
     std::optional<Identifier> defaultApplicationForItem(const FileURL& url) override;
     std::optional<Identifier> defaultApplicationForDataOf(const FileURL& url) override;
+    std::vector<Opener> applicationsForItems(const std::vector<FileURL>& urls) const override;
     std::optional<Identifier> fileManager(const Identifier& configured) override;
     std::optional<Identifier> textEditor(const Identifier& configured) override;
     Result<void> openWithApplication(const std::vector<FileURL>& urls,
@@ -129,6 +130,9 @@ class SimulatedDesktop : public OwnApplication,
     void unregisterShortcut() override;
     // StatusBar
     void showStatusItem(StatusItemContent content) override { statusItem_ = std::move(content); }
+    void setStatusMenu(std::vector<StatusItemContent::Entry> menu) override {
+        if (statusItem_) statusItem_->menu = std::move(menu);
+    }
     void removeStatusItem() override { statusItem_.reset(); }
     // Appearance
     bool isDark() const override { return dark; }

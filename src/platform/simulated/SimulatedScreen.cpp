@@ -97,9 +97,31 @@ void SimulatedHelp::press(const KeyEvent& event) {
     if (delegate) delegate->helpFilterDidChange(filter);
 }
 
+void SimulatedMenu::end(const std::optional<MenuChoice>& choice) {
+    if (const auto tell = std::exchange(ended, nullptr)) tell(choice);
+}
+
+bool SimulatedMenu::choose(const std::string& submenu, const std::string& identifier) {
+    const auto find = [](const std::vector<MenuItem>& among, const std::string& wanted) {
+        const auto found = std::find_if(among.begin(), among.end(), [&](const MenuItem& item) {
+            return item.identifier == wanted && !item.title.empty() && item.isEnabled;
+        });
+        return found == among.end() ? nullptr : &*found;
+    };
+    const MenuItem* const menu = submenu.empty() ? nullptr : find(items, submenu);
+    if (!isOpen() || (!submenu.empty() && !menu)) return false;
+    if (!find(menu ? menu->items : items, identifier)) return false;
+    end(MenuChoice{.submenu = submenu, .identifier = identifier});
+    return true;
+}
+
 bool SimulatedScreen::send(const KeyEvent& event) {
     if (keyEvents.monitor && keyEvents.monitor(event)) return true;
     if (event.kind != KeyEvent::Kind::down) return false;
+    if (menu.isOpen()) {
+        if (event.keyCode == kKeyEscape) menu.close();
+        return true;
+    }
     if (help.kind == HelpView::Kind::sheet) {
         help.press(event);
         return false;

@@ -13,6 +13,7 @@
 #include "screen/IndicatorsView.h"
 #include "screen/InfoBarView.h"
 #include "screen/KeyEvent.h"
+#include "screen/MenuView.h"
 #include "screen/PreferencesView.h"
 #include "screen/PreviewView.h"
 #include "screen/QuickStartView.h"
@@ -220,6 +221,28 @@ class SimulatedHelp : public HelpView {
     std::vector<Scroll> scrolled;
 };
 
+class SimulatedMenu : public MenuView {
+  public:
+    void popUp(const std::vector<MenuItem>& shown, const Look&, const Place& at, Ended e) override {
+        items = shown;
+        place = at;
+        ended = std::move(e);
+    }
+    void update(const std::vector<MenuItem>& shown) override { items = shown; }
+    void close() override { end(std::nullopt); }
+    bool isOpen() const override { return ended != nullptr; }
+    /// Picks an enabled item; false: there is none of this name.
+    bool choose(const std::string& submenu, const std::string& identifier);
+
+    std::vector<MenuItem> items;  // of the last one
+    Place place{};
+
+  private:
+    void end(const std::optional<MenuChoice>& choice);
+
+    Ended ended;  // while it is open
+};
+
 class SimulatedKeyEvents : public KeyEvents {
   public:
     void setMonitor(std::function<bool(const KeyEvent&)> m) override { monitor = std::move(m); }
@@ -239,6 +262,7 @@ struct SimulatedScreen {
     SimulatedDiskAccessWindow diskAccess;
     SimulatedPreferences preferences;
     SimulatedHelp help;
+    SimulatedMenu menu;
     SimulatedKeyEvents keyEvents;
 
     /// A key event as it comes from the desktop: past the monitor, past the program's own keys,

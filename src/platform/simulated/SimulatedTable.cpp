@@ -91,3 +91,9 @@ void SimulatedTable::doubleClick(size_t row) {
     click({row});
     if (delegate_ && row < count_) delegate_->rowDoubleClicked(row);
 }
+
+void SimulatedTable::rightClick(size_t row) {
+    if (!delegate_ || row >= count_) return;
+    clicked_ = row;
+    delegate_->contextMenuWanted({});
+}

@@ -32,6 +32,8 @@ class SimulatedTable : public ResultTableView {
         return {selected_.begin(), selected_.end()};
     }
     std::optional<size_t> clickedRow() const override { return clicked_; }
+    void setClickedRow(std::optional<size_t> row) override { clicked_ = row; }
+    Point menuPlaceOfRow(size_t) const override { return {}; }
     bool isRowVisible(size_t row) const override;
     void scrollRowToVisible(size_t row) override;
     Point clipOrigin() const override { return {0, offset_}; }
@@ -46,8 +48,7 @@ class SimulatedTable : public ResultTableView {
     bool hasScroller() const { return hasScroller_; }
     void click(std::vector<size_t> rows);
     void doubleClick(size_t row);
-    /// A context menu is open for the row; nothing: none is.
-    void openContextMenu(std::optional<size_t> row) { clicked_ = row; }
+    void rightClick(size_t row);
     /// The editor over a row, if there is one.
     const std::optional<RowEdit>& edit() const { return edit_; }
     /// Replaces its text.

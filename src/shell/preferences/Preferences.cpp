@@ -180,6 +180,11 @@ void Preferences::shortcutReset(const std::string& identifier) {
     tell(shortcuts_.reset(identifier));
 }
 
+void Preferences::shortcutShownInMenu(const std::string& identifier, bool isShown) {
+    shortcuts_.showInMenu(identifier, isShown);
+    showShortcuts();
+}
+
 void Preferences::allShortcutsReset() {
     const Alert alert{.title = "Reset all shortcuts",
                       .text =

@@ -54,6 +54,7 @@ class Preferences : private PreferencesViewDelegate {
     void shortcutRecorded(const std::string& identifier, const KeyEvent& event) override;
     void shortcutRemoved(const std::string& identifier) override;
     void shortcutReset(const std::string& identifier) override;
+    void shortcutShownInMenu(const std::string& identifier, bool isShown) override;
     void allShortcutsReset() override;
     void ruleAdded(size_t list) override;
     void ruleRemoved(size_t list, size_t rule) override;

@@ -11,7 +11,8 @@ std::vector<PreferencesShortcut> PreferencesShortcuts::lines() const {
             lines.push_back({.identifier = entry.definition->identifier(),
                              .name = entry.definition->actionName(),
                              .keys = entry.definition->stringRepresentation(),
-                             .isChanged = !entry.definition->hasDefaultKeys()});
+                             .isChanged = !entry.definition->hasDefaultKeys(),
+                             .isInMenu = entry.definition->showInContextMenu()});
         else
             lines.push_back({.name = entry.title});
     }
@@ -53,6 +54,11 @@ void PreferencesShortcuts::remove(const std::string& identifier) {
     if (!definition) return;
     definition->setKeys(0, 0);
     definition->saveToUserDefaults();
+}
+
+void PreferencesShortcuts::showInMenu(const std::string& identifier, bool isShown) {
+    if (const auto definition = registry_.keyboardShortcutDefinitionFor(identifier))
+        definition->setShowInContextMenu(isShown);
 }
 
 std::optional<ShortcutRefusal> PreferencesShortcuts::reset(const std::string& identifier) {

@@ -18,6 +18,7 @@ class PreferencesShortcuts {
     void setFilter(std::string filter) { registry_.setFilter(std::move(filter)); }
     std::optional<ShortcutRefusal> record(const std::string& identifier, const KeyEvent& event);
     void remove(const std::string& identifier);
+    void showInMenu(const std::string& identifier, bool isShown);
     /// The keys that it had at first, unless another command has them by now.
     std::optional<ShortcutRefusal> reset(const std::string& identifier);
     void resetAll() { registry_.reset(); }

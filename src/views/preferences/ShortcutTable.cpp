@@ -12,8 +12,9 @@
 
 namespace {
 
-constexpr int kNames = 0, kKeys = 1, kColumns = 2;
-constexpr int kRow = 30, kTitleRow = 38, kKeysWidth = 190, kInset = 10;
+constexpr int kNames = 0, kMenu = 1, kKeys = 2, kColumns = 3;
+constexpr int kRow = 30, kTitleRow = 38, kMenuWidth = 64, kKeysWidth = 190, kInset = 10;
+constexpr const char* kHeadings[] = {"Action", "Menu", "Shortcut"};
 
 }  // namespace
 
@@ -36,13 +37,18 @@ class ShortcutTable::Model : public QAbstractTableModel {
         return parent.isValid() ? 0 : kColumns;
     }
     QVariant data(const QModelIndex& index, int role) const override {
-        if (role != Qt::DisplayRole) return {};
         const PreferencesShortcut& shown = line(index.row());
+        const bool isBox = index.column() == kMenu && !isTitle(index.row());
+        if (role == Qt::CheckStateRole && isBox)
+            return shown.isInMenu ? Qt::Checked : Qt::Unchecked;
+        if (role == Qt::ToolTipRole && index.column() == kMenu)
+            return QStringLiteral("Shown in the menu of a row");
+        if (role != Qt::DisplayRole || index.column() == kMenu) return {};
         return plainText(index.column() == kNames ? shown.name : shown.keys);
     }
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
         if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-        return section == kNames ? QStringLiteral("Action") : QStringLiteral("Shortcut");
+        return QString::fromLatin1(kHeadings[section]);
     }
     Qt::ItemFlags flags(const QModelIndex& index) const override {
         return isTitle(index.row()) ? Qt::ItemIsEnabled : Qt::ItemIsEnabled | Qt::ItemIsSelectable;
@@ -73,6 +79,14 @@ class ShortcutTable::Painter : public QStyledItemDelegate {
         if (isTitle) {
             colour = theme.info;
             place.setTop(place.top() + 10);
+            if (index.column() != kNames) {
+                // The first line says what stands in the columns.
+                text =
+                    index.row() == 0 ? QString::fromLatin1(kHeadings[index.column()]) : QString();
+                font = theme.info13;
+            }
+        } else if (index.column() == kMenu) {
+            drawBox(*painter, option.rect, line.isInMenu, colour);
         } else if (index.column() == kKeys) {
             if (isChosen && table_.isRecording_) text = QStringLiteral("Press the keys…");
             font.setWeight(line.isChanged ? QFont::DemiBold : QFont::Normal);
@@ -85,7 +99,23 @@ class ShortcutTable::Painter : public QStyledItemDelegate {
     }
 
   private:
-    /// One rounded ground for both columns: each paints its half of it.
+    void drawBox(QPainter& painter, const QRect& cell, bool isTicked, QColor colour) const {
+        constexpr double kBox = 14, kRadius = 3.5;
+        QRectF box(0, 0, kBox, kBox);
+        box.moveCenter(QRectF(cell).center());
+        box.moveLeft(cell.left() + kInset + 10.5);
+        QColor frame = colour;
+        frame.setAlphaF(isTicked ? 0.8F : 0.4F);
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(frame, 1.2));
+        painter.drawRoundedRect(box, kRadius, kRadius);
+        if (!isTicked) return;
+        painter.setPen(QPen(colour, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.drawPolyline(
+            QPolygonF({box.topLeft() + QPointF(3.5, 7.5), box.topLeft() + QPointF(6, 10),
+                       box.topLeft() + QPointF(10.5, 4.5)}));
+    }
+    /// One rounded ground for all columns: each paints its part of it.
     void drawGround(QPainter& painter, const QRect& cell, int column, bool hasKeyboard) const {
         constexpr double kRadius = 6;
         const Theme& theme = *table_.context_->theme;
@@ -93,7 +123,7 @@ class ShortcutTable::Painter : public QStyledItemDelegate {
         painter.setPen(Qt::NoPen);
         painter.setBrush(hasKeyboard ? theme.selection : theme.otherSelection);
         const QRectF whole =
-            QRectF(cell).adjusted(column == kNames ? 0 : -20, 1, column == kNames ? 20 : 0, -1);
+            QRectF(cell).adjusted(column == kNames ? 0 : -20, 1, column == kKeys ? 0 : 20, -1);
         painter.drawRoundedRect(whole, kRadius, kRadius);
     }
 
@@ -118,10 +148,14 @@ ShortcutTable::ShortcutTable(const PaneContext* context, QWidget* parent)
     horizontalHeader()->hide();
     horizontalHeader()->setSectionResizeMode(kNames, QHeaderView::Stretch);
     horizontalHeader()->setSectionResizeMode(kKeys, QHeaderView::Fixed);
+    horizontalHeader()->setSectionResizeMode(kMenu, QHeaderView::Fixed);
     setColumnWidth(kKeys, kKeysWidth);
+    setColumnWidth(kMenu, kMenuWidth);
     connect(this, &QAbstractItemView::doubleClicked, this, [this] { record(); });
     connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
-        if (index.column() == kKeys && !model_->isTitle(index.row())) record();
+        if (model_->isTitle(index.row())) return;
+        if (index.column() == kKeys) record();
+        if (index.column() == kMenu) toggleInMenu();
     });
 }
 
@@ -137,7 +171,7 @@ void ShortcutTable::setShortcuts(const std::vector<PreferencesShortcut>& shortcu
     clearSpans();
     for (int row = 0; row < model_->rowCount(); ++row) {
         const bool isTitle = model_->isTitle(row);
-        if (isTitle) setSpan(row, 0, 1, kColumns);
+        if (isTitle && row > 0) setSpan(row, 0, 1, kColumns);
         setRowHeight(row, isTitle ? kTitleRow : kRow);
         if (!isTitle && model_->line(row).identifier == identifier)
             setCurrentIndex(model_->index(row, kNames));
@@ -179,6 +213,12 @@ void ShortcutTable::record() {
     setRecording(true);
 }
 
+void ShortcutTable::toggleInMenu() {
+    const PreferencesShortcut* const line = chosen();
+    if (line && context_->delegate)
+        context_->delegate->shortcutShownInMenu(std::string(line->identifier), !line->isInMenu);
+}
+
 void ShortcutTable::removeKeys() {
     const PreferencesShortcut* const line = chosen();
     if (line && context_->delegate)
@@ -212,9 +252,11 @@ void ShortcutTable::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
-        case Qt::Key_Space:
         case Qt::Key_F2:
             record();
+            return;
+        case Qt::Key_Space:
+            toggleInMenu();
             return;
         case Qt::Key_Delete:
         case Qt::Key_Backspace:

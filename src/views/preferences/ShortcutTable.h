@@ -5,7 +5,8 @@
 #include "views/preferences/PaneContext.h"
 
 /// The commands with their keys, under the titles of their sections. Return takes down new keys for
-/// the chosen one, Delete takes its keys away.
+/// the chosen one, Delete takes its keys away; Space ticks the box that shows it in the menu of a
+/// row.
 /// Owner:   KeyboardPane. Threads: main. The context outlives it.
 class ShortcutTable : public QTableView {
   public:
@@ -18,6 +19,7 @@ class ShortcutTable : public QTableView {
     const PreferencesShortcut* chosen() const;
     void record();
     void removeKeys();
+    void toggleInMenu();
     bool isRecording() const { return isRecording_; }
 
   protected:

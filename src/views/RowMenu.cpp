@@ -1,0 +1,146 @@
+#include "views/RowMenu.h"
+
+#include <QApplication>
+#include <QTimer>
+#include <algorithm>
+#include <utility>
+
+#include "views/MarkedText.h"
+
+namespace {
+
+constexpr int kWidestTitle = 340;
+
+QString menuText(const MenuItem& item, const QFontMetrics& metrics) {
+    QString title = metrics.elidedText(plainText(item.title), Qt::ElideMiddle, kWidestTitle);
+    title.replace(QLatin1Char('&'), QStringLiteral("&&"));  // one would mark a letter
+    return item.keys.empty() ? title : title + QLatin1Char('\t') + plainText(item.keys);
+}
+
+void showState(QAction& action, const MenuItem& item) {
+    action.setEnabled(item.isEnabled);
+    action.setToolTip(plainToolTip(item.toolTip));
+}
+
+/// Holds the place of one that is still to come.
+QIcon emptyIcon() {
+    QPixmap picture(RowMenuStyle::kIcon, RowMenuStyle::kIcon);
+    picture.fill(Qt::transparent);
+    return picture;
+}
+
+}  // namespace
+
+RowMenu::~RowMenu() {
+    delete menu_;
+}
+
+QMenu* RowMenu::makeMenu(QWidget* parent) {
+    const bool isRounded = system_.isComposited && system_.isComposited();
+    auto* const menu = new QMenu(parent);
+    menu->setAttribute(Qt::WA_TranslucentBackground, isRounded);
+    menu->setWindowFlag(Qt::FramelessWindowHint);
+    menu->setWindowFlag(Qt::NoDropShadowWindowHint, !isRounded);
+    menu->setStyle(&style_);
+    menu->setFont(style_.theme().info13);
+    menu->setToolTipsVisible(true);
+    return menu;
+}
+
+void RowMenu::popUp(const std::vector<MenuItem>& items, const Look& look, const Place& place,
+                    Ended ended) {
+    close();
+    style_.setTheme(Theme::make(look.hue, look.isDark, QApplication::font()),
+                    system_.isComposited && system_.isComposited());
+    choice_.reset();
+    ended_ = std::move(ended);
+    QMenu* const menu = makeMenu(QApplication::activeWindow());
+    menu_ = menu;
+    menu->setAccessibleName(QStringLiteral("Actions"));
+    fill(*menu, items, {});
+    // What was picked is told after the menu has hidden itself.
+    QObject::connect(menu, &QMenu::aboutToHide, menu, [this, menu] {
+        QTimer::singleShot(0, menu, [this, menu] {
+            if (menu == menu_) finish();
+        });
+    });
+    menu->popup(QPoint(qRound(place.corner.x), qRound(place.corner.y)));
+    if (!place.isByKey) return;
+    const auto actions = menu->actions();
+    const auto first = std::find_if(actions.begin(), actions.end(), [](const QAction* action) {
+        return action->isEnabled() && !action->isSeparator();
+    });
+    if (first != actions.end()) menu->setActiveAction(*first);
+}
+
+QAction* RowMenu::addItem(QMenu& menu, const MenuItem& item, const std::string& submenu) {
+    const QString text = menuText(item, QFontMetrics(style_.theme().info13));
+    if (item.isSubmenu) {
+        QMenu* const inner = makeMenu(&menu);
+        inner->setTitle(text);
+        fill(*inner, item.items, item.identifier);
+        QObject::connect(inner, &QMenu::aboutToShow, inner, [this] { loadNextIcon(); });
+        return menu.addMenu(inner);
+    }
+    QAction* const action = menu.addAction(text);
+    QObject::connect(action, &QAction::triggered, action,
+                     [this, choice = MenuChoice{submenu, item.identifier}] { choice_ = choice; });
+    if (!item.iconName.empty()) {
+        action->setIcon(emptyIcon());
+        icons_.push_back({action, QString::fromStdString(item.iconName)});
+    }
+    return action;
+}
+
+void RowMenu::fill(QMenu& menu, const std::vector<MenuItem>& items, const std::string& submenu) {
+    for (const MenuItem& item : items) {
+        if (item.title.empty())
+            menu.addSeparator();
+        else
+            showState(*addItem(menu, item, submenu), item);
+    }
+}
+
+void RowMenu::update(const std::vector<MenuItem>& items) {
+    if (!menu_) return;
+    const auto actions = menu_->actions();
+    const size_t count = std::min(items.size(), size_t(actions.size()));
+    for (size_t i = 0; i < count; ++i) {
+        QAction& action = *actions[qsizetype(i)];
+        if (QMenu* const inner = action.menu()) {
+            inner->clear();
+            fill(*inner, items[i].items, items[i].identifier);
+        }
+        if (!action.isSeparator()) showState(action, items[i]);
+    }
+}
+
+void RowMenu::loadNextIcon() {
+    while (!icons_.empty()) {
+        const Wanted wanted = icons_.front();
+        icons_.pop_front();
+        if (!wanted.action || !menu_) continue;
+        const bool isFile = wanted.icon.startsWith(QLatin1Char('/'));
+        QIcon icon = isFile ? QIcon(wanted.icon) : QIcon::fromTheme(wanted.icon);
+        if (icon.isNull()) icon = QIcon::fromTheme(QStringLiteral("application-x-executable"));
+        const QPixmap picture =
+            icon.pixmap({RowMenuStyle::kIcon, RowMenuStyle::kIcon}, menu_->devicePixelRatioF());
+        if (!picture.isNull()) wanted.action->setIcon(picture);
+        QTimer::singleShot(0, menu_, [this] { loadNextIcon(); });
+        return;
+    }
+}
+
+void RowMenu::close() {
+    if (!isOpen()) return;
+    if (menu_) menu_->hide();
+    finish();
+}
+
+void RowMenu::finish() {
+    if (menu_) menu_->deleteLater();
+    menu_.clear();
+    icons_.clear();
+    const auto choice = std::exchange(choice_, std::nullopt);
+    if (const Ended ended = std::exchange(ended_, nullptr)) ended(choice);
+}

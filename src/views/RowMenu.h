@@ -1,0 +1,45 @@
+#pragma once
+#include <QAction>
+#include <QMenu>
+#include <QPointer>
+#include <deque>
+
+#include "screen/MenuView.h"
+#include "views/RowMenuStyle.h"
+#include "views/WindowSystem.h"
+
+/// The context menu. Icons of applications come one by one once their submenu is open.
+/// Owner:   main. Threads: main.
+class RowMenu : public MenuView {
+  public:
+    explicit RowMenu(WindowSystem system) : system_(std::move(system)) {}
+    ~RowMenu() override;
+
+    // MenuView
+    void popUp(const std::vector<MenuItem>& items, const Look& look, const Place& place,
+               Ended ended) override;
+    void update(const std::vector<MenuItem>& items) override;
+    void close() override;
+    bool isOpen() const override { return ended_ != nullptr; }
+
+    /// Null: none is open.
+    QMenu* menu() const { return menu_; }
+
+  private:
+    struct Wanted {
+        QPointer<QAction> action;
+        QString icon;
+    };
+    QMenu* makeMenu(QWidget* parent);
+    void fill(QMenu& menu, const std::vector<MenuItem>& items, const std::string& submenu);
+    QAction* addItem(QMenu& menu, const MenuItem& item, const std::string& submenu);
+    void loadNextIcon();
+    void finish();
+
+    const WindowSystem system_;
+    RowMenuStyle style_;
+    QPointer<QMenu> menu_;
+    std::deque<Wanted> icons_;  // still to be loaded
+    std::optional<MenuChoice> choice_;
+    Ended ended_;  // while it is open
+};
