@@ -92,6 +92,7 @@ uint64_t flagsOf(const QKeyEvent& event, uint64_t keyCode) {
 }
 
 bool isModifier(int key) {
+    if (key == Qt::Key_Menu) return false;  // it stands among them
     return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_AltGr ||
            (key >= Qt::Key_Super_L && key <= Qt::Key_Hyper_R);
 }

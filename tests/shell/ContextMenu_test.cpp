@@ -11,16 +11,16 @@ class ContextMenuTest : public ApplicationTest {
   protected:
     void SetUp() override {
         home_.file("qq1.txt");
-        home_.file("qq2.md");
+        home_.file("qq2.mkd");
         home_.folder("qq3");
         launch({{"projects", {project("A", home_.url())}}, {"currentProject", "A"}},
                [](SimulatedDesktop& desktop) {
-                   desktop.applications.push_back({.id = "notes", .extensions = {"md"}});
+                   desktop.applications.push_back({.id = "notes", .extensions = {"mkd"}});
                });
         session_->app().window().toggleMainWindow();
         settle();
         type(u"qq");
-        ASSERT_EQ(names(), (Texts{"qq3", "qq1.txt", "qq2.md"}));
+        ASSERT_EQ(names(), (Texts{"qq3", "qq1.txt", "qq2.mkd"}));
         desktop().takeRequests();
     }
     SimulatedMenu& menu() { return screen().menu; }
@@ -95,9 +95,9 @@ TEST_F(ContextMenuTest, ActsOnTheRowUnderThePointerUnlessItIsSelected) {
         size_t clicked;
         Texts acted;
     } cases[] = {
-        {{0, 1}, 2, {"qq2.md"}},
+        {{0, 1}, 2, {"qq2.mkd"}},
         {{0, 1}, 1, {"qq3", "qq1.txt"}},
-        {{2}, 2, {"qq2.md"}},
+        {{2}, 2, {"qq2.mkd"}},
     };
     for (const auto& each : cases) {
         screen().table.click(each.selected);
@@ -153,12 +153,13 @@ TEST_F(ContextMenuTest, ARowThatHasMovedIsFoundAndOneThatHasGoneIsLeftAlone) {
     rightClick(2);
     screen().table.setClickedRow(1);  // as if the list had moved under the menu
     EXPECT_TRUE(menu().choose("", "RevealInFinder"));
-    EXPECT_EQ(revealed(), Texts{"qq2.md"});
+    EXPECT_EQ(revealed(), Texts{"qq2.mkd"});
 
     rightClick(1);
     type(u"3");
     EXPECT_EQ(names(), Texts{"qq3"});
     EXPECT_TRUE(menu().choose("", "RevealInFinder"));
+    settle();
     EXPECT_EQ(revealed(), Texts{});
     EXPECT_EQ(screen().infoBar.text, "The list has changed meanwhile");
 }

@@ -1,8 +1,7 @@
 #include "views/RowMenu.h"
 
+#include <QKeyEvent>
 #include <QMenu>
-#include <QSignalSpy>
-#include <QTest>
 
 #include "views/QtTest.h"
 
@@ -14,7 +13,10 @@ class RowMenuTest : public QtTest {
         menu.popUp(items, {.hue = 0.6, .isDark = true}, {.corner = {20, 20}, .isByKey = true},
                    [this](const auto& choice) { told.push_back(choice); });
     }
-    void press(Qt::Key key) { QTest::keyClick(QApplication::activePopupWidget(), key); }
+    void press(Qt::Key key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(QApplication::activePopupWidget(), &event);
+    }
     void turn() {
         for (int i = 0; i < 5; ++i) QCoreApplication::processEvents();
     }
