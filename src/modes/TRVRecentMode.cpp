@@ -148,7 +148,8 @@ void TRVRecentMode::deleteItems(const std::vector<FileURL>& urls) {
     const size_t answer = host().askPreventingHiding(
         {.title = "Move " + items + " to Trash",
          .text = "Do you want to move " + items + " to the Trash?",
-         .buttons = {"Move to Trash", "Remove from Recent Items", "Cancel"}});
+         .buttons = {"Move to Trash", "Remove from Recent Items", "Cancel"},
+         .buttonOfSpace = kRemoveFromRecentItems});
     if (answer == kMoveToTrash) host().moveToTrash(urls);
     if (answer != kRemoveFromRecentItems) return;
     if (const auto cache = searchMode_.sharedCurrentCache())

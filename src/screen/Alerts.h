@@ -12,6 +12,7 @@ struct Alert {
     std::string text = {};
     std::vector<std::string> buttons = {};        // the first is the default
     std::optional<size_t> buttonOfEscape = {};    // none: the last one
+    std::optional<size_t> buttonOfSpace = {};     // none: the one that has the focus
     std::optional<std::string> suppression = {};  // text of a box "do not ask again"
 };
 

@@ -84,7 +84,8 @@ AlertWindow::AlertWindow(const WindowSystem& system, const Alert& alert,
                          std::function<void(size_t)> answered)
     : SheetWindow(system, kPadding),
       answered_(std::move(answered)),
-      escape_(alert.buttonOfEscape.value_or(alert.buttons.empty() ? 0 : alert.buttons.size() - 1)) {
+      escape_(alert.buttonOfEscape.value_or(alert.buttons.empty() ? 0 : alert.buttons.size() - 1)),
+      buttonOfSpace_(alert.buttonOfSpace) {
     setObjectName(QStringLiteral("alert"));
     setWindowModality(Qt::ApplicationModal);
     setAccessibleName(plainLines(alert.title));
@@ -134,10 +135,19 @@ void AlertWindow::addButtons(const Alert& alert) {
         connect(button, &QAbstractButton::clicked, this, [this, i] { answered_(i); });
         // The first at the right end, where the eye ends up.
         row->insertWidget(1, button);
+        if (buttonOfSpace_) button->installEventFilter(this);
         buttons_.push_back(button);
     }
     column().addLayout(row);
     buttons_[0]->setFocus();
+}
+
+bool AlertWindow::eventFilter(QObject* button, QEvent* event) {
+    const bool isSpace =
+        event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space;
+    if (!isSpace) return SheetWindow::eventFilter(button, event);
+    answered_(*buttonOfSpace_);
+    return true;
 }
 
 void AlertWindow::keyPressEvent(QKeyEvent* event) {

@@ -16,6 +16,7 @@ class AlertWindow : public SheetWindow {
 
   protected:
     void closeAsked() override { answered_(escape_); }
+    bool eventFilter(QObject* button, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void themeChanged() override;
 
@@ -25,6 +26,7 @@ class AlertWindow : public SheetWindow {
 
     const std::function<void(size_t)> answered_;
     const size_t escape_;
+    const std::optional<size_t> buttonOfSpace_;
     QLabel *title_ = nullptr, *text_ = nullptr;
     SheetCheckBox* suppression_ = nullptr;
     std::vector<SheetButton*> buttons_;

@@ -51,6 +51,8 @@ TEST_F(AlertTest, ReturnTakesTheFirstButtonAndEscapeItsOwn) {
     alert.buttonOfEscape = 1;
     EXPECT_EQ(ask(alert, key(Qt::Key_Escape)).button, 1u);
     EXPECT_EQ(ask(alert, [](AlertWindow& window) { window.close(); }).button, 1u);
+    alert.buttonOfSpace = 1;
+    EXPECT_EQ(ask(alert, key(Qt::Key_Space)).button, 1u);
     alert.buttons.clear();  // one that cannot be left would be a trap
     alert.buttonOfEscape.reset();
     EXPECT_EQ(ask(alert, key(Qt::Key_Return)).button, 0u);
