@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "index/Metadata.h"
+#include "index/fsEventFlagNames.h"
 #include "modes/TRVBrowserMode.h"
 #include "modes/framework/ModeHost.h"
 #include "util/Unicode.h"
@@ -96,8 +97,9 @@ void TRVBrowserMode::reloadInBackgroundWithDelayAnimated(bool animated) {
 void TRVBrowserMode::processEvent(const FileEvent& event, EventOutcome& outcome) {
     const FileURL current = currentDirectoryURL();
     const auto [path, exists] = normalized(event.path);
-    logIf(processFlags.debugFsEvents, Debug, "%llu eventPath: %s",
-          static_cast<unsigned long long>(event.id), logText(path.path()).c_str());
+    logIf(processFlags.debugFsEvents, Debug, "%llu eventPath: %s %s",
+          static_cast<unsigned long long>(event.id), logText(path.path()).c_str(),
+          fsEventFlagNames(event.flags).c_str());
     constexpr uint32_t kLost =
         kFSEventStreamEventFlagMustScanSubDirs | kFSEventStreamEventFlagRootChanged;
     if (event.flags & kLost) {

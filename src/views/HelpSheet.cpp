@@ -63,13 +63,7 @@ class FilterEdit : public QLineEdit {
         QFont font = theme_->info13;
         font.setPixelSize(15);
         setFont(font);
-        QPalette colours = palette();
-        colours.setColor(QPalette::Base, Qt::transparent);
-        colours.setColor(QPalette::Text, theme_->fieldText);
-        colours.setColor(QPalette::PlaceholderText, theme_->placeholder);
-        colours.setColor(QPalette::Highlight, theme_->selection);
-        colours.setColor(QPalette::HighlightedText, theme_->selectedText);
-        setPalette(colours);
+        setPalette(theme_->textColours(palette()));
     }
 
   protected:

@@ -1,7 +1,6 @@
 #include "views/IndicatorIcons.h"
 
 #include <QPainter>
-#include <QPainterPath>
 
 namespace {
 
@@ -19,25 +18,13 @@ QColor paler(QColor colour) {
 }
 
 void drawSheet(QPainter& p) {
-    QPainterPath sheet(QPointF(3.5, 1.5));
-    sheet.lineTo(9.0, 1.5);
-    sheet.lineTo(12.5, 5.0);
-    sheet.lineTo(12.5, 14.5);
-    sheet.lineTo(3.5, 14.5);
-    sheet.closeSubpath();
-    p.drawPath(sheet);
+    p.drawPolygon(QPolygonF({{3.5, 1.5}, {9.0, 1.5}, {12.5, 5.0}, {12.5, 14.5}, {3.5, 14.5}}));
     p.drawPolyline(QPolygonF({{9.0, 1.5}, {9.0, 5.0}, {12.5, 5.0}}));
 }
 
 void drawFolder(QPainter& p) {
-    QPainterPath folder(QPointF(1.5, 3.5));
-    folder.lineTo(6.0, 3.5);
-    folder.lineTo(7.5, 5.3);
-    folder.lineTo(14.5, 5.3);
-    folder.lineTo(14.5, 13.0);
-    folder.lineTo(1.5, 13.0);
-    folder.closeSubpath();
-    p.drawPath(folder);
+    p.drawPolygon(
+        QPolygonF({{1.5, 3.5}, {6.0, 3.5}, {7.5, 5.3}, {14.5, 5.3}, {14.5, 13.0}, {1.5, 13.0}}));
 }
 
 /// A funnel, and a cross: take it away.

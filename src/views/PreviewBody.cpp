@@ -57,11 +57,8 @@ PreviewBody::PreviewBody(QWidget* parent)
 
 void PreviewBody::setTheme(const Theme* theme) {
     theme_ = theme;
-    QPalette colours = palette();
-    colours.setColor(QPalette::Base, Qt::transparent);
-    colours.setColor(QPalette::Window, theme->background);
+    QPalette colours = theme->textColours(palette());
     colours.setColor(QPalette::Button, theme->background);
-    colours.setColor(QPalette::Text, theme->fieldText);
     text_->setPalette(colours);
     list_->setPalette(colours);
     list_->setFont(theme->info13);

@@ -18,13 +18,7 @@ RowEditor::RowEditor(QWidget* parent,
 void RowEditor::setTheme(const Theme& theme, bool isPath) {
     setFont(theme.zoomed(isPath ? theme.pathFont : theme.nameFont));
     frame_ = theme.accent;
-    QPalette colours = palette();
-    colours.setColor(QPalette::Base, Qt::transparent);
-    colours.setColor(QPalette::Text, theme.fieldText);
-    colours.setColor(QPalette::Window, theme.background);
-    colours.setColor(QPalette::Highlight, theme.selection);
-    colours.setColor(QPalette::HighlightedText, theme.selectedText);
-    setPalette(colours);
+    setPalette(theme.textColours(palette()));
 }
 
 void RowEditor::paintEvent(QPaintEvent* event) {

@@ -50,13 +50,7 @@ class SearchField::Edit : public QLineEdit {
         theme_ = theme;
         setFont(theme->field);
         layOut();
-        QPalette colours = palette();
-        colours.setColor(QPalette::Base, Qt::transparent);
-        colours.setColor(QPalette::Text, theme->fieldText);
-        colours.setColor(QPalette::PlaceholderText, theme->placeholder);
-        colours.setColor(QPalette::Highlight, theme->selection);
-        colours.setColor(QPalette::HighlightedText, theme->selectedText);
-        setPalette(colours);
+        setPalette(theme->textColours(palette()));
         showStyles();
     }
 

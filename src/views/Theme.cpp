@@ -139,6 +139,16 @@ void makeReadable(Theme& theme) {
 
 }  // namespace
 
+QPalette Theme::textColours(QPalette colours) const {
+    colours.setColor(QPalette::Base, Qt::transparent);
+    colours.setColor(QPalette::Window, background);
+    colours.setColor(QPalette::Text, fieldText);
+    colours.setColor(QPalette::PlaceholderText, placeholder);
+    colours.setColor(QPalette::Highlight, selection);
+    colours.setColor(QPalette::HighlightedText, selectedText);
+    return colours;
+}
+
 QFont Theme::attributeFont(const QFont& desktopFont, int pixels, bool isMark) {
     return sized(desktopFont, pixels, isMark ? QFont::DemiBold : QFont::Normal);
 }

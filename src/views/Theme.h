@@ -1,6 +1,7 @@
 #pragma once
 #include <QColor>
 #include <QFont>
+#include <QPalette>
 
 #include "views/DesktopLook.h"
 
@@ -38,6 +39,8 @@ struct Theme {
     /// The same for a painter that is scaled by zoom: fonts of the sizes at a text scale of 1.
     Theme inUnits() const;
     QFont zoomed(QFont unitFont) const;
+    /// For a widget of Qt's own that shows or takes text on the window's ground.
+    QPalette textColours(QPalette colours) const;
     /// For a line of metadata, whose size is so many pixels.
     static QFont attributeFont(const QFont& desktopFont, int pixels, bool isMark);
     static constexpr double kOwnHue = 0.585;  // where no mode says another

@@ -3,7 +3,6 @@
 #include <QAbstractButton>
 #include <QEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QStyle>
 
 #include "views/Theme.h"
@@ -24,15 +23,9 @@ void drawPin(QPainter& p, bool isStuck) {
         p.rotate(45);
         p.translate(-8, -8);
     }
-    QPainterPath head(QPointF(5.6, 1.8));
-    head.lineTo(10.4, 1.8);
-    head.lineTo(9.8, 6.2);
-    head.lineTo(12.0, 9.4);
-    head.lineTo(4.0, 9.4);
-    head.lineTo(6.2, 6.2);
-    head.closeSubpath();
     if (isStuck) p.setBrush(p.pen().color());
-    p.drawPath(head);
+    p.drawPolygon(
+        QPolygonF({{5.6, 1.8}, {10.4, 1.8}, {9.8, 6.2}, {12.0, 9.4}, {4.0, 9.4}, {6.2, 6.2}}));
     p.drawLine(QPointF(8, 9.4), QPointF(8, 14.2));
 }
 

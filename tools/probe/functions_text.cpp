@@ -5,6 +5,7 @@
 #include "fileops/nextName.h"
 #include "modes/framework/Selection.h"
 #include "modes/framework/attributeTexts.h"
+#include "util/permissionString.h"
 
 /// Names and texts.
 namespace ops {

@@ -15,6 +15,7 @@
 #include "searchmodes/MetaDataCalendar.h"
 #include "searchmodes/MetaDataQuery.h"
 #include "util/Unicode.h"
+#include "util/permissionString.h"
 
 using enum MetaDataQuery::Criterion;
 

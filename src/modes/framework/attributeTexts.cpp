@@ -80,21 +80,6 @@ std::string sizeText(uint64_t size, uint16_t mode) {
     return decimal(inUnit) + kUnits[unit] + " (" + bytes + ")";
 }
 
-std::string permissionString(uint16_t mode) {
-    std::string text = "--- --- ---";
-    constexpr std::string_view kLetters = "rwx rwx rwx";
-    unsigned bit = 256;
-    for (size_t i = 0; i < text.size(); i++) {
-        if (kLetters[i] == ' ')
-            text[i] = ' ';
-        else {
-            if (mode & bit) text[i] = kLetters[i];
-            bit >>= 1;
-        }
-    }
-    return text;
-}
-
 std::string fileTypeMaskToString(uint8_t mask) {
     struct Kind {
         uint8_t bit;

@@ -1,4 +1,5 @@
 #include "modes/framework/attributeTexts.h"
+#include "util/permissionString.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -6,6 +6,8 @@
 #include <QLocale>
 #include <QMimeDatabase>
 
+#include "util/permissionString.h"
+
 namespace {
 
 std::string kindText(const std::string& path, mode_t mode) {
@@ -24,19 +26,6 @@ std::string dateText(std::time_t seconds) {
     return QLocale()
         .toString(QDateTime::fromSecsSinceEpoch(seconds), QLocale::ShortFormat)
         .toStdString();
-}
-
-std::string permissionText(mode_t mode) {
-    std::string text = "--- --- ---";
-    constexpr std::string_view kLetters = "rwx rwx rwx";
-    mode_t bit = 0400;
-    for (size_t i = 0; i < text.size(); i++) {
-        if (kLetters[i] == ' ')
-            text[i] = ' ';
-        else if ((mode & std::exchange(bit, bit >> 1)) != 0)
-            text[i] = kLetters[i];
-    }
-    return text;
 }
 
 std::string ownerText(uid_t user) {
@@ -69,6 +58,6 @@ std::vector<Preview::Fact> factsOf(const std::string& path, const OpenedItem& it
     if (S_ISREG(item.info.st_mode)) add("Size", sizeText(item.info.st_size));
     add("Modified", dateText(item.info.st_mtime));
     add("Owner", ownerText(item.info.st_uid));
-    add("Permissions", permissionText(item.info.st_mode));
+    add("Permissions", permissionString(item.info.st_mode));
     return facts;
 }
