@@ -100,7 +100,7 @@ void CoreModeHost::updateSearchFieldWithEmptySearchString() {
 }
 
 void CoreModeHost::updateSearchString(const std::u16string& string) {
-    parts_->field.updateSearchString(string);
+    parts_->field.replaceSearchString(string);
 }
 
 void CoreModeHost::focusOnSearchField() {

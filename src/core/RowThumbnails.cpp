@@ -55,10 +55,11 @@ void RowThumbnails::requestRowsInSight() {
         const auto contents = mode->rowContents(row, 1);
         if (contents.empty() || !mayHaveOne(contents.front())) continue;
         const auto url = mode->urlOfFilteredItemAtIndex(row);
-        if (!url || parts_.isExcluded(*url)) continue;
+        if (!url) continue;
         const auto found = find(*url);
         if (found == kept_.end() || now - found->since > kFresh) wanted.push_back(*url);
     }
+    if (!wanted.empty()) parts_.dropExcluded(wanted);
     if (wanted.empty()) return;
     parts_.thumbnails.request(
         std::move(wanted), [this](const FileURL& url, const auto& picture) { keep(url, picture); });

@@ -18,8 +18,8 @@ class RowThumbnails {
         Thumbnails& thumbnails;
         ResultTableView& table;
         ModeHost& host;
-        /// Whether the user wants nothing of it known: then it is never looked into.
-        std::function<bool(const FileURL&)> isExcluded;
+        /// Takes out what the user wants nothing known of: it is never looked into.
+        std::function<void(std::vector<FileURL>&)> dropExcluded;
     };
     explicit RowThumbnails(const Parts& parts) : parts_(parts) {}
     ~RowThumbnails() { parts_.thumbnails.cancel(); }

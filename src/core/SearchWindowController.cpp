@@ -98,11 +98,7 @@ void SearchWindowController::windowDidResize() {
 }
 
 void SearchWindowController::windowWillClose() {
-    parts_.preview.close();
-    const bool wasVisible = parts_.window.isVisible();
-    parts_.window.hide();
-    if (wasVisible) visibilityChanged_.emit(false);
-    parts_.application.hide();
+    closeWindowAndHideApplication(Hide::yes, std::nullopt);
 }
 
 void SearchWindowController::stickyButtonClicked() {

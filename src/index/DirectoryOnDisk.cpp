@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <climits>
+#include <cstdlib>
 
 #include "index/FolderReader.h"
 #include "index/Metadata.h"
@@ -46,6 +48,11 @@ std::optional<StatusOnDisk> statusOnDisk(const FileURL& url) {
 bool isGone(const FileURL& url) {
     struct stat status;
     return lstat(url.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
+}
+
+std::optional<FileURL> realPath(const FileURL& url) {
+    char path[PATH_MAX];
+    return realpath(url.c_str(), path) ? std::optional(FileURL(path)) : std::nullopt;
 }
 
 bool isDirectoryBehindLinks(const FileURL& url) {

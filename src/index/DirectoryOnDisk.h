@@ -34,6 +34,8 @@ struct StatusOnDisk {
 std::optional<StatusOnDisk> statusOnDisk(const FileURL& url);
 /// There is certainly nothing; false when it cannot be told.
 bool isGone(const FileURL& url);
+/// The path without links; nothing where that fails.
+std::optional<FileURL> realPath(const FileURL& url);
 bool isDirectoryBehindLinks(const FileURL& url);
 bool isReadableDirectory(const FileURL& url);
 bool isEmptyDirectory(const FileURL& url);

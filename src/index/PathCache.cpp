@@ -6,6 +6,7 @@
 #include <mutex>
 #include <nlohmann/json.hpp>
 
+#include "index/DirectoryOnDisk.h"
 #include "platform/FileTypes.h"
 #include "util/Unicode.h"
 #include "util/settings/OVUserDefaults.h"
@@ -18,13 +19,6 @@ constexpr uint8_t kOtherKind = 2;
 /// A mark whose number is none is still a mark.
 uint8_t storedKind(const nlohmann::json& kind) {
     return kind.is_number_integer() ? kind.get<uint8_t>() : kFileKind;
-}
-
-/// False where that cannot be told.
-bool isGone(const FileURL& url) {
-    struct stat info;
-    // Not a directory: what stands in the place of the folder around it holds nothing.
-    return lstat(url.c_str(), &info) != 0 && (errno == ENOENT || errno == ENOTDIR);
 }
 
 }  // namespace
@@ -73,10 +67,23 @@ void PathCache::removeURL(const FileURL& url) {
 PathCache::Toggled PathCache::addOrRemoveURL(const FileURL& url) {
     const uint8_t kind = kindOf(url);
     std::lock_guard lock(lock_);
-    const bool removed = myURLs_.erase(url) > 0;
-    if (!removed) myURLs_[url] = kind;
+    const Toggled toggled = toggle(url, kind);
     changed();
-    return removed ? Toggled::removed : Toggled::added;
+    return toggled;
+}
+
+void PathCache::addOrRemoveURLs(const std::vector<FileURL>& urls) {
+    std::vector<uint8_t> kinds;
+    for (const FileURL& url : urls) kinds.push_back(kindOf(url));
+    std::lock_guard lock(lock_);
+    for (size_t i = 0; i < urls.size(); i++) toggle(urls[i], kinds[i]);
+    changed();
+}
+
+PathCache::Toggled PathCache::toggle(const FileURL& url, uint8_t kind) {
+    if (myURLs_.erase(url) > 0) return Toggled::removed;
+    myURLs_[url] = kind;
+    return Toggled::added;
 }
 
 void PathCache::setURLs(const std::vector<FileURL>& urls) {

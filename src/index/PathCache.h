@@ -37,6 +37,8 @@ class PathCache {
     void addURL(const FileURL& url);
     void removeURL(const FileURL& url);
     Toggled addOrRemoveURL(const FileURL& url);
+    /// The same for each, stored once.
+    void addOrRemoveURLs(const std::vector<FileURL>& urls);
     void setURLs(const std::vector<FileURL>& urls);
     /// The path itself and all below it; whether anything changed.
     bool renameURL(const FileURL& from, const FileURL& to);
@@ -49,6 +51,7 @@ class PathCache {
 
   private:
     uint8_t kindOf(const FileURL& url) const;
+    Toggled toggle(const FileURL& url, uint8_t kind);
     void changed();
     void saveUserDefaults();
 

@@ -30,25 +30,28 @@ exclusion_status_t statusOf(const FileURL& url, const FileURL& folder, uint8_t t
 
 }  // namespace
 
+bool projectFolderTakes(const ProjectFolder& folder, const FileURL& url, uint8_t type,
+                        const GlobalRules& global, const FileTypes& types) {
+    FSEventHandlerArguments arguments;
+    arguments.eventURL = url;
+    arguments.global = global;
+    arguments.folder = &folder;
+    arguments.eventPathType = type & static_cast<uint8_t>(~ITEM_SYMLINK);
+    FileURL bundle;
+    if (checkPathComponents(arguments, types, bundle) != PathComponents::wellFormed) return false;
+    const FolderRules rules = rulesOfFolder(folder, global, RulesFor::containingFolder);
+    const exclusion_status_t status = statusOf(url, folder.url, type, rules.rules);
+    return status == kStatusIncluded ||
+           (status == kStatusNoRule && folder.ruleType == kRuleExclude);
+}
+
 std::shared_ptr<const ProjectFolder> projectFolderContainingURL(const Project& project,
                                                                 const FileURL& url,
                                                                 const FileTypes& types) {
-    FSEventHandlerArguments arguments;
-    arguments.eventURL = url;
-    arguments.global = GlobalRules::fromSettings();
+    const GlobalRules global = GlobalRules::fromSettings();
     const uint8_t type = itemTypeOf(url, types);
-    for (const auto& folder : project.sorderFoldersDesc()) {
-        if (!url.hasPrefix(folder->url)) continue;
-        arguments.folder = folder.get();
-        arguments.eventPathType = type & static_cast<uint8_t>(~ITEM_SYMLINK);
-        FileURL bundle;
-        if (checkPathComponents(arguments, types, bundle) != PathComponents::wellFormed) continue;
-        const FolderRules rules =
-            rulesOfFolder(*folder, arguments.global, RulesFor::containingFolder);
-        const exclusion_status_t status = statusOf(url, folder->url, type, rules.rules);
-        if (status == kStatusIncluded ||
-            (status == kStatusNoRule && folder->ruleType == kRuleExclude))
+    for (const auto& folder : project.sorderFoldersDesc())
+        if (url.hasPrefix(folder->url) && projectFolderTakes(*folder, url, type, global, types))
             return folder;
-    }
     return nullptr;
 }

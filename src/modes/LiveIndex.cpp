@@ -1,7 +1,6 @@
 #include "modes/LiveIndex.h"
 
 #include <algorithm>
-#include <thread>
 
 #include "index/FSScanner.h"
 #include "modes/TRVMarkedItemsMode.h"
@@ -62,14 +61,24 @@ void LiveIndex::compareWhenDue() {
     rest(std::min<Clock::Duration>(3 * (now() - begin), kLongestRest));
 }
 
+void LiveIndex::endWork() {
+    const std::lock_guard lock(restMutex_);
+    isEnding_ = true;
+    restEnds_.notify_all();
+}
+
 void LiveIndex::rest(Clock::Duration time) {
     // What is left over waits for more events, or for the end of a scan.
-    if (comparison_.isDue()) time = std::max<Clock::Duration>(time, kRestWithSomethingLeft);
+    if (comparison_.isDue())
+        time = std::max<Clock::Duration>(
+            time, searchMode_.isScanning() ? kLongestRest : kRestWithSomethingLeft);
     if (time < kShortestRest) return;
     rests_ = true;
     restQ_.async([this, end = std::chrono::steady_clock::now() + time] {
-        while (!isEnding_ && std::chrono::steady_clock::now() < end)
-            std::this_thread::sleep_for(kShortestRest);
+        {
+            std::unique_lock lock(restMutex_);
+            restEnds_.wait_until(lock, end, [this] { return bool(isEnding_); });
+        }
         fsEventQ_.addBlock([this] {
             rests_ = false;
             if (!isEnding_) compareWhenDue();

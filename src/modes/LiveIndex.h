@@ -25,7 +25,7 @@ class LiveIndex : private FsEventClient {
     void process(FileEventBatch batch);
     void waitUntilAllOperationsAreFinished() { fsEventQ_.waitUntilAllOperationsAreFinished(); }
     /// Comparisons that rest are given up; before the application goes.
-    void endWork() { isEnding_ = true; }
+    void endWork();
     /// After a change of the index that no event caused: whoever sees a list of files sees it anew.
     void scheduleResultListUpdate();
 
@@ -47,6 +47,8 @@ class LiveIndex : private FsEventClient {
     ClosingComparison comparison_;  // too
     Relaxed<int64_t> waitingBatches_ = 0;
     Relaxed<bool> isEnding_ = false;
+    std::mutex restMutex_;
+    std::condition_variable restEnds_;
     bool rests_ = false;                              // fsEventQ's
     std::optional<Clock::TimePoint> firstTouchedAt_;  // too
     // The pauses between comparisons: real time, and work that "settled" waits for.

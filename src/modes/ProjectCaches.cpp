@@ -78,7 +78,12 @@ void ProjectCaches::drop(std::vector<std::shared_ptr<Cache>> dropped) {
 }
 
 void ProjectCaches::dropLater(std::shared_ptr<Cache> cache) {
-    if (cache) dropQueue_.async([cache = std::move(cache)]() mutable { cache.reset(); });
+    if (!cache) return;
+    dropQueue_.async([cache = std::move(cache)]() mutable {
+        const bool isLast = cache.use_count() == 1;
+        cache.reset();
+        if (isLast) (void)malloc_trim(0);
+    });
 }
 
 void ProjectCaches::noteLeftAt(const Project& project, uint64_t eventId) {

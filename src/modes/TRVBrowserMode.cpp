@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "index/DirectoryOnDisk.h"
 #include "index/FSScanner.h"
 #include "modes/fileRows.h"
 #include "modes/framework/ModeHost.h"
@@ -20,10 +21,18 @@ namespace {
 
 constexpr Hues kColours{0.751};
 
+/// Events come with the paths that the disk has.
+TRVBrowserMode::Parts withRealHome(TRVBrowserMode::Parts parts) {
+    parts.home = realPath(parts.home).value_or(parts.home);
+    return parts;
+}
+
 }  // namespace
 
 TRVBrowserMode::TRVBrowserMode(const Parts& parts)
-    : TRVModeRepresentingFiles(kBrowserMode), parts_(parts), currentDirectoryURL_(parts.home) {
+    : TRVModeRepresentingFiles(kBrowserMode),
+      parts_(withRealHome(parts)),
+      currentDirectoryURL_(parts_.home) {
     directorySubscription_ =
         currentDirectoryURL_.observe([this](const FileURL& old, const FileURL& now) {
             if (old != now) directoryDidChange(old, now);

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "index/DirectoryOnDisk.h"
 #include "index/Metadata.h"
 #include "index/fsEventFlagNames.h"
 #include "modes/TRVBrowserMode.h"
@@ -31,10 +32,8 @@ ItemOnDisk normalized(const std::string& path) {
     const bool exists = statItem(path.c_str(), info);
     if (!exists && errno != ENOENT)
         logWarning("Failed to normalize %s: %s", logText(path).c_str(), std::strerror(errno));
-    char folder[PATH_MAX];
-    if (path == "/" || !::realpath(url.deletingLastPathComponent().c_str(), folder))
-        return {url, exists};
-    return {FileURL(folder).appending(url.lastPathComponent()), exists};
+    const auto folder = path == "/" ? std::nullopt : realPath(url.deletingLastPathComponent());
+    return {folder ? folder->appending(url.lastPathComponent()) : url, exists};
 }
 
 void trace(const char* text, const FileURL& path) {

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "index/DirectoryOnDisk.h"
 #include "index/FSScanner.h"
 #include "modes/TRVBrowserMode.h"
 #include "modes/TRVMarkedItemsMode.h"
@@ -25,23 +26,6 @@ constexpr uint64_t kBelowModifiers = 131071;
 constexpr const char* kFoldersOfDisks[] = {"/Volumes", "/run/media", "/media"};
 constexpr uint8_t kFoldersOnly = 2;
 
-std::optional<FileURL> realPath(const FileURL& url) {
-    char path[PATH_MAX];
-    if (!::realpath(url.c_str(), path)) return std::nullopt;
-    return FileURL(path);
-}
-
-bool isFolder(const FileURL& url) {
-    struct stat info;
-    return stat(url.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
-}
-
-/// Not what is merely out of reach.
-bool isGone(const FileURL& url) {
-    struct stat info;
-    return lstat(url.c_str(), &info) != 0 && (errno == ENOENT || errno == ENOTDIR);
-}
-
 FileURL nearestExisting(FileURL folder) {
     while (folder.path() != "/" && isGone(folder)) folder = folder.deletingLastPathComponent();
     return folder;
@@ -49,7 +33,7 @@ FileURL nearestExisting(FileURL folder) {
 
 std::optional<FileURL> folderOfDisks() {
     for (const char* path : kFoldersOfDisks)
-        if (isFolder(FileURL(path))) return FileURL(path);
+        if (isDirectoryBehindLinks(FileURL(path))) return realPath(FileURL(path));
     return std::nullopt;
 }
 
@@ -107,9 +91,10 @@ void TRVBrowserMode::browsePath(const FileURL& url, BundleAs treatBundleAsFile) 
         return;
     }
     const FileURL path = real ? *real : parts_.home;
-    const bool asFile = isFolder(path) ? treatBundleAsFile == BundleAs::file &&
-                                             parts_.fileTypes.isFilePackageAtPath(path)
-                                       : !isGone(path);
+    const bool asFile =
+        isDirectoryBehindLinks(path)
+            ? treatBundleAsFile == BundleAs::file && parts_.fileTypes.isFilePackageAtPath(path)
+            : !isGone(path);
     std::optional<Selection> wanted;
     if (asFile) wanted = Selection{.selectedItems = {path}};
     const FileURL folder = asFile ? path.deletingLastPathComponent() : nearestExisting(path);
@@ -175,7 +160,7 @@ bool TRVBrowserMode::browseSelection(const std::vector<FileURL>& urls) {
     const FileURL& alias = urls.front();
     const FileURL url = realPath(alias).value_or(alias);
     if (isActive()) {
-        if (!isGone(url) && !isFolder(url)) return true;
+        if (!isGone(url) && !isDirectoryBehindLinks(url)) return true;
         if (url.deletingLastPathComponent() == alias.deletingLastPathComponent())
             pushScrollPosition();
         else
@@ -224,7 +209,7 @@ bool TRVBrowserMode::browseSiblingDirectoryPreceding(bool preceding, bool wantMa
         const FileURL sibling = parent.appending(name);
         if (wantMarked && !parts_.marks.markedItemsCache().containsURL(sibling)) continue;
         const auto real = realPath(sibling);
-        if (!real || !isFolder(*real)) continue;
+        if (!real || !isDirectoryBehindLinks(*real)) continue;
         MainQueue::sync([&] {
             if (!anchstorDirectorySelectionStack_.empty()) {
                 ParentDirectorySelection& level = anchstorDirectorySelectionStack_.back();

@@ -67,7 +67,7 @@ void TRVMarkedItemsMode::listChanged(bool isOnShow) {
 }
 
 void TRVMarkedItemsMode::toggleMarkedItemFlag(const std::vector<FileURL>& urls) {
-    for (const FileURL& url : urls) markedItemsCache_.addOrRemoveURL(url);
+    markedItemsCache_.addOrRemoveURLs(urls);
     listChanged(true);
 }
 
@@ -91,7 +91,7 @@ bool TRVMarkedItemsMode::addItemsToSource(const std::vector<FileURL>& urls,
         host().error("Cannot mix copy/move actions");
         return false;
     }
-    for (const FileURL& url : urls) fileOperationItemsCache_.addOrRemoveURL(url);
+    fileOperationItemsCache_.addOrRemoveURLs(urls);
     listChanged(true);
     return true;
 }

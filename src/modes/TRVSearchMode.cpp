@@ -191,6 +191,7 @@ void TRVSearchMode::removeFilteredItem(const fs_item_t* item) {
         filtered_[found->second].reset();
         rowsByItem_->erase(found);
         filteredCountChanged_ = true;
+        hasEmptiedRows_ = true;
     });
 }
 
@@ -208,7 +209,7 @@ void TRVSearchMode::updatePathCachesAfterRename(const FileURL& from, const FileU
 
 void TRVSearchMode::consolidateFilteredList() {
     marks_.storeRemovedPaths();
-    if (!filteredCountChanged_) return;
+    if (!hasEmptiedRows_.exchange(false)) return;
     filteredItemsAccessQueue_.write([&](const WriteSection&) {
         std::erase(filtered_, nullptr);
         rowsByItem_.reset();

@@ -195,6 +195,7 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
     std::shared_ptr<Cache> filteredCache_;  // whose items they are
     Relaxed<uint64_t> filteredCount_ = 0;
     Relaxed<bool> filteredCountChanged_ = false;
+    Relaxed<bool> hasEmptiedRows_ = false;  // since the list was consolidated
     // Of the last search.
     std::u16string lastSearchString_;  // searchQ
     Relaxed<int64_t> totalMatches_ = 0, visibleMatches_ = 0;

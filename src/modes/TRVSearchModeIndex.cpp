@@ -18,12 +18,12 @@ bool TRVSearchMode::setCurrentCacheByProject(const Project& project) {
 }
 
 void TRVSearchMode::removeCacheForProject(const Project& project) {
-    const auto cache = caches_.cacheForProject(project);
+    auto cache = caches_.cacheForProject(project);
     const bool wasCurrent = caches_.removeCacheForProject(project);
     const bool isShown = filteredItemsAccessQueue_.read(
         [&](const ReadSection&) { return cache && filteredCache_ == cache; });
     if (wasCurrent || isShown) leaveCache();
-    caches_.dropLater(cache);
+    caches_.dropLater(std::move(cache));  // the last reference must not end here
 }
 
 void TRVSearchMode::observeCurrentCache() {
@@ -198,6 +198,8 @@ void TRVSearchMode::autoUpdateResult() {
     if (!somebodySeesTheList() || isScanning() || host().isSearching()) return;
     const auto cache = caches_.currentCache();
     if (!cache || !cache->resultListUpdateDue()) return;
+    // Only a search in the index notes that itself.
+    if (host().currentMode() != this) cache->resultListUpdated();
     host().reloadInBackgroundAnimated(true);
 }
 

@@ -89,7 +89,10 @@ void TRVSearchMode::currentProjectDidChange(const std::shared_ptr<const Project>
     }
     host().updateTextsOfCurrentMode();
     switchModeQueue().async([this, project] {
-        forgetPathFilter();  // its folders were of the other project
+        // Their folders were of the other project.
+        forgetPathFilter();
+        if (auto* const mode = dynamic_cast<TRVModeSupportingPath*>(host().currentMode()))
+            mode->forgetPathFilter();
         MainQueue::async([this] { host().updateSearchCriterionIndicators(); });
         triggerScanProject(project);
     });

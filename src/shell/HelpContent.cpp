@@ -116,8 +116,7 @@ std::vector<std::u16string> wordsOf(const std::string& text) {
 
 KeyCaps helpContent::keyCaps(uint64_t keyCode, uint64_t modifierFlags) {
     const std::string key = hotKeyText(keyCode, 0);
-    std::string modifiers = hotKeyText(0, modifierFlags);
-    modifiers.pop_back();  // the A key; a plus is left behind each modifier
+    const std::string modifiers = modifiersText(modifierFlags);
     KeyCaps caps;
     for (size_t begin = 0, end; begin < modifiers.size(); begin = end + 1) {
         end = modifiers.find('+', begin);

@@ -8,6 +8,7 @@
 #include "core/SearchWindowController.h"
 #include "core/UserMessages.h"
 #include "core/state/GlobalState.h"
+#include "index/DirectoryOnDisk.h"
 #include "modes/TRVSearchMode.h"
 #include "shell/SearchFieldKeys.h"
 #include "shell/updateSearchStringHistory.h"
@@ -24,8 +25,7 @@ bool isSpace(char16_t unit) {
 
 /// Where the links lead in the end.
 FileURL resolved(const FileURL& url) {
-    char path[PATH_MAX];
-    return realpath(url.c_str(), path) ? FileURL(path) : url;
+    return realPath(url).value_or(url);
 }
 
 }  // namespace

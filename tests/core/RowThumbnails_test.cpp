@@ -2,6 +2,7 @@
 
 #include "core/isExcluded.h"
 #include "datatypes/Project.h"
+#include "index/globalRules.h"
 #include "support/ApplicationTest.h"
 
 namespace {
@@ -85,10 +86,24 @@ TEST_F(RowThumbnailsTest, RulesOfTheUserKeepFilesOut) {
                            {{{"pattern", "secret"}, {"patternType", 0}, {"fsItemType", 2}}}}}}}});
     const std::shared_ptr<const Project> projects[] = {project};
     const auto excluded = [&](const char* path) {
-        return isExcluded(FileURL(path), projects, desktop());
+        return isExcluded(FileURL(path), projects, GlobalRules::fromSettings(), desktop());
     };
     EXPECT_FALSE(excluded("/home/me/open/a.png"));
     EXPECT_TRUE(excluded("/home/me/secret/a.png"));
     EXPECT_TRUE(excluded("/home/me/secret/deep/a.png"));
     EXPECT_FALSE(excluded("/elsewhere/a.png"));
+    const auto sources = std::make_shared<const Project>(nlohmann::json{
+        {"uuid", "q"},
+        {"name", "q"},
+        {"folders",
+         {{{"path", "/sources"},
+           {"ruleType", 1},
+           {"ignoreGlobalFolderRules", true},
+           {"rules", {{{"pattern", "*.cpp"}, {"patternType", 1}, {"fsItemType", 1}}}}}}}});
+    const std::shared_ptr<const Project> included[] = {sources};
+    const auto left = [&](const char* path) {
+        return isExcluded(FileURL(path), included, GlobalRules::fromSettings(), desktop());
+    };
+    EXPECT_TRUE(left("/sources/a.png")) << "only what is included";
+    EXPECT_FALSE(left("/sources/a.cpp"));
 }

@@ -2,6 +2,7 @@
 
 #include "core/isExcluded.h"
 #include "core/state/GlobalState.h"
+#include "index/globalRules.h"
 #include "platform/StatusBar.h"
 #include "shell/commands/commands.h"
 #include "shell/preferences/ownKeys.h"
@@ -44,9 +45,13 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
       rowThumbnails_({.thumbnails = desktop.thumbnails,
                       .table = screen.views.table,
                       .host = host_,
-                      .isExcluded =
-                          [this](const FileURL& url) {
-                              return isExcluded(url, searchMode_.projects(), desktop_.fileTypes);
+                      .dropExcluded =
+                          [this](std::vector<FileURL>& urls) {
+                              const GlobalRules global = GlobalRules::fromSettings();
+                              std::erase_if(urls, [&](const FileURL& url) {
+                                  return isExcluded(url, searchMode_.projects(), global,
+                                                    desktop_.fileTypes);
+                              });
                           }}),
       window_({.window = screen.views.window,
                .application = desktop.application,

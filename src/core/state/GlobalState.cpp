@@ -16,9 +16,10 @@ void GlobalState::searchInBackgroundForceBlockExecution(ForceBlock force,
                                                         ModeHost::SearchBlock finalBlock) {
     TRVMode* mode = currentMode();
     if (!mode) return;
+    // Counted first: a launch that clears the flag from now on sees that it is not the newest.
+    const int64_t number = launches_.add(1);
     searchQ_.cancelAllOperations();
     mode->setAbortSearch(true);
-    const int64_t number = launches_.add(1);
     searchLaunchQ_.addBlock([this, mode, force, number, finalBlock = std::move(finalBlock)] {
         searchQ_.waitUntilAllOperationsAreFinished();
         if (isEnding_) return;

@@ -38,14 +38,15 @@ FileMatcher::FileMatcher(const RankRequest& request)
 }
 
 bool FileMatcher::match(const FileURL& url, MatchingFileSystemItem& item, Presence presence) {
-    if (!passesFilters(url) || !lookAtDisk(url, item, presence)) return false;
-    if (matchesEverything_) return true;
-    if (!matchMetadata(item)) return false;
+    if (!passesFilters(url)) return false;
+    if (matchesEverything_) return lookAtDisk(url, item, presence);
+    // The text first: what it refuses may stand on a disk that answers slowly.
     const std::string_view bytes =
         request_.filenameOnly ? url.lastPathComponent() : std::string_view(url.path());
     std::u16string text = ruleText(bytes);
     if (request_.ignoreDiacritics) text = stringByRemovingDiacritics(text);
-    return matchText(text, item.indexes, item.score);
+    return matchText(text, item.indexes, item.score) && lookAtDisk(url, item, presence) &&
+           matchMetadata(item);
 }
 
 bool FileMatcher::passesFilters(const FileURL& url) const {

@@ -27,6 +27,9 @@ class TRVModeSupportingPath : public TRVModeRepresentingFiles {
         return KeyboardShortcuts::sharedInstance().sections({"Paths", "Quick Filter"});
     }
 
+    /// Without a search; what was narrowed is gone. Not on the main thread.
+    void forgetPathFilter() { livePathFilter_.reset(); }
+
     // Commands: false where the key belongs to the text, since a row is being edited.
     bool shrinkPathSelection() { return changePathSelection(&PathSelection::shrinkPathSelection); }
     bool extendPathSelection() { return changePathSelection(&PathSelection::extendPathSelection); }
@@ -47,9 +50,6 @@ class TRVModeSupportingPath : public TRVModeRepresentingFiles {
                                 const std::vector<size_t>& to) override;
 
   protected:
-    /// Without a search; what was narrowed is gone. Not on the main thread.
-    void forgetPathFilter() { livePathFilter_.reset(); }
-
     RankRequest makeFileRequest(const std::u16string& string, bool ignoreDiacritics) override;
     void restoreSelectionWithIndexSet(std::vector<size_t> rows) override;
     /// The folder that is selected in this one row, if it is the one selected row.

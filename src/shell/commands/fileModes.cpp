@@ -1,4 +1,5 @@
 #include "core/ModeSwitcher.h"
+#include "core/SearchToggles.h"
 #include "core/UserMessages.h"
 #include "core/state/GlobalState.h"
 #include "modes/TRVBrowserMode.h"
@@ -42,9 +43,8 @@ CommandBlocks pathSelectionCommands(const CommandParts& parts) {
             {"AddSelectionToLivePathFilter", narrow(Narrowing::focus)},
             {"RemoveSelectionToLivePathFilter", narrow(Narrowing::ignore)},
             {"ClearLivePathFilter", [parts] {
-                 TRVModeSupportingPath* const mode = pathMode(parts);
-                 if (!mode) return false;
-                 TRVMode::switchModeQueue().async([mode] { mode->resetPathFilter(); });
+                 if (!pathMode(parts)) return false;
+                 parts.toggles.resetPathFilter();
                  return true;
              }}};
 }

@@ -24,6 +24,7 @@ void SearchHistoryController::setMaxSize(int64_t maxSize) {
     maxSize_ = maxSize;
     if (maxSize <= 0 || static_cast<int64_t>(history_.size()) <= maxSize) return;
     history_.resize(static_cast<size_t>(maxSize));
+    cursor_ = std::min(cursor_, maxSize - 1);
     store();
 }
 
