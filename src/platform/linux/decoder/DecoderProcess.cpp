@@ -11,6 +11,8 @@
 #include <cerrno>
 #include <cstring>
 #include <ctime>
+#include <iterator>
+#include <string_view>
 
 #include "util/FileIO.h"
 #include "util/log.h"
@@ -31,6 +33,24 @@ bool makePipe(FileHandle& reader, FileHandle& writer) {
     return true;
 }
 
+/// What the program may know of its user: language, time zone and where fonts are. Nothing of the
+/// desktop, and nothing by which other code would be loaded.
+std::vector<char*> environment() {
+    constexpr std::string_view kNames[] = {
+        "PATH", "HOME",          "LANG",          "LANGUAGE",
+        "TZ",   "XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_CACHE_HOME"};
+    std::vector<char*> kept;
+    for (char** entry = environ; entry && *entry; entry++) {
+        const std::string_view text = *entry;
+        const std::string_view name = text.substr(0, text.find('='));
+        if (name.starts_with("LC_") ||
+            std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames))
+            kept.push_back(*entry);
+    }
+    kept.push_back(nullptr);
+    return kept;
+}
+
 /// 0: it could not be started.
 pid_t spawn(const std::vector<std::string>& arguments, int input, int output) {
     posix_spawn_file_actions_t actions;
@@ -38,6 +58,7 @@ pid_t spawn(const std::vector<std::string>& arguments, int input, int output) {
     posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigset_t none, all;
@@ -50,7 +71,8 @@ pid_t spawn(const std::vector<std::string>& arguments, int input, int output) {
     for (const std::string& word : arguments) words.push_back(const_cast<char*>(word.c_str()));
     words.push_back(nullptr);
     pid_t process = 0;
-    const int code = posix_spawn(&process, words[0], &actions, &attributes, words.data(), environ);
+    const int code =
+        posix_spawn(&process, words[0], &actions, &attributes, words.data(), environment().data());
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     if (code == 0) return process;

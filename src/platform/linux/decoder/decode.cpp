@@ -21,6 +21,8 @@
 
 namespace {
 
+constexpr int kExitUnprotected = 3;
+
 std::string readAt(int handle, size_t length) {
     std::string bytes(length, '\0');
     size_t filled = 0;
@@ -32,6 +34,11 @@ std::string readAt(int handle, size_t length) {
     }
     bytes.resize(filled);
     return bytes;
+}
+
+/// Ends the program where there is no sandbox: nothing is decoded outside.
+void enterSandbox(const std::string& programFolder) {
+    if (!sandbox::enter(programFolder)) _exit(kExitUnprotected);
 }
 
 /// What a file's decoder needs of the system, made ready while the system's files may be read.
@@ -94,7 +101,7 @@ Preview makePreview(const DecodeTask& task) {
     preview.message = item.trouble;
     const FileKind kind = kindOf(task, item);
     const Decoder decoder(task, kind);
-    sandbox::enter(task.programFolder);
+    enterSandbox(task.programFolder);
     if (!item.handle) return preview;
     if (preview.isFolder)
         listFolder(item.handle.get(), preview);
@@ -147,7 +154,7 @@ std::optional<Preview> makeThumbnail(const DecodeTask& task, const std::string& 
         stored.push_back(std::move(openItem(path).handle));
     }
     const Decoder decoder(task, kind);
-    sandbox::enter(task.programFolder);
+    enterSandbox(task.programFolder);
     Preview answer;
     const char* source = "store";
     for (size_t i = 0; i < 2 && !answer.picture; i++)

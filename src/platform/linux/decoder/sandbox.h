@@ -3,7 +3,8 @@
 
 /// What the decoder gives up before it looks into a file, since the file may have been made to
 /// attack it. Threads: the program's only one.
-/// Fails:   silently: a kernel without one of the means leaves the others.
+/// Fails:   by enter's result. An old kernel that cannot confine to folders leaves the rest, which
+///          must hold.
 namespace sandbox {
 
 enum class Urgency { awaited, background };
@@ -11,6 +12,7 @@ enum class Urgency { awaited, background };
 void limitResources(Urgency urgency);
 /// From here on: no network, no other program, nothing is written, removed or renamed, and beside
 /// what is open already only the system's own files and those in the program's folder are read.
-void enter(const std::string& programFolder);
+/// False: that does not hold, and no file may be looked into.
+[[nodiscard]] bool enter(const std::string& programFolder);
 
 }  // namespace sandbox
