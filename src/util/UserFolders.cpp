@@ -13,10 +13,9 @@ FileURL fromEnvironment(const char* name) {
     return value && value[0] == '/' ? FileURL::standardized(value) : FileURL();
 }
 
-FileURL ownFolderIn(const char* variable, std::string_view otherwiseInHome) {
-    FileURL base = fromEnvironment(variable);
-    if (base.empty()) base = home().appending(otherwiseInHome);
-    return base.appending("trovast");
+FileURL base(const char* variable, std::string_view otherwiseInHome) {
+    const FileURL url = fromEnvironment(variable);
+    return url.empty() ? home().appending(otherwiseInHome) : url;
 }
 
 }  // namespace
@@ -28,11 +27,14 @@ FileURL home() {
     return FileURL("/");
 }
 
+FileURL cache() {
+    return base("XDG_CACHE_HOME", ".cache");
+}
 FileURL configuration() {
-    return ownFolderIn("XDG_CONFIG_HOME", ".config");
+    return base("XDG_CONFIG_HOME", ".config").appending("trovast");
 }
 FileURL state() {
-    return ownFolderIn("XDG_STATE_HOME", ".local/state");
+    return base("XDG_STATE_HOME", ".local/state").appending("trovast");
 }
 
 }  // namespace userFolders

@@ -7,6 +7,8 @@ namespace userFolders {
 
 /// $HOME, else what the user database says, else "/".
 FileURL home();
+/// $XDG_CACHE_HOME or ~/.cache, with the folders of all programs.
+FileURL cache();
 /// "trovast" in $XDG_CONFIG_HOME or ~/.config: settings.
 FileURL configuration();
 /// "trovast" in $XDG_STATE_HOME or ~/.local/state: the log.

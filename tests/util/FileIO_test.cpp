@@ -150,6 +150,11 @@ TEST(UserFolders, FollowTheVariablesThatAreAbsolute) {
     EXPECT_EQ(userFolders::state().path(), "/home/me/.local/state/trovast");
     setenv("HOME", "", 1);
     EXPECT_TRUE(userFolders::home().isAbsolute());
+    setenv("HOME", "/home/me", 1);
+    setenv("XDG_CACHE_HOME", "cache", 1);
+    EXPECT_EQ(userFolders::cache().path(), "/home/me/.cache");
+    setenv("XDG_CACHE_HOME", "/cache/", 1);
+    EXPECT_EQ(userFolders::cache().path(), "/cache");
 }
 
 TEST(Uuid, IsRandomOfVersionFour) {

@@ -1,9 +1,8 @@
 #include "platform/linux/DecoderQueue.h"
 
-#include <limits.h>
 #include <unistd.h>
 
-#include "util/FileURL.h"
+#include "util/programFolder.h"
 
 namespace {
 
@@ -23,11 +22,8 @@ DecoderQueue::DecoderQueue(std::string label, Qos qos, std::string program)
     : program_(std::move(program)), queue_(std::move(label), 1, qos) {}
 
 std::string DecoderQueue::decoderProgram() {
-    char path[PATH_MAX];
-    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-    if (length <= 0) return {};
-    const FileURL folder =
-        FileURL(std::string(path, static_cast<size_t>(length))).deletingLastPathComponent();
+    const FileURL folder = programFolder();
+    if (folder.empty()) return {};
     for (const char* place : {"trovast-preview", "../libexec/trovast/trovast-preview"}) {
         const FileURL program = folder.appending(place);
         if (access(program.c_str(), X_OK) == 0) return program.path();

@@ -11,6 +11,7 @@
 
 namespace {
 
+using End = DecoderProcess::End;
 constexpr std::chrono::milliseconds kLimit{8000};
 
 std::string factOf(const Preview& preview, std::string_view name) {
@@ -41,7 +42,7 @@ void LinuxThumbnails::request(std::vector<FileURL> urls, Answer answer) {
             .arguments = {"thumbnail", std::to_string(thumbnailStore::kNormalPixels), store_},
             .input = url.path(),
             .limit = kLimit,
-            .mostBytes = previewMessage::kMostBytes};
+            .mostBytes = previewMessage::mostBytes(thumbnailStore::kNormalPixels)};
         queue_.run(stale_, run,
                    [this, stale = stale_, answer,
                     url = std::move(url)](const DecoderProcess::Outcome& outcome) {
@@ -56,12 +57,14 @@ void LinuxThumbnails::request(std::vector<FileURL> urls, Answer answer) {
 std::shared_ptr<const Picture> LinuxThumbnails::finish(
     const FileURL& url, const DecoderProcess::Outcome& outcome) const {
     std::string_view rest = outcome.output;
-    const auto first = previewMessage::decodeNext(rest);
+    const auto first = previewMessage::decodeNext(rest, thumbnailStore::kNormalPixels);
     if (!first) return nullptr;  // nothing that has thumbnails, or nothing is known of it
     const std::string mtime = factOf(*first, "MTime");
     if (factOf(*first, "Source") != "file" || !isNumber(mtime)) return first->picture;
-    const bool isComplete = outcome.end == DecoderProcess::End::complete;
-    const auto made = isComplete ? previewMessage::decode(rest) : std::nullopt;
+    if (outcome.end == End::tookTooLong) return nullptr;  // at another time it may not
+    const auto made = outcome.end == End::complete
+                          ? previewMessage::decode(rest, thumbnailStore::kNormalPixels)
+                          : std::nullopt;
     const Picture* const picture = made ? made->picture.get() : nullptr;
     keep(url, mtime, picture);
     return picture ? made->picture : nullptr;

@@ -139,8 +139,7 @@ DecoderProcess::End DecoderProcess::end(pid_t process, End so) {
         if (gone < 0 && errno == EINTR) continue;
         if (gone != 0) {
             if (so != End::complete) return so;
-            const bool isOutOfTime = WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU;
-            if (isOutOfTime) return End::tookTooLong;
+            if (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU) return End::usedUp;
             return gone > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0 ? so : End::died;
         }
         const timespec moment{0, 2'000'000};

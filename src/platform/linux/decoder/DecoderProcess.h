@@ -22,7 +22,9 @@ class DecoderProcess {
     };
     /// Asked many times a second.
     using IsCancelled = FunctionRef<bool()>;
-    enum class End { complete, tookTooLong, saidTooMuch, died, cancelled, notStarted };
+    /// tookTooLong: by the clock, as may happen when the computer is busy; usedUp: all the
+    /// processor time that the program gave itself.
+    enum class End { complete, tookTooLong, usedUp, saidTooMuch, died, cancelled, notStarted };
     struct Outcome {
         End end = End::notStarted;
         std::string output = {};

@@ -37,12 +37,13 @@ void appendPicture(std::string& out, const Picture& picture) {
     append(out, kPicture, bytes, bytes.size());
 }
 
-std::shared_ptr<const Picture> readPicture(std::string_view bytes) {
+std::shared_ptr<const Picture> readPicture(std::string_view bytes, uint32_t most) {
     if (bytes.size() < kPictureHead) return nullptr;
     auto picture = std::make_shared<Picture>();
     std::memcpy(&picture->width, bytes.data(), sizeof picture->width);
     std::memcpy(&picture->height, bytes.data() + sizeof picture->width, sizeof picture->height);
-    if (picture->width - 1 >= kMostPixels || picture->height - 1 >= kMostPixels) return nullptr;
+    if (picture->width == 0 || picture->width > most) return nullptr;
+    if (picture->height == 0 || picture->height > most) return nullptr;
     const size_t count = size_t{picture->width} * picture->height;
     if (bytes.size() - kPictureHead != count * sizeof(uint32_t)) return nullptr;
     picture->pixels.resize(count);
@@ -59,7 +60,7 @@ std::shared_ptr<const Picture> readPicture(std::string_view bytes) {
 }
 
 /// False: this record cannot stand in an answer.
-bool readRecord(Preview& preview, uint8_t tag, std::string_view bytes) {
+bool readRecord(Preview& preview, uint8_t tag, std::string_view bytes, uint32_t pixels) {
     const auto isValue = bytes.size() <= kMostValue;
     switch (tag) {
         case kKind:
@@ -86,7 +87,7 @@ bool readRecord(Preview& preview, uint8_t tag, std::string_view bytes) {
             return isValue;
         case kPicture:
             if (preview.picture) return false;
-            preview.picture = readPicture(bytes);
+            preview.picture = readPicture(bytes, std::min(pixels, kMostPixels));
             return preview.picture != nullptr;
         default:
             return false;
@@ -113,12 +114,12 @@ std::string encode(const Preview& preview) {
     return out;
 }
 
-std::optional<Preview> decode(std::string_view bytes) {
-    auto preview = decodeNext(bytes);
+std::optional<Preview> decode(std::string_view bytes, uint32_t pixels) {
+    auto preview = decodeNext(bytes, pixels);
     return bytes.empty() ? std::move(preview) : std::nullopt;
 }
 
-std::optional<Preview> decodeNext(std::string_view& bytes) {
+std::optional<Preview> decodeNext(std::string_view& bytes, uint32_t pixels) {
     Preview preview;
     while (bytes.size() >= kHead) {
         const auto tag = static_cast<uint8_t>(bytes[0]);
@@ -129,7 +130,7 @@ std::optional<Preview> decodeNext(std::string_view& bytes) {
             const bool lacksPicture = preview.kind == Preview::Kind::picture && !preview.picture;
             return lacksPicture || length != 0 ? std::nullopt : std::optional(std::move(preview));
         }
-        if (length > bytes.size() || !readRecord(preview, tag, bytes.substr(0, length)))
+        if (length > bytes.size() || !readRecord(preview, tag, bytes.substr(0, length), pixels))
             return std::nullopt;
         bytes.remove_prefix(length);
     }

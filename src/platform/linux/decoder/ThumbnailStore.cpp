@@ -1,7 +1,6 @@
 #include "platform/linux/decoder/ThumbnailStore.h"
 
 #include <QCryptographicHash>
-#include <cstdlib>
 #include <string_view>
 
 #include "util/FileURL.h"
@@ -10,10 +9,7 @@
 namespace thumbnailStore {
 
 std::string folder() {
-    const char* cache = std::getenv("XDG_CACHE_HOME");
-    const bool isSet = cache && *cache == '/';
-    const FileURL base = isSet ? FileURL(cache) : userFolders::home().appending(".cache");
-    return base.appending("thumbnails").path();
+    return userFolders::cache().appending("thumbnails").path();
 }
 
 std::string uriOf(const std::string& path) {

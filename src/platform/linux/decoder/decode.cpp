@@ -57,6 +57,10 @@ class Decoder {
         if (kind == FileKind::pdf) module_ = modules::load(task.programFolder, modules::kPdf);
         if (kind == FileKind::media) module_ = modules::load(task.programFolder, modules::kMedia);
     }
+    /// False: its module is not installed.
+    bool isPresent() const {
+        return module_ || (kind_ != FileKind::pdf && kind_ != FileKind::media);
+    }
     void decode(int handle, uint32_t pixels, Preview& preview) const {
         if (module_) module_(handle, pixels, preview);
         if (kind_ == FileKind::picture || kind_ == FileKind::drawing)
@@ -79,6 +83,7 @@ void showText(int handle, int64_t size, Preview& preview) {
     }
     const auto read = readText(bytes, bytes.size() < kBytesOfText);
     if (!read) return;
+    preview.message.clear();
     preview.kind = Preview::Kind::text;
     preview.text = read->text;
     if (!read->isCut) return;
@@ -103,16 +108,15 @@ Preview makePreview(const DecodeTask& task) {
     const Decoder decoder(task, kind);
     enterSandbox(task.programFolder);
     if (!item.handle) return preview;
-    if (preview.isFolder)
+    if (preview.isFolder) {
         listFolder(item.handle.get(), preview);
-    else if (kind == FileKind::unknown)
-        showText(item.handle.get(), item.info.st_size, preview);
-    else
-        decoder.decode(item.handle.get(), task.pixels, preview);
-    if (kind == FileKind::drawing && !preview.picture) {
-        preview.message.clear();
-        showText(item.handle.get(), item.info.st_size, preview);
+        return preview;
     }
+    const size_t factsOfFile = preview.facts.size();
+    decoder.decode(item.handle.get(), task.pixels, preview);
+    // A text may begin as pictures and recordings do.
+    if (!preview.picture && preview.facts.size() == factsOfFile)
+        showText(item.handle.get(), item.info.st_size, preview);
     return preview;
 }
 
@@ -161,6 +165,8 @@ std::optional<Preview> makeThumbnail(const DecodeTask& task, const std::string& 
         answer.picture = readStored(std::move(stored[i]), uri, mtime, task.pixels);
     if (!answer.picture && readStored(std::move(stored[2]), uri, mtime, task.pixels)) {
         source = "failed";
+    } else if (!answer.picture && !decoder.isPresent()) {
+        source = "none";
     } else if (!answer.picture) {
         source = "file";
         Preview head;

@@ -15,8 +15,8 @@ struct DecodeTask {
 Preview makePreview(const DecodeTask& task);
 
 /// The picture alone, from the store where it has one of the file as it is now. Facts: "MTime", and
-/// "Source": "store", "file", or "failed", where the store says that there can be none. The same
-/// facts are announced before the file is looked into, in case that this ends the program.
-/// Nothing: files like this have no thumbnails.
+/// "Source": "store", "file", or "failed", where the store says that there can be none, or "none",
+/// where the decoder for it is missing. The same facts are announced before the file is looked
+/// into, in case that this ends the program. Nothing: files like this have no thumbnails.
 std::optional<Preview> makeThumbnail(const DecodeTask& task, const std::string& store,
                                      FunctionRef<void(const Preview&)> announce);

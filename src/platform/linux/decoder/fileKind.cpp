@@ -12,14 +12,17 @@ struct Mark {
     size_t at;
     std::string_view bytes;
     FileKind kind;
+    std::string_view form = {};  // at kForm, in files that are made of chunks
 };
+constexpr size_t kForm = 8;
 constexpr Mark kMarks[] = {
     {0, "\x89PNG\r\n\x1a\n"sv, FileKind::picture},
     {0, "\xff\xd8\xff"sv, FileKind::picture},
-    {0, "GIF8"sv, FileKind::picture},
+    {0, "GIF87a"sv, FileKind::picture},
+    {0, "GIF89a"sv, FileKind::picture},
     {0, "II*\0"sv, FileKind::picture},
     {0, "MM\0*"sv, FileKind::picture},
-    {8, "WEBP"sv, FileKind::picture},
+    {0, "RIFF"sv, FileKind::picture, "WEBP"sv},
     {0, "\0\0\1\0"sv, FileKind::picture},
     {4, "ftypavif"sv, FileKind::picture},
     {4, "ftypheic"sv, FileKind::picture},
@@ -27,16 +30,20 @@ constexpr Mark kMarks[] = {
     {4, "ftyp"sv, FileKind::media},
     {0, "OggS"sv, FileKind::media},
     {0, "fLaC"sv, FileKind::media},
-    {0, "ID3"sv, FileKind::media},
+    {0, "ID3\2"sv, FileKind::media},
+    {0, "ID3\3"sv, FileKind::media},
+    {0, "ID3\4"sv, FileKind::media},
     {0, "\xff\xfb"sv, FileKind::media},
     {0, "\xff\xf3"sv, FileKind::media},
     {0, "\xff\xf1"sv, FileKind::media},
-    {0, "RIFF"sv, FileKind::media},
+    {0, "RIFF"sv, FileKind::media, "WAVE"sv},
+    {0, "RIFF"sv, FileKind::media, "AVI "sv},
     {0, "\x1a\x45\xdf\xa3"sv, FileKind::media},
     {0, "FLV\1"sv, FileKind::media},
     {0, "\0\0\1\xba"sv, FileKind::media},
     {0, "\x30\x26\xb2\x75\x8e\x66\xcf\x11"sv, FileKind::media},
-    {0, "FORM"sv, FileKind::media},
+    {0, "FORM"sv, FileKind::media, "AIFF"sv},
+    {0, "FORM"sv, FileKind::media, "AIFC"sv},
     {0, ".snd"sv, FileKind::media},
 };
 constexpr std::array<std::pair<std::string_view, FileKind>, 12> kEndings = {{
@@ -57,9 +64,11 @@ constexpr std::array<std::pair<std::string_view, FileKind>, 12> kEndings = {{
 }  // namespace
 
 FileKind fileKind(std::string_view firstBytes, std::string_view name) {
+    const auto has = [firstBytes](size_t at, std::string_view bytes) {
+        return firstBytes.size() > at && firstBytes.substr(at, bytes.size()) == bytes;
+    };
     for (const Mark& mark : kMarks)
-        if (firstBytes.size() > mark.at &&
-            firstBytes.substr(mark.at, mark.bytes.size()) == mark.bytes)
+        if (has(mark.at, mark.bytes) && (mark.form.empty() || has(kForm, mark.form)))
             return mark.kind;
     const size_t dot = name.rfind('.');
     if (dot == std::string_view::npos) return FileKind::unknown;

@@ -9,6 +9,7 @@
 #include "platform/linux/decoder/decode.h"
 #include "platform/linux/decoder/sandbox.h"
 #include "util/FileIO.h"
+#include "util/programFolder.h"
 
 // trovast-preview preview PIXELS | thumbnail PIXELS STORE: looks into the file whose path stands on
 // standard input, and writes what there is to see to standard output. One process a file.
@@ -26,14 +27,6 @@ std::string readPath() {
     return path;
 }
 
-std::string programFolder() {
-    char path[PATH_MAX];
-    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-    return FileURL(std::string(path, length > 0 ? static_cast<size_t>(length) : 0))
-        .deletingLastPathComponent()
-        .path();
-}
-
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -46,7 +39,7 @@ int main(int count, char** arguments) {
     if (pixels == 0 || pixels > previewMessage::kMostPixels) return 2;
     const DecodeTask task{.path = readPath(),
                           .pixels = static_cast<uint32_t>(pixels),
-                          .programFolder = programFolder()};
+                          .programFolder = programFolder().path()};
     const auto say = [](const Preview& preview) {
         return bool(writeAll(STDOUT_FILENO, previewMessage::encode(preview)));
     };

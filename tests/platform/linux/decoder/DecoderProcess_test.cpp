@@ -20,7 +20,7 @@ TEST(DecoderProcess, EndsWhatTakesTooLongSaysTooMuchOrDies) {
         {{"/usr/bin/yes"}, End::saidTooMuch},
         {{"/bin/false"}, End::died},
         {{"/bin/sh", "-c", "kill -SEGV $$"}, End::died},
-        {{"/bin/sh", "-c", "kill -XCPU $$"}, End::tookTooLong},
+        {{"/bin/sh", "-c", "kill -XCPU $$"}, End::usedUp},
         {{"/bin/sh", "-c", "exec >&-; sleep 60"}, End::tookTooLong},
         {{"/nonexistent"}, End::notStarted},
     };

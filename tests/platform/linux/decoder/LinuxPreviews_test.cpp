@@ -64,7 +64,7 @@ TEST_F(LinuxPreviewsTest, HostileAndOddFilesGiveALine) {
     folder_.file("empty");
     folder_.file("bomb.png", pngHead(50'000, 50'000));
     folder_.file("torn.png", pngHead(50, 50));
-    folder_.file("torn.pdf", "%PDF-1.7\n1 0 obj <</Type /Catalog");
+    folder_.file("torn.pdf", std::string("%PDF-1.7\n1 0 obj <</Type /Catalog \0", 35));
     folder_.file("torn.mp4", std::string("\0\0\0\x18"
                                          "ftypmp42\0\0\0\0garbage",
                                          23));
@@ -123,6 +123,29 @@ TEST_F(LinuxPreviewsTest, TextsInTheirCodesAndTheirBeginning) {
     EXPECT_LT(preview.text.size(), 70'000u);
     EXPECT_EQ(preview.text.find("\xef\xbf\xbd"), std::string::npos) << "no letter is torn";
     EXPECT_EQ(preview.message.substr(0, 16), "The beginning of");
+}
+
+TEST_F(LinuxPreviewsTest, TextsThatBeginAsOtherFilesDo) {
+    for (const char* text : {"FORMAT OF THE FILES\n", "FORM 8 AIFF", "ID3 tags", "RIFF raff",
+                             "GIF8", "%PDF-1.4 is a mark", ".snd are sounds", "fLaC, a format"}) {
+        const Preview preview = previewOf(folder_.file("README", text));
+        EXPECT_EQ(preview.text, text);
+        EXPECT_EQ(preview.message, "");
+    }
+    EXPECT_EQ(previewOf(folder_.file("empty.bmp")).message, "The file is empty.");
+    const std::string sound(8, '\x7f');
+    const std::pair<const char*, std::string> recordings[] = {
+        {"a.wav",
+         std::string("RIFF\x2c\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x40\x1f\0\0\x40\x1f\0\0\1\0\x08\0"
+                     "data\x08\0\0\0",
+                     44)},
+        {"a.aiff", std::string("FORM\0\0\0\x36"
+                               "AIFFCOMM\0\0\0\x12\0\1\0\0\0\x08\0\x08"
+                               "\x40\x0b\xfa\0\0\0\0\0\0\0SSND\0\0\0\x10\0\0\0\0\0\0\0\0",
+                               54)},
+    };
+    for (const auto& [name, head] : recordings)
+        EXPECT_NE(fact(previewOf(folder_.file(name, head + sound)), "Sound"), "") << name;
 }
 
 TEST_F(LinuxPreviewsTest, PicturesDocumentsAndFolders) {

@@ -6,8 +6,10 @@
 #include <QImage>
 #include <thread>
 
+#include "platform/linux/decoder/PreviewMessage.h"
 #include "platform/linux/decoder/ThumbnailStore.h"
 #include "support/TemporaryFolder.h"
+#include "util/FileIO.h"
 #include "util/World.h"
 
 namespace {
@@ -17,9 +19,12 @@ using namespace std::chrono_literals;
 class LinuxThumbnailsTest : public testing::Test {
   protected:
     std::shared_ptr<const Picture> thumbnailOf(const FileURL& url) {
+        return thumbnailBy(thumbnails_, url);
+    }
+    std::shared_ptr<const Picture> thumbnailBy(LinuxThumbnails& thumbnails, const FileURL& url) {
         bool isAnswered = false;
         std::shared_ptr<const Picture> picture;
-        thumbnails_.request({url}, [&](const FileURL&, const auto& answer) {
+        thumbnails.request({url}, [&](const FileURL&, const auto& answer) {
             isAnswered = true;
             picture = answer;
         });
@@ -102,6 +107,28 @@ TEST_F(LinuxThumbnailsTest, FailureIsRememberedUntilTheFileChanges) {
     EXPECT_EQ(thumbnailOf(file), nullptr) << "it was not to be tried again";
     setTime(file, 1'000'002);
     EXPECT_EQ(colourOf(thumbnailOf(file)), kRed);
+}
+
+TEST_F(LinuxThumbnailsTest, TroubleThatMayPassIsNotRemembered) {
+    const FileURL file = folder_.file("a.pdf", "%PDF-1.7 torn");
+    const auto resultOf = [&](const FileURL& program) {
+        chmod(program.c_str(), 0700);
+        LinuxThumbnails thumbnails(store_.path(), program.path());
+        EXPECT_EQ(thumbnailBy(thumbnails, file), nullptr);
+        return exists(stored("fail/trovast", file));
+    };
+    const auto whole = readFile(FileURL(TROVAST_PREVIEW), size_t{1} << 30);
+    ASSERT_TRUE(whole);
+    EXPECT_FALSE(resultOf(folder_.file("bare/decoder", whole.value().bytes)))
+        << "no module beside it";
+    Preview head;
+    head.facts = {{"Source", "file"}, {"MTime", "5"}};
+    const FileURL said = folder_.file("head", previewMessage::encode(head));
+    const auto thatThen = [&](const char* name, const char* command) {
+        return folder_.file(name, "#!/bin/sh\ncat '" + said.path() + "'\n" + command + "\n");
+    };
+    EXPECT_FALSE(resultOf(thatThen("late", "exec >&- sleep 60")));
+    EXPECT_TRUE(resultOf(thatThen("busy", "kill -XCPU $$")));
 }
 
 TEST_F(LinuxThumbnailsTest, OthersHaveNone) {

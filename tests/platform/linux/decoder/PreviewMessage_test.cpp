@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
-using previewMessage::decode;
 using previewMessage::encode;
 
 namespace {
+
+std::optional<Preview> decode(const std::string& bytes) {
+    return previewMessage::decode(bytes, 100);
+}
 
 Preview sample() {
     Preview preview;
@@ -54,10 +57,13 @@ TEST(PreviewMessage, NothingBeyondItsBoundsIsTaken) {
         {"too many facts", facts},
         {"a text that is too long", record(4, 300'000, std::string(300'000, 'x'))},
         {"a picture without pixels", record(8, 8, size(10, 10))},
+        {"a picture larger than it was asked for",
+         record(8, 8 + 404, size(101, 1) + std::string(404, ' '))},
         {"a picture of no size", record(8, 8, size(0, 5))},
         {"sizes whose product wraps", record(8, 8, size(0x80000000, 2))},
         {"a picture that is promised only", record(1, 2, {2, 0})},
     };
     for (const auto& [what, bytes] : cases) EXPECT_FALSE(decode(bytes + end)) << what;
+    EXPECT_TRUE(decode(record(8, 8 + 400, size(1, 100) + std::string(400, ' ')) + end));
     EXPECT_TRUE(decode(end));
 }
