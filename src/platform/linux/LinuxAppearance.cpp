@@ -48,11 +48,11 @@ bool LinuxAppearance::wantsHighContrast() const {
     const QRgb text = colours.color(QPalette::WindowText).rgb() & RGB_MASK;
     // Black on white or white on black is what desktops without such a setting have for it.
     const bool isPure = (ground ^ text) == RGB_MASK && (ground == 0 || text == 0);
-    return isPure || portal_.values().asksForContrast || portal_.values().hasContrastTheme;
+    return isPure || portal_.wantsContrast();
 }
 
 bool LinuxAppearance::wantsLessMotion() const {
-    return portal_.values().asksForLessMotion || !portal_.values().hasAnimations;
+    return portal_.wantsLessMotion();
 }
 
 double LinuxAppearance::textScale() const {

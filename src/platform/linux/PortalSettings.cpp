@@ -106,13 +106,13 @@ bool PortalSettings::take(const char* group, const char* key, GVariant* value) {
     } else if (in == kGnome && what == "gtk-theme") {
         values_.hasContrastTheme = text(value).substr(0, 12) == "HighContrast";
     } else if (in == kGnomeAccess && what == "high-contrast") {
-        values_.hasContrastTheme = truth(value, false);
+        values_.asksForContrastTheme = truth(value, false);
     } else if (in == kGnome && what == "enable-animations") {
         values_.hasAnimations = truth(value, true);
     } else if (in == kGnome && what == "text-scaling-factor") {
         values_.textScale = scale(value);
     } else if (in == kKde && what == "AnimationDurationFactor") {
-        values_.hasAnimations = text(value) != "0";
+        values_.hasAnimationTime = text(value) != "0";
     } else {
         return false;
     }

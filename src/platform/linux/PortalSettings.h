@@ -17,13 +17,19 @@ class PortalSettings {
 
     struct Values {
         std::optional<bool> prefersDark;
-        bool asksForContrast = false;   // every desktop's way to say it
-        bool hasContrastTheme = false;  // an older one
-        bool hasAnimations = true;
+        // Desktops have several settings for the same, and no order in which they are told of.
+        bool asksForContrast = false, asksForContrastTheme = false, hasContrastTheme = false;
+        bool hasAnimations = true, hasAnimationTime = true;
         bool asksForLessMotion = false;
         double textScale = 1;
     };
     const Values& values() const { return values_; }
+    bool wantsContrast() const {
+        return values_.asksForContrast || values_.asksForContrastTheme || values_.hasContrastTheme;
+    }
+    bool wantsLessMotion() const {
+        return values_.asksForLessMotion || !values_.hasAnimations || !values_.hasAnimationTime;
+    }
 
   private:
     void readAll();

@@ -57,6 +57,14 @@ struct Window : QWidget {
 
 class PortalSettingsTest : public DisplayTest {};
 
+struct Setting {
+    const char *group, *key;
+    QVariant value;
+};
+constexpr auto kGnome = "org.gnome.desktop.interface";
+constexpr auto kGnomeAccess = "org.gnome.desktop.a11y.interface";
+constexpr auto kKde = "org.kde.kdeglobals.KDE";
+
 }  // namespace
 
 TEST_F(PortalSettingsTest, LooksFollowWhatThePortalSaysAndEachWindowIsTold) {
@@ -97,4 +105,48 @@ TEST_F(PortalSettingsTest, LooksFollowWhatThePortalSaysAndEachWindowIsTold) {
     pass(100);
     EXPECT_EQ(changes, 6);
     EXPECT_EQ(window.themeChanges, 6);
+}
+
+TEST_F(PortalSettingsTest, OfSeveralSettingsForTheSameEachCountsInEveryOrder) {
+    Portal portal({});
+    LinuxAppearance appearance;
+    int changes = 0;
+    const Subscription subscription = appearance.observe([&] { changes++; });
+    for (int i = 0; i < 100 && changes < 1; ++i) pass(20);
+    const auto change = [&](const Setting& setting) {
+        const int before = changes;
+        portal.change(setting.group, setting.key, setting.value);
+        for (int i = 0; i < 100 && changes == before; ++i) pass(20);
+    };
+    const struct {
+        Setting wanting, other;
+        QVariant back;
+        bool (LinuxAppearance::*wants)() const;
+    } cases[] = {
+        {{kGnome, "gtk-theme", "HighContrast"},
+         {kGnomeAccess, "high-contrast", false},
+         "Adwaita",
+         &LinuxAppearance::wantsHighContrast},
+        {{kGnomeAccess, "high-contrast", true},
+         {kGnome, "gtk-theme", "Adwaita"},
+         false,
+         &LinuxAppearance::wantsHighContrast},
+        {{kGnome, "enable-animations", false},
+         {kKde, "AnimationDurationFactor", "1"},
+         true,
+         &LinuxAppearance::wantsLessMotion},
+        {{kKde, "AnimationDurationFactor", "0"},
+         {kGnome, "enable-animations", true},
+         "1",
+         &LinuxAppearance::wantsLessMotion},
+    };
+    for (const auto& each : cases) {
+        change(each.wanting);
+        change(each.other);
+        EXPECT_TRUE((appearance.*each.wants)()) << each.wanting.key << " first";
+        change(each.wanting);
+        EXPECT_TRUE((appearance.*each.wants)()) << each.wanting.key << " last";
+        change({each.wanting.group, each.wanting.key, each.back});
+        EXPECT_FALSE((appearance.*each.wants)()) << each.wanting.key;
+    }
 }
