@@ -44,6 +44,16 @@ QRect Panel::sheet() const {
     return {QPoint(shadow.left(), shadow.top()), sheetSize_};
 }
 
+void Panel::letClicksThrough(const WindowSystem& system) {
+    if (!system.takeClicksIn || !isVisible()) return;
+    const double scale = devicePixelRatioF();
+    const QRect part = sheet();
+    // Where there is no shadow, the mask does it.
+    system.takeClicksIn(winId(), composited_
+                                     ? QRectF(part.topLeft() * scale, part.size() * scale).toRect()
+                                     : QRect());
+}
+
 void Panel::updateMask() {
     if (composited_ || sheetSize_.isEmpty()) {
         clearMask();

@@ -4,6 +4,7 @@
 
 #include "views/Shadow.h"
 #include "views/Theme.h"
+#include "views/WindowSystem.h"
 
 /// The top-level widget of our windows: a rounded sheet with a soft shadow around it where there is
 /// a compositor, else the sheet alone, cut out by a mask.
@@ -32,6 +33,9 @@ class Panel : public QWidget {
     void setSheetSize(QSize size);
     /// The sheet, in this widget.
     QRect sheet() const;
+    /// Clicks beside the sheet are for what is behind. To be called by whoever has shown the window
+    /// or given it another size.
+    void letClicksThrough(const WindowSystem& system);
 
   protected:
     void paintEvent(QPaintEvent* event) override;

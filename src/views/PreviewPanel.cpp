@@ -46,6 +46,7 @@ void PreviewPanel::place() {
     panel_.setGeometry(sheet.marginsAdded(panel_.shadowMargins()));
     panel_.setSheetSize(sheet.size());
     body_->setGeometry(panel_.sheet().adjusted(kPadding, kPadding - 4, -kPadding, -kPadding + 4));
+    panel_.letClicksThrough(system_);
 }
 
 void PreviewPanel::neighbourMoved() {
@@ -64,8 +65,5 @@ void PreviewPanel::show() {
         system_.prepare(window, shadow.toMargins(), Qt::transparent);
     }
     panel_.show();
-    if (!system_.takeClicksIn || panel_.shadowMargins().isNull()) return;
-    const double scale = panel_.devicePixelRatioF();
-    const QRect sheet = panel_.sheet();
-    system_.takeClicksIn(window, QRectF(sheet.topLeft() * scale, sheet.size() * scale).toRect());
+    panel_.letClicksThrough(system_);
 }

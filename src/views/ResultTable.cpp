@@ -141,16 +141,16 @@ void ResultTable::setSelection(std::set<size_t> rows) {
 }
 
 void ResultTable::followLinkOf(const RowContent& content) {
-    if (!followLink_ || !content.isLink || content.linkPath.empty()) return;
-    followLink_(content.linkPath,
-                [self = QPointer<ResultTable>(this), path = content.linkPath](bool leads) {
-                    if (!self || leads == (self->brokenLinks_.count(path) == 0)) return;
-                    if (leads)
-                        self->brokenLinks_.erase(path);
-                    else
-                        self->brokenLinks_.insert(path);
-                    self->update();
-                });
+    const std::string& path = content.linkPath;
+    if (!followLink_ || !content.isLink || path.empty()) return;
+    if (!pendingLinks_.insert(path).second) return;
+    followLink_(path, [self = QPointer<ResultTable>(this), path](bool leads) {
+        if (!self) return;
+        self->pendingLinks_.erase(path);
+        const bool isNew =
+            leads ? self->brokenLinks_.erase(path) != 0 : self->brokenLinks_.insert(path).second;
+        if (isNew) self->update();
+    });
 }
 
 RowContent ResultTable::contentFor(size_t row) const {

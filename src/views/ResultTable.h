@@ -116,7 +116,8 @@ class ResultTable : public QWidget, public ResultTableView {
     std::map<size_t, RowContent> contents_;  // of the rows on screen, so that a repaint shows what
                                              // was there even if the data has moved on
     std::function<void(const std::string&, std::function<void(bool)>)> followLink_ = {};
-    std::set<std::string> brokenLinks_;  // as the last answers were
+    std::set<std::string> pendingLinks_;  // asked for: one question at a time for each
+    std::set<std::string> brokenLinks_;   // as the last answers were
     std::function<void(const QString&)> announce_ = {};
     QString announced_;
     bool hasKeyboard_ = true;

@@ -11,8 +11,10 @@ namespace {
 
 constexpr int kWidestTitle = 340;
 
-QString menuText(const MenuItem& item, const QFontMetrics& metrics) {
-    QString title = metrics.elidedText(plainText(item.title), Qt::ElideMiddle, kWidestTitle);
+QString menuText(const MenuItem& item, const Theme& theme) {
+    QString title =
+        QFontMetrics(theme.info13)
+            .elidedText(plainText(item.title), Qt::ElideMiddle, qRound(kWidestTitle * theme.zoom));
     title.replace(QLatin1Char('&'), QStringLiteral("&&"));  // one would mark a letter
     return item.keys.empty() ? title : title + QLatin1Char('\t') + plainText(item.keys);
 }
@@ -50,7 +52,9 @@ QMenu* RowMenu::makeMenu(QWidget* parent) {
 void RowMenu::popUp(const std::vector<MenuItem>& items, const Look& look, const Place& place,
                     Ended ended) {
     close();
-    style_.setTheme(Theme::make(look.hue, look.isDark, QApplication::font()),
+    DesktopLook desktop = system_.lookNow();
+    desktop.isDark = look.isDark;
+    style_.setTheme(Theme::make(look.hue, desktop, QApplication::font()),
                     system_.isComposited && system_.isComposited());
     choice_.reset();
     ended_ = std::move(ended);
@@ -74,7 +78,7 @@ void RowMenu::popUp(const std::vector<MenuItem>& items, const Look& look, const 
 }
 
 QAction* RowMenu::addItem(QMenu& menu, const MenuItem& item, const std::string& submenu) {
-    const QString text = menuText(item, QFontMetrics(style_.theme().info13));
+    const QString text = menuText(item, style_.theme());
     if (item.isSubmenu) {
         QMenu* const inner = makeMenu(&menu);
         inner->setTitle(text);

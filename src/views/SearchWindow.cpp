@@ -216,7 +216,7 @@ void SearchWindow::placeSheet(const QRect& sheet, Room room) {
     panel_.setSheetSize(sheet.size());
     isPlacing_ = false;
     layOut();
-    letClicksThrough();
+    panel_.letClicksThrough(system_);
     tellOfPlace();
 }
 
@@ -230,20 +230,10 @@ void SearchWindow::prepareWindow() {
     system_.prepare(panel_.winId(), shadow.toMargins(), ground);
 }
 
-void SearchWindow::letClicksThrough() {
-    if (!system_.takeClicksIn || !panel_.isVisible()) return;
-    const double scale = panel_.devicePixelRatioF();
-    const QRect sheet = panel_.sheet();
-    const bool isMasked = panel_.shadowMargins().isNull();
-    system_.takeClicksIn(
-        panel_.winId(),
-        isMasked ? QRect() : QRectF(sheet.topLeft() * scale, sheet.size() * scale).toRect());
-}
-
 void SearchWindow::show() {
     if (!panel_.isVisible()) prepareWindow();
     panel_.show();
-    letClicksThrough();
+    panel_.letClicksThrough(system_);
     panel_.raise();
     panel_.activateWindow();
     if (system_.activate) system_.activate(panel_.winId());

@@ -55,7 +55,6 @@ class SearchWindow : public WindowView {
     void tellOfPlace();
     void animationEnded();
     void prepareWindow();
-    void letClicksThrough();
     bool isResizing() const { return resizing_.state() == QAbstractAnimation::Running; }
     /// The native window around a sheet: its shadow, and room to grow.
     QRect roomFor(const QRect& sheet) const;

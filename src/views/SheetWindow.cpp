@@ -49,12 +49,7 @@ void SheetWindow::fit() {
     const QSize wanted = sizeHint();
     setFixedSize(wanted);
     setSheetSize(wanted.shrunkBy(shadow));
-    if (!isVisible() || !system_.takeClicksIn) return;
-    const double scale = devicePixelRatioF();
-    const QRect part = sheet();
-    system_.takeClicksIn(
-        winId(),
-        shadow.isNull() ? QRect() : QRectF(part.topLeft() * scale, part.size() * scale).toRect());
+    letClicksThrough(system_);
 }
 
 void SheetWindow::showCentred(Keyboard keyboard) {

@@ -1,5 +1,7 @@
 #include "views/PreviewPanel.h"
 
+#include <map>
+
 #include "views/QtTest.h"
 #include "views/SearchWindow.h"
 
@@ -43,4 +45,30 @@ TEST_F(PreviewPanelTest, LeavesTheKeyboardWhereItIsAndFollowsTheWindow) {
     EXPECT_EQ(panel->pos() - before, QPoint(0, 20));
     preview.hide();
     EXPECT_FALSE(preview.isVisible());
+}
+
+TEST_F(PreviewPanelTest, ClicksBesideItsSheetPassWhateverSizeItGets) {
+    std::map<uintptr_t, QRect> clicks;
+    bool isComposited = true;
+    WindowSystem system;
+    system.isComposited = [&] { return isComposited; };
+    system.takeClicksIn = [&](uintptr_t window, QRect part) { clicks[window] = part; };
+    SearchWindow window(system);
+    window.setFrame({40, 700, 400, 64}, false);
+    window.show();
+    PreviewView& preview = window.preview();
+    preview.show();
+    const QWidget* panel = nullptr;
+    for (const QWidget* each : QApplication::topLevelWidgets())
+        if (each->objectName() == "previewPanel") panel = each;
+    ASSERT_TRUE(panel);
+    const WId id = panel->winId();
+    const QRect before = clicks.at(id);
+    EXPECT_LT(before.width(), panel->width());
+    window.setFrame({40, 700, 340, 64}, false);
+    EXPECT_EQ(clicks.at(id), before.adjusted(0, 0, 60, 0));
+    preview.hide();
+    isComposited = false;
+    preview.show();
+    EXPECT_EQ(clicks.at(id), QRect()) << "without a shadow all of them are its own";
 }

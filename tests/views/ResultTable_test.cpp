@@ -256,3 +256,29 @@ TEST(rowSpeech, SaysInWordsWhatSignsAndBadgesMean) {
     EXPECT_EQ(rowSpeech::name(row, true), "<b>, broken link, marked");
     EXPECT_TRUE(rowSpeech::toolTip(row).contains("&lt;b&gt;<br>/c<br>Size: 3 Bytes<br>Owner"));
 }
+
+TEST_F(ResultTableTest, ALinkIsAskedForOnceUntilItIsAnsweredFor) {
+    struct Links : ResultTableData {
+        size_t numberOfRows() const override { return 3; }
+        RowContent row(size_t row) const override {
+            return {.name = "a", .isLink = true, .linkPath = row == 0 ? "/one" : "/two"};
+        }
+    } links;
+    std::vector<std::string> asked;
+    std::vector<std::function<void(bool)>> answers;
+    table.setLinkFollower([&](const std::string& path, std::function<void(bool)> answer) {
+        asked.push_back(path);
+        answers.push_back(std::move(answer));
+    });
+    table.setData(&links);
+    for (int keyStroke = 0; keyStroke < 3; ++keyStroke) {
+        table.reloadData();
+        table.grab();
+    }
+    EXPECT_EQ(asked, (std::vector<std::string>{"/one", "/two"}));
+    answers[1](false);
+    table.reloadData();
+    table.grab();
+    EXPECT_EQ(asked, (std::vector<std::string>{"/one", "/two", "/two"}));
+    table.setData(&rows);
+}

@@ -4,6 +4,7 @@
 #include <QMenu>
 
 #include "views/QtTest.h"
+#include "views/RowMenuStyle.h"
 
 namespace {
 
@@ -26,7 +27,8 @@ class RowMenuTest : public QtTest {
         {},
         {.identifier = "a", .title = "This & That", .keys = "Super+T"},
         {.identifier = "b", .title = "Other"}};
-    RowMenu menu{WindowSystem{}};
+    DesktopLook desktop;
+    RowMenu menu{WindowSystem{.look = [this] { return desktop; }}};
     std::vector<std::optional<MenuChoice>> told;
 };
 
@@ -72,4 +74,16 @@ TEST_F(RowMenuTest, TheSubmenuComesLater) {
     ASSERT_TRUE(told[0]);
     EXPECT_EQ(told[0]->submenu, "with");
     EXPECT_EQ(told[0]->identifier, "editor");
+}
+
+TEST_F(RowMenuTest, LooksAsTheDesktopWantsItAndTheModeIs) {
+    open();
+    const int usual = menu.menu()->font().pixelSize();
+    desktop = {.isDark = false, .highContrast = true, .textScale = 1.5};
+    open();
+    const auto* const style = dynamic_cast<const RowMenuStyle*>(menu.menu()->style());
+    ASSERT_TRUE(style);
+    EXPECT_TRUE(style->theme().highContrast);
+    EXPECT_TRUE(style->theme().dark);
+    EXPECT_NEAR(menu.menu()->font().pixelSize(), usual * 1.5, 1);
 }
