@@ -140,6 +140,7 @@ def inside():
     run("trovast", "--action", "browse")
     rows = os.environ["TROVAST_ROWS_TO"]
     wait_for("the home folder is listed", lambda: read(rows).startswith("Documents\t"))
+    expect("an action is there on the bus", act("search") == 0)
     expect("no other action is", act("quit") != 0)
     run("trovast")
     wait_for("a second start takes the window away", lambda: not is_visible())
