@@ -13,12 +13,6 @@ namespace {
 constexpr int kColumnGap = 36, kGroupGap = 18, kTitleHeight = 24, kEmptyHeight = 120;
 constexpr double kLine = 30, kWheelNotch = 120, kLinesANotch = 2;
 
-QFont titleFont(const Theme& theme) {
-    QFont font = theme.info13;
-    font.setWeight(QFont::DemiBold);
-    return font;
-}
-
 }  // namespace
 
 HelpList::HelpList(Look look, const Theme* theme, QWidget* parent)
@@ -53,7 +47,7 @@ std::vector<HelpList::Item> HelpList::makeItems() {
     std::vector<Item> items;
     for (const HelpGroup& group : content_.groups) {
         QLabel* const title =
-            makeLabel(page_, plainText(group.title), titleFont(*theme_), theme_->accent);
+            makeLabel(page_, plainText(group.title), headingFont(theme_->info13), theme_->accent);
         title->setAlignment((isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
                             Qt::AlignVCenter);
         items.push_back({.widget = title, .height = kTitleHeight, .isTitle = true});

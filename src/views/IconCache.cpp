@@ -20,6 +20,18 @@ QString genericName(const QMimeDatabase& mimeTypes, const QString& iconName) {
 
 }  // namespace
 
+QPixmap fitted(const Picture& picture, QSize place, double scale) {
+    const QImage image(reinterpret_cast<const uchar*>(picture.pixels.data()), int(picture.width),
+                       int(picture.height), QImage::Format_ARGB32_Premultiplied);
+    const QSize most = place * scale;
+    QPixmap pixmap =
+        QPixmap::fromImage(image.width() > most.width() || image.height() > most.height()
+                               ? image.scaled(most, Qt::KeepAspectRatio, Qt::SmoothTransformation)
+                               : image.copy());
+    pixmap.setDevicePixelRatio(scale);
+    return pixmap;
+}
+
 QPixmap IconCache::pixmap(const std::string& iconName, int size, double scale) {
     const Key key{QString::fromStdString(iconName), size, scale};
     auto found = pixmaps_.constFind(key);
@@ -36,17 +48,9 @@ QPixmap IconCache::pixmap(const std::shared_ptr<const Picture>& picture, int siz
         smalls_.splice(smalls_.begin(), smalls_, found);
         return found->pixmap;
     }
-    const QImage image(reinterpret_cast<const uchar*>(picture->pixels.data()), int(picture->width),
-                       int(picture->height), QImage::Format_ARGB32_Premultiplied);
-    const int side = qRound(size * scale);
-    QPixmap pixmap = QPixmap::fromImage(
-        image.width() > side || image.height() > side
-            ? image.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation)
-            : image.copy());
-    pixmap.setDevicePixelRatio(scale);
-    smalls_.push_front({picture, size, scale, pixmap});
+    smalls_.push_front({picture, size, scale, fitted(*picture, {size, size}, scale)});
     if (smalls_.size() > kMostSmalls) smalls_.pop_back();
-    return pixmap;
+    return smalls_.front().pixmap;
 }
 
 QPixmap IconCache::make(const QString& iconName, int size, double scale) const {

@@ -7,6 +7,10 @@
 
 #include "util/Picture.h"
 
+/// A picture made smaller to fit a place of so many logical pixels, never larger, for a screen of
+/// the given scale.
+QPixmap fitted(const Picture& picture, QSize place, double scale);
+
 /// Pictures for freedesktop icon names: from the desktop's icon theme, there also by the generic
 /// name of the media type, else drawn by ourselves.
 /// Owner:   ResultTable. Threads: main.
@@ -14,7 +18,7 @@ class IconCache {
   public:
     /// A square picture of size logical pixels for a screen of the given scale.
     QPixmap pixmap(const std::string& iconName, int size, double scale);
-    /// The picture made smaller to fit a square of size logical pixels, never larger.
+    /// A picture fitted into a square of size logical pixels.
     QPixmap pixmap(const std::shared_ptr<const Picture>& picture, int size, double scale);
     /// When the icon theme has changed.
     void clear() { pixmaps_.clear(); }

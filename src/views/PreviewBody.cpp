@@ -15,12 +15,6 @@ constexpr int kFactLine = 21, kFactNames = 96, kLeastMiddle = 120;
 constexpr int kLargeIcon = 96, kListIcon = 18, kListLine = 26, kTextPixels = 12;
 constexpr double kTextRadius = 6;
 
-/// With the letters of one weight.
-QFont bold(QFont font) {
-    font.setWeight(QFont::DemiBold);
-    return font;
-}
-
 QString readable(const std::string& text) {
     QString lines = QString::fromStdString(text);
     return plainLines(lines.replace(QLatin1Char('\t'), QStringLiteral("    ")).toStdString());
@@ -129,7 +123,7 @@ void PreviewBody::paintEvent(QPaintEvent*) {
                            icons_.pixmap(content_.iconName, kHeaderIcon, devicePixelRatioF()));
         x = kHeaderIcon + kGap;
     }
-    const QFont font = bold(theme_->pathFont);
+    const QFont font = headingFont(theme_->pathFont);
     painter.setFont(font);
     painter.setPen(theme_->fieldText);
     painter.drawText(
@@ -144,20 +138,6 @@ void PreviewBody::paintEvent(QPaintEvent*) {
     drawFacts(painter);
 }
 
-QPixmap PreviewBody::pictureFor(QSize place) const {
-    const Picture& picture = *content_.picture;
-    const QImage image(reinterpret_cast<const uchar*>(picture.pixels.data()), int(picture.width),
-                       int(picture.height), QImage::Format_ARGB32_Premultiplied);
-    const double scale = devicePixelRatioF();
-    const QSize most = place * scale;
-    QPixmap pixmap =
-        QPixmap::fromImage(image.width() > most.width() || image.height() > most.height()
-                               ? image.scaled(most, Qt::KeepAspectRatio, Qt::SmoothTransformation)
-                               : image.copy());
-    pixmap.setDevicePixelRatio(scale);
-    return pixmap;
-}
-
 void PreviewBody::drawMiddle(QPainter& painter) {
     if (middle_.isEmpty()) return;
     if (text_->isVisibleTo(this)) {
@@ -170,7 +150,7 @@ void PreviewBody::drawMiddle(QPainter& painter) {
     if (list_->isVisibleTo(this)) return;
     QPixmap shown;
     if (content_.kind == Kind::picture && content_.picture)
-        shown = pictureFor(middle_.size());
+        shown = fitted(*content_.picture, middle_.size(), devicePixelRatioF());
     else if (!content_.iconName.empty())
         shown = icons_.pixmap(content_.iconName, kLargeIcon, devicePixelRatioF());
     if (content_.kind == Kind::loading) painter.setOpacity(0.35);

@@ -26,7 +26,6 @@ class PreviewBody : public QWidget {
   private:
     void layOut();
     void fillList();
-    QPixmap pictureFor(QSize place) const;
     void drawMiddle(QPainter& painter);
     void drawFacts(QPainter& painter);
     QString elided(const QString& text, const QFont& font, int width) const;

@@ -149,6 +149,11 @@ QPalette Theme::textColours(QPalette colours) const {
     return colours;
 }
 
+QFont headingFont(QFont font) {
+    font.setWeight(QFont::DemiBold);
+    return font;
+}
+
 QFont Theme::attributeFont(const QFont& desktopFont, int pixels, bool isMark) {
     return sized(desktopFont, pixels, isMark ? QFont::DemiBold : QFont::Normal);
 }

@@ -45,3 +45,6 @@ struct Theme {
     static QFont attributeFont(const QFont& desktopFont, int pixels, bool isMark);
     static constexpr double kOwnHue = 0.585;  // where no mode says another
 };
+
+/// The same, as a heading has it.
+QFont headingFont(QFont font);

@@ -11,10 +11,7 @@ constexpr int kTitleWidth = 108, kTitleGap = 18, kBetweenRows = 12, kBetweenSect
 
 FormPane::FormPane(const PaneContext* context, QWidget* parent)
     : QScrollArea(parent), context_(context) {
-    setFrameShape(QFrame::NoFrame);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setFocusPolicy(Qt::NoFocus);
-    setWidgetResizable(true);
+    setUpPane(*this);
 }
 
 void FormPane::setForm(const PreferencesForm& form) {
@@ -31,8 +28,7 @@ bool FormPane::isRecording() const {
 }
 
 void FormPane::build(const PreferencesForm& form) {
-    auto* const content = new QWidget;
-    content->setObjectName(QStringLiteral("paneContent"));
+    QWidget* const content = makePaneContent();
     auto* const grid = new QGridLayout(content);
     grid->setContentsMargins(0, 2, 12, 12);
     grid->setHorizontalSpacing(kTitleGap);
@@ -43,7 +39,7 @@ void FormPane::build(const PreferencesForm& form) {
     for (const PreferencesSection& section : form) {
         if (line > 0) grid->setRowMinimumHeight(line++, kBetweenSections);
         QLabel* const title = paneLabel(content, *context_, Tone::text);
-        title->setFont(headingFont(*context_->theme));
+        title->setFont(headingFont(context_->theme->info13));
         title->setText(plainText(section.title));
         title->setContentsMargins(0, 4, 0, 0);
         grid->addWidget(title, line, 0, Qt::AlignRight | Qt::AlignTop);

@@ -20,12 +20,6 @@ QString css(const QColor& colour) {
 
 }  // namespace
 
-QFont headingFont(const Theme& theme) {
-    QFont font = theme.info13;
-    font.setWeight(QFont::DemiBold);
-    return font;
-}
-
 QLabel* paneLabel(QWidget* parent, const PaneContext& context, Tone tone) {
     QLabel* const label = makeLabel(parent, {}, context.theme->info13, {});
     setTone(*label, tone, *context.theme);
@@ -48,6 +42,19 @@ void renewTones(QWidget& root, const Theme& theme) {
     for (QLabel* label : root.findChildren<QLabel*>())
         if (const QVariant tone = label->property(kTone); tone.isValid())
             setLabelColour(*label, colourOf(Tone(tone.toInt()), theme));
+}
+
+void setUpPane(QScrollArea& pane) {
+    pane.setFrameShape(QFrame::NoFrame);
+    pane.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    pane.setFocusPolicy(Qt::NoFocus);
+    pane.setWidgetResizable(true);
+}
+
+QWidget* makePaneContent() {
+    auto* const content = new QWidget;
+    content->setObjectName(QStringLiteral("paneContent"));
+    return content;
 }
 
 QString paneStyle(const Theme& theme) {

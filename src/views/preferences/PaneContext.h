@@ -1,5 +1,6 @@
 #pragma once
 #include <QLabel>
+#include <QScrollArea>
 #include <QString>
 
 #include "screen/PreferencesView.h"
@@ -15,7 +16,6 @@ struct PaneContext {
 
 /// The colours that a label of a pane may have; they follow the theme.
 enum class Tone { text, quiet, error };
-QFont headingFont(const Theme& theme);
 QLabel* paneLabel(QWidget* parent, const PaneContext& context, Tone tone);
 /// As high as it takes within the width; a label without text is not there.
 void setPaneText(QLabel& label, const QString& text, int width);
@@ -23,5 +23,9 @@ void setTone(QLabel& label, Tone tone, const Theme& theme);
 /// All labels below, after another theme has come.
 void renewTones(QWidget& root, const Theme& theme);
 
+/// A pane that scrolls: nothing of it is seen but its content.
+void setUpPane(QScrollArea& pane);
+/// What fills it.
+QWidget* makePaneContent();
 /// For the widgets of Qt's own that the panes use.
 QString paneStyle(const Theme& theme);

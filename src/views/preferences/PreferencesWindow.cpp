@@ -116,7 +116,7 @@ void PreferencesWindow::Sheet::addPanes() {
 void PreferencesWindow::Sheet::showPane(PreferencesPane pane) {
     list_->setPane(pane);
     title_->setText(PaneList::nameOf(pane));
-    QFont font = headingFont(theme());
+    QFont font = headingFont(theme().info13);
     font.setPixelSize(17);
     title_->setFont(font);
     panes_->setCurrentIndex(int(pane));

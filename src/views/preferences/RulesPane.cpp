@@ -102,7 +102,7 @@ class RulesPane::List : public QWidget {
         column->setContentsMargins({});
         column->setSpacing(0);
         QLabel* const title = paneLabel(this, *context, Tone::text);
-        title->setFont(headingFont(*context->theme));
+        title->setFont(headingFont(context->theme->info13));
         title->setText(plainText(list.title));
         QLabel* const explanation = paneLabel(this, *context, Tone::quiet);
         setPaneText(*explanation, plainText(list.explanation), kWidth);
@@ -179,12 +179,8 @@ class RulesPane::List : public QWidget {
 
 RulesPane::RulesPane(const PaneContext* context, QWidget* parent)
     : QScrollArea(parent), context_(context) {
-    setFrameShape(QFrame::NoFrame);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setFocusPolicy(Qt::NoFocus);
-    setWidgetResizable(true);
-    auto* const content = new QWidget;
-    content->setObjectName(QStringLiteral("paneContent"));
+    setUpPane(*this);
+    QWidget* const content = makePaneContent();
     column_ = new QVBoxLayout(content);
     column_->setContentsMargins(0, 2, 12, 12);
     column_->setSpacing(26);

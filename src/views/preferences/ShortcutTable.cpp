@@ -74,7 +74,7 @@ class ShortcutTable::Painter : public QStyledItemDelegate {
         if (isChosen) drawGround(*painter, option.rect, index.column(), hasKeyboard);
         QString text = index.data().toString();
         QColor colour = isChosen && hasKeyboard ? theme.selectedText : theme.fieldText;
-        QFont font = isTitle ? headingFont(theme) : theme.info13;
+        QFont font = isTitle ? headingFont(theme.info13) : theme.info13;
         QRect place = option.rect.adjusted(kInset, 0, -kInset, 0);
         if (isTitle) {
             colour = theme.info;
