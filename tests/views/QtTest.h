@@ -7,11 +7,6 @@
 
 /// A test with an application of its own, on no screen.
 class QtTest : public testing::Test {
-  protected:
-    /// What Qt's clock of animations has posted to itself must arrive: it outlives the application,
-    /// and would wait for it in the tests to come.
-    ~QtTest() override { QCoreApplication::processEvents(); }
-
   private:
     static int& arguments() {
         qputenv("QT_QPA_PLATFORM", "offscreen");
