@@ -5,7 +5,8 @@
 namespace {
 
 TouchedFolders::Depth depthOf(uint32_t flags) {
-    if (flags & (kFSEventStreamEventFlagItemRenamed | kFSEventStreamEventFlagMount))
+    if (flags & (kFSEventStreamEventFlagItemRenamed | kFSEventStreamEventFlagMount |
+                 kFSEventStreamEventFlagUnmount))
         return TouchedFolders::Depth::subtree;
     constexpr uint32_t kNew = kFSEventStreamEventFlagMustScanSubDirs |
                               kFSEventStreamEventFlagItemCreated |

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 #include "util/World.h"
 #include "util/queues/runGuarded.h"
@@ -92,12 +93,14 @@ void PollThread::sleep(std::unique_lock<std::mutex>& lock) {
     lock.lock();
     if (ready <= 0 || ending_) return;
     busy_ = true;
+    const std::vector<std::shared_ptr<std::function<void()>>> told = std::exchange(toldHere_, {});
     if (registry_) registry_->noteWorkTaken();
     lock.unlock();
     uint64_t count = 0;
     if (polls[0].revents && read(wakeHandle_, &count, sizeof count) < 0) count = 0;
     for (size_t i = 0; i < watched.size() && !ending_; i++)
         if (polls[i + 1].revents) runGuarded(*watched[i].ready);
+    for (size_t i = 0; i < told.size() && !ending_; i++) runGuarded(*told[i]);
     lock.lock();
     busy_ = false;
 }
@@ -105,9 +108,13 @@ void PollThread::sleep(std::unique_lock<std::mutex>& lock) {
 bool PollThread::isIdle() const {
     std::lock_guard lock(mutex_);
     if (busy_ || !posted_.empty()) return false;
-    // Only what stays readable until it is read: asking for POLLPRI would take the answer away.
     std::vector<pollfd> polls;
-    for (const Watched& watched : watched_)
-        if (watched.events & POLLIN) polls.push_back({watched.handle, POLLIN, 0});
-    return poll(polls.data(), polls.size(), 0) <= 0;
+    for (const Watched& watched : watched_) polls.push_back({watched.handle, watched.events, 0});
+    if (poll(polls.data(), polls.size(), 0) <= 0) return toldHere_.empty();
+    // What stays readable wakes the thread; POLLPRI is told once, to whoever asks first.
+    for (size_t i = 0; i < polls.size(); i++)
+        if (polls[i].revents && !(watched_[i].events & POLLIN))
+            toldHere_.push_back(watched_[i].ready);
+    if (!toldHere_.empty()) wake();
+    return false;
 }

@@ -51,6 +51,8 @@ class PollThread : public WorkSource {
     mutable std::mutex mutex_;
     std::vector<Watched> watched_;
     std::vector<std::function<void()>> posted_;
+    /// Told to isIdle instead of to the thread.
+    mutable std::vector<std::shared_ptr<std::function<void()>>> toldHere_;
     bool busy_ = false;
     std::atomic<bool> ending_ = false;
     WorkRegistry* registry_ = nullptr;

@@ -68,26 +68,29 @@ void EventRecorder::followHandle() {
 }
 
 void EventRecorder::mountsChanged() {
-    for (const MountTable::Change& change : mounts_.changes()) {
-        const FileURL mount(change.path);
-        const bool concerns =
-            std::any_of(request_.paths.begin(), request_.paths.end(), [&](const FileURL& root) {
-                return mount.isAtOrBelow(root) || root.isAtOrBelow(mount);
-            });
-        if (!concerns) continue;
-        outbox_.cut();
-        outbox_.put(
-            (change.isThere ? kFSEventStreamEventFlagMount : kFSEventStreamEventFlagUnmount) |
-                kFSEventStreamEventFlagItemIsDir,
-            change.path);
-        outbox_.cut();
-        if (translator_) translator_->mounted(change.path, change.isThere);
-    }
+    if (tree_) pump();  // what was renamed before
+    for (const MountTable::Change& change : mounts_.changes()) mountChanged(change);
+    if (!tree_) return flush();
+    // A mount point that was moved with a folder above it has gone from another path than the one
+    // that the table had.
+    for (std::string& path : tree_->lostMounts()) mountChanged({std::move(path), false});
     std::vector<RawEvent> none;
-    if (translator_)
-        translate(none);
-    else
-        flush();
+    translate(none);
+}
+
+void EventRecorder::mountChanged(const MountTable::Change& change) {
+    const FileURL mount(change.path);
+    const bool concerns =
+        std::any_of(request_.paths.begin(), request_.paths.end(), [&](const FileURL& root) {
+            return mount.isAtOrBelow(root) || root.isAtOrBelow(mount);
+        });
+    if (!concerns) return;
+    outbox_.cut();
+    outbox_.put((change.isThere ? kFSEventStreamEventFlagMount : kFSEventStreamEventFlagUnmount) |
+                    kFSEventStreamEventFlagItemIsDir,
+                change.path);
+    outbox_.cut();
+    if (translator_) translator_->mounted(change.path, change.isThere);
 }
 
 void EventRecorder::deliver(uint64_t since, bool isReplay,

@@ -52,6 +52,7 @@ class EventRecorder {
     void translate(std::vector<RawEvent>& events);
     void followHandle();
     void mountsChanged();
+    void mountChanged(const MountTable::Change& change);
     void replay(uint64_t since, bool isReplay);
     void flush();
     void hand(FileEventBatch batch);

@@ -62,6 +62,9 @@ class WatchedTree {
     /// Forgets them together with all below the node; answers their paths.
     std::vector<FileURL> loseRoots(FolderNode* node, bool dead);
 
+    /// Where a disk was mounted in the tree when its folder was watched, and is no longer.
+    std::vector<std::string> lostMounts() const;
+
     std::vector<std::string> takeChangedPaths();
     /// The uppermost of those that no watch is left for.
     std::vector<FileURL> unwatchedFolders() const;

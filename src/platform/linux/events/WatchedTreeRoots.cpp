@@ -89,6 +89,19 @@ std::vector<FileURL> WatchedTree::loseRoots(FolderNode* node, bool dead) {
     return lost;
 }
 
+std::vector<std::string> WatchedTree::lostMounts() const {
+    std::vector<std::string> lost;
+    for (const FolderNode* node : FolderTree::subtree(tree_.root())) {
+        if (!node->parent || node->device == node->parent->device) continue;
+        std::string path = FolderTree::path(node);
+        struct stat item;
+        if (lstat(path.c_str(), &item) != 0 || item.st_dev != node->device ||
+            item.st_ino != node->inode)
+            lost.push_back(std::move(path));
+    }
+    return lost;
+}
+
 bool WatchedTree::missesRoots() const {
     return std::any_of(roots_.begin(), roots_.end(), [](const Root& root) { return !root.node; });
 }

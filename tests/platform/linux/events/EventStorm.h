@@ -1,20 +1,24 @@
 #pragma once
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <fstream>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "platform/linux/events/MountTable.h"
 #include "util/FileURL.h"
 
 /// A process that changes a folder at full speed: makes, writes, removes and moves files and whole
-/// folders, inside, out and in, swaps them and lets one take the name of another. It waits for
-/// begin(); the same seed makes the same choices.
+/// folders, inside, out and in, swaps them and lets one take the name of another; where it may, it
+/// mounts disks in memory over them. It waits for begin(); the same seed makes the same choices.
 /// Owner:   a test; to be made before the test has threads.
 class EventStorm {
   public:
@@ -32,6 +36,19 @@ class EventStorm {
         close(gate_[1]);
         wait();
         close(gate_[0]);
+        unmountAll();
+    }
+    /// Not while a storm goes on: of a disk that comes and goes between two looks at the table of
+    /// mounts the kernel tells nobody. One that another hides goes once that is away.
+    void unmountAll() const {
+        for (bool any = true; any;) {
+            any = false;
+            std::ostringstream table;
+            table << std::ifstream("/proc/self/mountinfo").rdbuf();
+            for (const auto& [number, path] : MountTable::parse(table.str()))
+                if (path.starts_with(root_ + "/") || path.starts_with(outside_ + "/"))
+                    any |= umount2(path.c_str(), MNT_DETACH) == 0;
+        }
     }
     EventStorm(const EventStorm&) = delete;
     EventStorm& operator=(const EventStorm&) = delete;
@@ -70,6 +87,10 @@ class EventStorm {
             folders_.push_back(to);
     }
 
+    void mountOver(const std::string& path) {
+        mkdir(path.c_str(), 0700);
+        if (mount("none", path.c_str(), "tmpfs", 0, "size=1m") == 0) makeFolders(path + "/in");
+    }
     void run(int operations) {
         folders_ = {root_};
         mkdir(outside_.c_str(), 0700);
@@ -81,7 +102,7 @@ class EventStorm {
     void one(int number) {
         const std::string folder = anyFolder();
         const bool isRoot = folder == root_;
-        switch (below(16)) {
+        switch (below(17)) {
             case 0:
             case 1:
                 return makeFolders(anyName(""));
@@ -118,6 +139,8 @@ class EventStorm {
                 chmod(folder.c_str(), 0750);
                 unlink(anyName("l").c_str());
                 return;
+            case 15:
+                return isRoot ? void() : mountOver(below(2) ? folder : anyName(""));
             default:
                 if (isRoot) return;
                 for (const char* end : {"/x/y/leaf", "/x/leaf", "/leaf"})

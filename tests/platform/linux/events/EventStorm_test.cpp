@@ -53,13 +53,18 @@ void storm(unsigned seed, const LinuxFileEvents::Options& options, int operation
         delivered.hold(false);
     }
     while (!first.hasEnded() || !second.hasEnded()) read();
-    EXPECT_TRUE(comesTrue([&] { return world.work().isIdle(); }));
-    read();
-    const PathSetReader disk(root);
-    const std::vector<std::string> differences = reader.differences(disk);
-    EXPECT_TRUE(differences.empty())
-        << "seed " << seed << ": " << differences.size() << " of " << disk.count()
-        << " differ after " << events << " events, first " << differences[0];
+    const auto compare = [&] {
+        EXPECT_TRUE(comesTrue([&] { return world.work().isIdle(); }));
+        read();
+        const PathSetReader disk(root);
+        const std::vector<std::string> differences = reader.differences(disk);
+        EXPECT_TRUE(differences.empty())
+            << "seed " << seed << ": " << differences.size() << " of " << disk.count()
+            << " differ after " << events << " events, first " << differences[0];
+    };
+    compare();
+    first.unmountAll();
+    compare();
 }
 
 }  // namespace
