@@ -12,6 +12,7 @@
 #include "core/freshnessText.h"
 #include "core/state/GlobalState.h"
 #include "modes/TRVMarkedItemsMode.h"
+#include "modes/fileRows.h"
 #include "util/Unicode.h"
 #include "util/log.h"
 
@@ -171,13 +172,10 @@ Result<void> CoreModeHost::renameItem(const FileURL& from, const FileURL& to) {
 
 bool CoreModeHost::reallyTrashItems(const std::vector<FileURL>& urls) {
     if (urls.empty()) return false;
-    const bool several = urls.size() > 1;
-    const std::string items = several ? std::to_string(urls.size()) + " items"
-                                      : "\"" + displayText(urls.front().lastPathComponent()) + "\"";
     return askPreventingHiding(
                {.style = Alert::Style::informational,
-                .title = std::string("Move item") + (several ? "s" : "") + " to Trash",
-                .text = "Do you want to move " + items + " to the Trash?",
+                .title = urls.size() > 1 ? "Move items to Trash" : "Move item to Trash",
+                .text = trashQuestion(urls),
                 .buttons = {"Move to Trash", "Cancel"}}) == 0;
 }
 

@@ -3,6 +3,9 @@
 #include <nlohmann/json.hpp>
 
 #include "core/UserMessages.h"
+#include "shell/registry/KeyboardShortcuts.h"
+#include "shell/registry/ownKeys.h"
+#include "shell/registry/shortcutText.h"
 #include "util/log.h"
 #include "util/settings/OVUserDefaults.h"
 
@@ -36,7 +39,21 @@ void GlobalHotKey::setupHotKeys() {
     if (!registered) messages_.error(registered.error().description);
 }
 
-Result<void> GlobalHotKey::change(const HotKey& hotKey) {
+std::optional<std::string> GlobalHotKey::refusalOf(const KeyEvent& event) const {
+    if (!ownKeys::hasModifier(event.modifierFlags)) return "A hot key needs Ctrl, Alt or Super.";
+    const std::string keys =
+        "Shortcut " + shortcutText(event.keyCode, event.modifierFlags & kHeldModifiers);
+    if (ownKeys::isOwn(event)) return keys + " is reserved for internal use.";
+    if (const auto command = shortcuts_.shortcutMatchingEvent(event))
+        return keys + " is already used for action “" + command->actionName() + "”.";
+    return std::nullopt;
+}
+
+Result<void> GlobalHotKey::record(const KeyEvent& event) {
+    if (auto refusal = refusalOf(event))
+        return Error{.domain = "hotKey", .code = 0, .description = std::move(*refusal)};
+    const HotKey hotKey{.keyCode = event.keyCode,
+                        .modifierFlags = event.modifierFlags & kHeldModifiers};
     auto registered = hotKeys_.registerShortcut(hotKey, action_);
     if (!registered) {
         setupHotKeys();  // the one before, if there was one

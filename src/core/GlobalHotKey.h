@@ -1,9 +1,12 @@
 #pragma once
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "platform/HotKeys.h"
+#include "screen/KeyEvent.h"
 
+class KeyboardShortcuts;
 class UserMessages;
 
 /// The hot key that brings the window up: kept in the setting hotKey as {"keyCode": …,
@@ -13,15 +16,20 @@ class UserMessages;
 class GlobalHotKey {
   public:
     /// action is called at each press.
-    GlobalHotKey(HotKeys& hotKeys, UserMessages& messages, std::function<void()> action)
-        : hotKeys_(hotKeys), messages_(messages), action_(std::move(action)) {}
+    GlobalHotKey(HotKeys& hotKeys, const KeyboardShortcuts& shortcuts, UserMessages& messages,
+                 std::function<void()> action)
+        : hotKeys_(hotKeys),
+          shortcuts_(shortcuts),
+          messages_(messages),
+          action_(std::move(action)) {}
 
     /// What is stored; none where there is none, or it cannot be read.
     static HotKey storedShortcut();
     /// Registers what is stored, if anything is.
     void setupHotKeys();
-    /// Tries the key, and stores it if it works. The text says why it does not.
-    Result<void> change(const HotKey& hotKey);
+    /// Tries the keys that the user pressed for it, and stores them if they work. Keys that the
+    /// program has itself, and such that belong to typing, are refused. The text says why.
+    Result<void> record(const KeyEvent& event);
     /// Its keys are being pressed for another purpose: they do nothing until it is resumed.
     void pause() { hotKeys_.unregisterShortcut(); }
     void resume() { setupHotKeys(); }
@@ -30,7 +38,10 @@ class GlobalHotKey {
     const HotKey& currentShortcut() const { return currentShortcut_; }
 
   private:
+    std::optional<std::string> refusalOf(const KeyEvent& event) const;
+
     HotKeys& hotKeys_;
+    const KeyboardShortcuts& shortcuts_;
     UserMessages& messages_;
     const std::function<void()> action_;
     HotKey currentShortcut_;

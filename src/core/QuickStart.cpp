@@ -10,8 +10,6 @@ namespace {
 /// Free on the desktops that were looked at, and close to where the hands are.
 constexpr HotKey kSuggested{.keyCode = kKeySpace,
                             .modifierFlags = kModifierCommand | kModifierControl};
-constexpr uint64_t kModifiers =
-    kModifierShift | kModifierControl | kModifierOption | kModifierCommand;
 
 }  // namespace
 
@@ -57,18 +55,9 @@ void QuickStart::showHotKey() {
 }
 
 void QuickStart::hotKeyRecorded(const KeyEvent& event) {
-    const HotKey hotKey{.keyCode = event.keyCode,
-                        .modifierFlags = event.modifierFlags & kModifiers};
+    const auto recorded = parts_.hotKey.record(event);
     showHotKey();
-    if ((hotKey.modifierFlags & ~uint64_t{kModifierShift}) == 0) {
-        tell("A hot key needs Ctrl, Alt or Super.", true);
-    } else {
-        const auto changed = parts_.hotKey.change(hotKey);
-        if (changed)
-            showHotKey();
-        else
-            tell(changed.error().description, true);
-    }
+    if (!recorded) tell(recorded.error().description, true);
     parts_.view.setContent(content_);
 }
 

@@ -51,6 +51,11 @@ double ResultTableController::heightOfRow() const {
            WindowGeometry::kLineHeight * static_cast<double>(mode->numberOfAdditionalRows());
 }
 
+size_t ResultTableController::firstRowInSight() const {
+    const double pitch = heightOfRow() + WindowGeometry::kRowSpacing;
+    return static_cast<size_t>(std::max(0.0, table_.clipOrigin().y) / pitch);
+}
+
 void ResultTableController::applyDiffableDataSourceSnapshotAnimated(bool,
                                                                     const ChangedRows& forRows) {
     resultTableViewReloadDataInProgress_ = true;
@@ -70,7 +75,7 @@ void ResultTableController::applyDiffableDataSourceSnapshotAnimated(bool,
 
 void ResultTableController::updateMarkersOfVisibleItems() {
     std::vector<size_t> rows;
-    const auto top = static_cast<size_t>(table_.clipOrigin().y / heightOfRow());
+    const size_t top = firstRowInSight();
     const auto most = static_cast<size_t>(GlobalState::sharedInstance().maxNumberOfRows()) + 2;
     const size_t end = std::min(numberOfRows(), top + most);
     for (size_t row = top > most ? top - most : 0; row < end; row++) rows.push_back(row);

@@ -18,6 +18,8 @@ class ResultTableController : public ResultTableData {
     RowContent row(size_t row) const override;
 
     double heightOfRow() const;
+    /// It may be cut off at the top.
+    size_t firstRowInSight() const;
     /// Draws the rows again that changed, or all.
     void applyDiffableDataSourceSnapshotAnimated(bool animated, const ChangedRows& forRows);
     /// Draws what is on screen again.

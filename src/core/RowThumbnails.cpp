@@ -1,5 +1,6 @@
 #include "core/RowThumbnails.h"
 
+#include "core/ResultTableController.h"
 #include "modes/framework/ModeHost.h"
 #include "modes/framework/TRVModeRepresentingFiles.h"
 #include "util/World.h"
@@ -11,7 +12,7 @@ namespace {
 constexpr auto kQuiet = 600ms;
 constexpr auto kFresh = 60s;  // then the file may have changed
 constexpr size_t kMostKept = 128;
-constexpr size_t kSearched = 64;  // rows around the first one in sight
+constexpr size_t kMostInSight = 64;
 
 }  // namespace
 
@@ -44,21 +45,20 @@ void RowThumbnails::somethingHappened() {
 void RowThumbnails::requestRowsInSight() {
     auto* const mode = dynamic_cast<TRVModeRepresentingFiles*>(parts_.host.currentMode());
     if (!mode) return;
-    const size_t count = parts_.host.numberOfRows();
-    size_t row = 0;
-    if (const double top = parts_.table.clipOrigin().y; top > 0)
-        while (row < count && !parts_.table.isRowVisible(row)) row++;
-    const auto now = World::current().clock().now();
-    std::vector<FileURL> wanted;
-    for (const size_t end = std::min(count, row + kSearched);
-         row < end && parts_.table.isRowVisible(row); row++) {
-        const auto contents = mode->rowContents(row, 1);
-        if (contents.empty() || !mayHaveOne(contents.front())) continue;
-        const auto url = mode->urlOfFilteredItemAtIndex(row);
-        if (!url) continue;
-        const auto found = find(*url);
-        if (found == kept_.end() || now - found->since > kFresh) wanted.push_back(*url);
+    size_t first = parts_.rows.firstRowInSight();
+    if (!parts_.table.isRowVisible(first)) first++;  // cut off at the top
+    size_t count = 0;
+    while (count < kMostInSight && parts_.table.isRowVisible(first + count)) count++;
+    std::vector<size_t> rows;
+    for (const RowContent& content : mode->rowContents(first, count)) {
+        if (mayHaveOne(content)) rows.push_back(first);
+        first++;
     }
+    std::vector<FileURL> wanted = mode->urlsOfFilteredItemsAtIndexSet(rows);
+    std::erase_if(wanted, [&, now = World::current().clock().now()](const FileURL& url) {
+        const auto found = find(url);
+        return found != kept_.end() && now - found->since <= kFresh;
+    });
     if (!wanted.empty()) parts_.dropExcluded(wanted);
     if (wanted.empty()) return;
     parts_.thumbnails.request(

@@ -8,6 +8,7 @@
 #include "util/queues/MainQueue.h"
 
 class ModeHost;
+class ResultTableController;
 
 /// The pictures that stand for the icons of rows with pictures, documents and films. They are asked
 /// for when the window has been quiet for a moment, and only for the rows in sight.
@@ -17,6 +18,7 @@ class RowThumbnails {
     struct Parts {
         Thumbnails& thumbnails;
         ResultTableView& table;
+        const ResultTableController& rows;
         ModeHost& host;
         /// Takes out what the user wants nothing known of: it is never looked into.
         std::function<void(std::vector<FileURL>&)> dropExcluded;

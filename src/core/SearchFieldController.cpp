@@ -1,5 +1,7 @@
 #include "core/SearchFieldController.h"
 
+#include <utility>
+
 #include "core/ResultTableController.h"
 #include "screen/InfoBarView.h"
 #include "searchmodes/Decomposition.h"
@@ -66,9 +68,11 @@ void SearchFieldController::searchStringDidChange() {
     {
         const CursorUpdatePause pause(*this);
         const std::u16string text = field_.text();
-        forgetMessages();
         if (isBlank(text)) showEmptyState(*mode);
-        if (!text.empty()) updateSearchFieldWithSearchString(nfc(text));
+        if (text.empty())
+            forgetMessages();
+        else
+            updateSearchFieldWithSearchString(nfc(text));
         mode->updateNumberOfAdditionalRows();
     }
     logIf(processFlags.debugSelection, Debug,
@@ -118,9 +122,12 @@ void SearchFieldController::updateSearchFieldWithSearchString(const std::u16stri
     updateSearchString(string);
     if (mode) mode->visibleAttributes() = std::move(made.visibleAttributes);
     rangeMessages_ = std::move(made.rangeMessages);
-    needsMetadata_ = made.needsMetadata;
     field_.setStyles(made.styles);
-    host_.updateSearchCriterionIndicators();
+    setNeedsMetadata(made.needsMetadata);
+}
+
+void SearchFieldController::setNeedsMetadata(bool needs) {
+    if (std::exchange(needsMetadata_, needs) != needs) host_.updateSearchCriterionIndicators();
 }
 
 void SearchFieldController::replaceSearchString(const std::u16string& string) {
@@ -139,7 +146,7 @@ void SearchFieldController::refreshStyles() {
 
 void SearchFieldController::forgetMessages() {
     rangeMessages_.clearMessageRanges();
-    needsMetadata_ = false;
+    setNeedsMetadata(false);
 }
 
 void SearchFieldController::updateSearchFieldWithEmptySearchString() {

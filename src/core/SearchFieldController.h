@@ -64,6 +64,7 @@ class SearchFieldController {
     static void forgetQuery(TRVMode* mode);
     void showMessageFor(TextRange selection);
     void forgetMessages();
+    void setNeedsMetadata(bool needs);
 
     SearchFieldView& field_;
     InfoBarView& infoBar_;

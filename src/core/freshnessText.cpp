@@ -4,16 +4,11 @@
 #include <array>
 
 #include "util/Unicode.h"
+#include "util/grouped.h"
 
 namespace {
 
 constexpr size_t kMostNamed = 6;
-
-std::string grouped(int64_t number) {
-    std::string text = std::to_string(number);
-    for (size_t place = text.size(); place > 3; place -= 3) text.insert(place - 3, ",");
-    return text;
-}
 
 std::string timeOf(std::time_t time) {
     std::tm local{};
@@ -30,15 +25,15 @@ FreshnessText freshnessText(const Freshness& freshness) {
     if (freshness.isScanning)
         return {.words = grouped(freshness.entriesRead) + " read",
                 .toolTip = "The list grows while the folders are read."};
-    if (freshness.checkedOnly.empty()) return {.words = {}, .toolTip = "Live"};
+    if (!freshness.checkedOnly) return {.words = {}, .toolTip = "Live"};
+    const std::vector<FileURL>& folders = *freshness.checkedOnly;
     std::string toolTip = "Live, but these folders are only checked now and then";
     if (freshness.lastChecked) toolTip += ", last at " + timeOf(freshness.lastChecked);
     toolTip += ":";
-    for (size_t i = 0; i < std::min(kMostNamed, freshness.checkedOnly.size()); i++)
-        toolTip += "\n  • " + displayText(freshness.checkedOnly[i].path());
-    if (freshness.checkedOnly.size() > kMostNamed)
-        toolTip += "\n  • and " +
-                   grouped(static_cast<int64_t>(freshness.checkedOnly.size() - kMostNamed)) +
-                   " more";
+    for (size_t i = 0; i < std::min(kMostNamed, folders.size()); i++)
+        toolTip += "\n  • " + displayText(folders[i].path());
+    if (folders.size() > kMostNamed)
+        toolTip +=
+            "\n  • and " + grouped(static_cast<int64_t>(folders.size() - kMostNamed)) + " more";
     return {.words = {}, .toolTip = toolTip};
 }

@@ -1,11 +1,13 @@
 #include "fileops/moveItem.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <memory>
 
 #include "util/FileIO.h"
 #include "util/Unicode.h"
@@ -32,6 +34,34 @@ int renameOverHolder(const FileURL& from, const FileURL& to) {
     return error;
 }
 
+std::u16string withoutCase(const FileURL& url) {
+    return lowerCasedUnits(ruleText(url.lastPathComponent()));
+}
+
+struct CloseFolder {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
+
+bool isListed(const FileURL& url) {
+    const std::unique_ptr<DIR, CloseFolder> folder(
+        opendir(url.deletingLastPathComponent().c_str()));
+    if (!folder) return true;
+    while (const dirent* const entry = readdir(folder.get()))
+        if (url.lastPathComponent() == entry->d_name) return true;
+    return false;
+}
+
+/// On a disk that takes both names for one. Where case counts, two names of one item are two links,
+/// and both are in the folder's list.
+bool isSameEntry(const FileURL& from, const FileURL& to) {
+    if (from.deletingLastPathComponent() != to.deletingLastPathComponent() ||
+        withoutCase(from) != withoutCase(to))
+        return false;
+    struct stat one, other;
+    return lstat(from.c_str(), &one) == 0 && lstat(to.c_str(), &other) == 0 &&
+           one.st_dev == other.st_dev && one.st_ino == other.st_ino && !isListed(to);
+}
+
 }  // namespace
 
 Result<void> moveItem(const FileURL& from, const FileURL& to) {
@@ -43,6 +73,9 @@ Result<void> moveItem(const FileURL& from, const FileURL& to) {
         if (to.isAtOrBelow(from)) return posixError("Cannot move into itself", EINVAL);
         error = renameOverHolder(from, to);
     }
+    // Only the case of the name changes: nothing is replaced.
+    if (error == EEXIST && isSameEntry(from, to))
+        error = ::rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
     if (error == 0) return {};
     return posixError("Cannot rename " + displayText(from.lastPathComponent()), error);
 }

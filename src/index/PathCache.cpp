@@ -10,6 +10,7 @@
 #include "platform/FileTypes.h"
 #include "util/Unicode.h"
 #include "util/settings/OVUserDefaults.h"
+#include "util/withPrefixReplaced.h"
 
 namespace {
 
@@ -101,7 +102,7 @@ bool PathCache::renameURL(const FileURL& from, const FileURL& to) {
     bool hit = false;
     for (const auto& [url, kind] : myURLs_) {
         if (url == from || url.path().starts_with(below)) {
-            renamed[FileURL(to.path() + url.path().substr(from.path().size()))] = kind;
+            renamed[withPrefixReplaced(url, from, to)] = kind;
             hit = true;
         } else {
             renamed.try_emplace(url, kind);  // what was moved over it has its own kind

@@ -1,16 +1,42 @@
 #include "index/globalRules.h"
 
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <set>
+#include <tuple>
 
 #include "datatypes/ProjectFolder.h"
 #include "util/settings/OVUserDefaults.h"
 
 namespace {
 
-MatchingRules storedRules(const char* key) {
-    const nlohmann::json stored = OVUserDefaults::sharedInstance().arrayForKey(key);
+MatchingRules excludingRules(const nlohmann::json& stored) {
     const auto* array = stored.get_ptr<const nlohmann::json::array_t*>();
     return array ? matchingRules(*array, kRuleExclude) : MatchingRules();
+}
+
+MatchingRules storedRules(const char* key) {
+    return excludingRules(OVUserDefaults::sharedInstance().arrayForKey(key));
+}
+
+/// What the rule means; nothing: it applies to no item.
+using Meaning = std::tuple<std::string, uint8_t, int>;
+std::optional<Meaning> meaningOf(const MatchingRule& rule) {
+    constexpr int kKinds = 7;
+    const bool matches =
+        rule.patternType == kPatternAnything ||
+        (rule.patternType == kPatternRegexp ? rule.regexp != nullptr
+                                            : rule.pattern && !rule.pattern->empty());
+    if (!rule.originalPattern || !matches || !(rule.fileType & kKinds)) return std::nullopt;
+    return Meaning(*rule.originalPattern, rule.originalPatternType, rule.fileType & kKinds);
+}
+
+/// Where all rules exclude, their order and their number have no say.
+std::set<Meaning> meaningsOf(const nlohmann::json& stored) {
+    std::set<Meaning> meanings;
+    for (const MatchingRule& rule : excludingRules(stored))
+        if (auto meaning = meaningOf(rule)) meanings.insert(std::move(*meaning));
+    return meanings;
 }
 
 void append(MatchingRules& rules, const MatchingRules& more) {
@@ -29,6 +55,10 @@ bool takesGlobalRules(const ProjectFolder& folder, RulesFor purpose) {
 GlobalRules GlobalRules::fromSettings() {
     return {.foldersToIgnore = storedRules("globalFoldersToIgnore"),
             .folderRules = storedRules("globalFolderRules")};
+}
+
+bool haveSameEffect(const nlohmann::json& a, const nlohmann::json& b) {
+    return meaningsOf(a) == meaningsOf(b);
 }
 
 FolderRules rulesOfFolder(const ProjectFolder& folder, const GlobalRules& global,

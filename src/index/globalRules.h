@@ -1,4 +1,6 @@
 #pragma once
+#include <nlohmann/json_fwd.hpp>
+
 #include "datatypes/MatchingRule.h"
 
 class ProjectFolder;
@@ -18,6 +20,9 @@ struct GlobalRules {
     MatchingRules folderRules;
     static GlobalRules fromSettings();
 };
+
+/// Whether two stored lists exclude the same items: rules that apply to none have no say.
+bool haveSameEffect(const nlohmann::json& a, const nlohmann::json& b);
 
 /// Who asks: each composes in its own way.
 enum class RulesFor {

@@ -114,7 +114,7 @@ BrowserFolder::BrowserFolder(FileURL url, std::vector<std::string> names, Diacri
     }
 }
 
-std::optional<size_t> BrowserFolder::indexOf(std::string_view name) const {
+size_t BrowserFolder::placeOf(std::string_view name) const {
     const std::u16string key = keyOf(name);
     const auto found = std::lower_bound(entries_.begin(), entries_.end(), name,
                                         [&](const Entry& entry, std::string_view wanted) {
@@ -122,6 +122,10 @@ std::optional<size_t> BrowserFolder::indexOf(std::string_view name) const {
                                             const std::u16string ownKey = keyOf(own);
                                             return ownKey != key ? ownKey < key : own < wanted;
                                         });
-    if (found == entries_.end() || names_[found->name] != name) return std::nullopt;
     return static_cast<size_t>(found - entries_.begin());
+}
+
+std::optional<size_t> BrowserFolder::indexOf(std::string_view name) const {
+    const size_t at = placeOf(name);
+    return at < count() && this->name(at) == name ? std::optional(at) : std::nullopt;
 }

@@ -29,6 +29,8 @@ class BrowserFolder {
     }
     /// Of the text's letters.
     NameMask mask(size_t at) const { return entries_[at].mask; }
+    /// Where the name stands, or would.
+    size_t placeOf(std::string_view name) const;
     /// Nothing for a name that is not there.
     std::optional<size_t> indexOf(std::string_view name) const;
 

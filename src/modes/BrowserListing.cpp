@@ -16,6 +16,12 @@ BrowserListing::BrowserListing(std::shared_ptr<const BrowserFolder> folder, Rank
     : folder_(std::move(folder)), request_(std::move(request)), matcher_(request_) {}
 
 bool BrowserListing::search() {
+    const bool isComplete = findRows();
+    matcher_.searchIsOver();
+    return isComplete;
+}
+
+bool BrowserListing::findRows() {
     if (!matchNames()) return false;
     if (matcher_.matchesEverything()) return true;
     std::sort(rows_.begin(), rows_.end(), [](const Row& a, const Row& b) {

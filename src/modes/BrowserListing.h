@@ -31,6 +31,7 @@ class BrowserListing {
         double score;
         uint32_t entry;
     };
+    bool findRows();
     bool matchNames();
     bool lookAtFiles();
 

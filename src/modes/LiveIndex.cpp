@@ -17,8 +17,9 @@ constexpr auto kShortestRest = 2ms, kRestWithSomethingLeft = 20ms, kLongestRest 
                kLongestPatience = 2000ms;
 }
 
-LiveIndex::LiveIndex(TRVSearchMode& searchMode, const FileTypes& types)
+LiveIndex::LiveIndex(TRVSearchMode& searchMode, TRVMarkedItemsMode& marks, const FileTypes& types)
     : searchMode_(searchMode),
+      marks_(marks),
       handler_(*this, FSScanner::sharedInstance(), types),
       comparison_(handler_, *this) {
     takeDebugFsEventPath();
@@ -122,7 +123,7 @@ void LiveIndex::clearSelection(const FileURL& eventURL) {
 void LiveIndex::itemRenamedFrom(const FileURL& from, const FileURL& to,
                                 const ItemRenamed& renamed) {
     MainQueue::async([this, rename = ItemRename{from, to, renamed.external}] {
-        TRVMarkedItemsMode::sharedInstance().itemRenamedFrom(rename);
+        marks_.itemRenamedFrom(rename);
         searchMode_.itemRenamedFrom(rename);
     });
 }

@@ -11,6 +11,7 @@
 #include "util/queues/OperationQueue.h"
 
 class FileTypes;
+class TRVMarkedItemsMode;
 class TRVSearchMode;
 
 /// Keeps the index of the current project equal to the disk: batches of file-system events go
@@ -19,7 +20,7 @@ class TRVSearchMode;
 /// Threads: process and scheduleResultListUpdate: any.
 class LiveIndex : private FsEventClient {
   public:
-    LiveIndex(TRVSearchMode& searchMode, const FileTypes& types);
+    LiveIndex(TRVSearchMode& searchMode, TRVMarkedItemsMode& marks, const FileTypes& types);
 
     /// What an event stream delivers.
     void process(FileEventBatch batch);
@@ -43,6 +44,7 @@ class LiveIndex : private FsEventClient {
     void rest(Clock::Duration time);
 
     TRVSearchMode& searchMode_;
+    TRVMarkedItemsMode& marks_;
     FsEventHandler handler_;        // fsEventQ's
     ClosingComparison comparison_;  // too
     Relaxed<int64_t> waitingBatches_ = 0;

@@ -45,8 +45,8 @@ void ProjectEventStreams::start(const std::shared_ptr<const Project>& project, u
     if (!hasVolumes) volumesEventStream_->start();
 }
 
-std::vector<FileURL> ProjectEventStreams::unwatchedFolders() const {
-    return eventStream_ ? eventStream_->unwatchedFolders() : std::vector<FileURL>();
+SharedFolders ProjectEventStreams::unwatchedFolders() const {
+    return eventStream_ ? eventStream_->unwatchedFolders() : nullptr;
 }
 
 void ProjectEventStreams::recheckUnwatched() {

@@ -20,7 +20,7 @@ class ProjectEventStreams {
     /// The project's stream, from an id on; the one before ends.
     void start(const std::shared_ptr<const Project>& project, uint64_t sinceWhen);
     /// Folders that get no events, and a new look at them.
-    std::vector<FileURL> unwatchedFolders() const;
+    SharedFolders unwatchedFolders() const;
     void recheckUnwatched();
     /// Ends the project's stream; that of the volumes rests.
     void end();

@@ -164,6 +164,24 @@ std::optional<FileURL> TRVBrowserMode::urlOfFilteredItemAtIndex(size_t row) {
     return rows && row < rows->count() ? std::optional(rows->url(row)) : std::nullopt;
 }
 
+std::vector<TRVMode::FilteredItem> TRVBrowserMode::filteredItemsAtIndexSet(
+    const std::vector<size_t>& rows) {
+    std::vector<FilteredItem> items;
+    const auto shown = listing();
+    for (const size_t row : rows)
+        if (shown && row < shown->count()) items.push_back(shown->item(row));
+    return items;
+}
+
+std::vector<FileURL> TRVBrowserMode::urlsOfFilteredItemsAtIndexSet(
+    const std::vector<size_t>& rows) {
+    std::vector<FileURL> urls;
+    const auto shown = listing();
+    for (const size_t row : rows)
+        if (shown && row < shown->count()) urls.push_back(shown->url(row));
+    return urls;
+}
+
 std::optional<size_t> TRVBrowserMode::rowIndexOfFilteredItemByURL(const FileURL& url) {
     const auto rows = listing();
     return rows ? rows->rowOf(url) : std::nullopt;

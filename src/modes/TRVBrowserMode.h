@@ -86,7 +86,9 @@ class TRVBrowserMode : public TRVModeRepresentingFiles {
     void resultSetReloaded() override;
     uint64_t filteredCount() override { return filteredCount_; }
     FilteredItem filteredItemAtIndex(int64_t index) override;
+    std::vector<FilteredItem> filteredItemsAtIndexSet(const std::vector<size_t>& rows) override;
     std::optional<FileURL> urlOfFilteredItemAtIndex(size_t row) override;
+    std::vector<FileURL> urlsOfFilteredItemsAtIndexSet(const std::vector<size_t>& rows) override;
     std::optional<size_t> rowIndexOfFilteredItemByURL(const FileURL& url) override;
     void prepareRenameSelectionAtRow(size_t row) override;
     void itemRenamedFrom(const ItemRename& rename) override;
@@ -113,7 +115,9 @@ class TRVBrowserMode : public TRVModeRepresentingFiles {
     void goTo(const FileURL& folder, std::optional<Selection> selection);
     void show(const FileURL& folder, const std::u16string& string);
     void reload(bool animated);
-    std::vector<std::string> siblingsOf(const FileURL& folder) const;
+    BrowserFolder foldersIn(const FileURL& parent) const;
+    /// False: it is none to go to.
+    bool browseSibling(const FileURL& left, const FileURL& sibling, bool wantMarked);
 
     const Parts parts_;
     Observable<FileURL> currentDirectoryURL_;

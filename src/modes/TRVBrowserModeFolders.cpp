@@ -1,9 +1,4 @@
-#include <sys/stat.h>
-
-#include <algorithm>
 #include <cerrno>
-#include <climits>
-#include <cstdlib>
 #include <cstring>
 
 #include "index/DirectoryOnDisk.h"
@@ -15,6 +10,7 @@
 #include "shell/registry/KeyboardShortcuts.h"
 #include "util/Unicode.h"
 #include "util/log.h"
+#include "util/withPrefixReplaced.h"
 
 // Where the user is, was, and goes to.
 
@@ -37,18 +33,9 @@ std::optional<FileURL> folderOfDisks() {
     return std::nullopt;
 }
 
-FileURL withPrefixReplaced(const FileURL& url, const ItemRename& rename) {
-    if (!url.hasPrefix(rename.from)) return url;
-    return FileURL(rename.to.path() + url.path().substr(rename.from.path().size()));
+FileURL renamed(const FileURL& url, const ItemRename& rename) {
+    return url.hasPrefix(rename.from) ? withPrefixReplaced(url, rename.from, rename.to) : url;
 }
-
-struct ByName {
-    static std::u16string key(const std::string& name) { return lowerCasedUnits(ruleText(name)); }
-    bool operator()(const std::string& a, const std::string& b) const {
-        const std::u16string ka = key(a), kb = key(b);
-        return ka != kb ? ka < kb : a < b;
-    }
-};
 
 }  // namespace
 
@@ -181,47 +168,48 @@ bool TRVBrowserMode::browseSelection(const std::vector<FileURL>& urls) {
 
 // ---- Beside it
 
-std::vector<std::string> TRVBrowserMode::siblingsOf(const FileURL& folder) const {
+BrowserFolder TRVBrowserMode::foldersIn(const FileURL& parent) const {
     Relaxed<bool> abort = false;
-    auto names = FSScanner::subdirectoriesOfPath(folder.deletingLastPathComponent(),
-                                                 {.hideDotFiles = dirSearchHidesDotFiles_,
-                                                  .visibleItemTypes = kFoldersOnly,
-                                                  .treatBundlesAsFiles = false},
-                                                 parts_.fileTypes, abort);
-    std::sort(names.begin(), names.end(), ByName());
-    return names;
+    return BrowserFolder(parent,
+                         FSScanner::subdirectoriesOfPath(parent,
+                                                         {.hideDotFiles = dirSearchHidesDotFiles_,
+                                                          .visibleItemTypes = kFoldersOnly,
+                                                          .treatBundlesAsFiles = false},
+                                                         parts_.fileTypes, abort),
+                         BrowserFolder::Diacritics::kept);
+}
+
+bool TRVBrowserMode::browseSibling(const FileURL& left, const FileURL& sibling, bool wantMarked) {
+    if (wantMarked && !parts_.marks.markedItemsCache().containsURL(sibling)) return false;
+    const auto real = realPath(sibling);
+    if (!real || !isDirectoryBehindLinks(*real)) return false;
+    MainQueue::sync([&] {
+        if (!anchstorDirectorySelectionStack_.empty()) {
+            ParentDirectorySelection& level = anchstorDirectorySelectionStack_.back();
+            level.originalChildDirectoryUrl = sibling;
+            level.selectedRowIndexes.clear();
+        }
+        selectionForSibling_[left] = selection();
+        searchStringForSibling_[left] = searchString();
+    });
+    browsePath(sibling, BundleAs::folder);
+    return true;
 }
 
 bool TRVBrowserMode::browseSiblingDirectoryPreceding(bool preceding, bool wantMarked) {
     const FileURL left = currentDirectoryURL();
     if (left.empty() || left.path() == "/") return false;
-    const FileURL parent = left.deletingLastPathComponent();
-    std::vector<std::string> names = siblingsOf(left);
+    const BrowserFolder siblings = foldersIn(left.deletingLastPathComponent());
     // The folder itself need not be among them: it may be hidden, or gone.
-    const std::string own(left.lastPathComponent());
-    auto at = std::lower_bound(names.begin(), names.end(), own, ByName());
-    std::vector<std::string> candidates;
-    if (preceding)
-        candidates.assign(std::make_reverse_iterator(at), names.rend());
-    else
-        candidates.assign(at != names.end() && *at == own ? at + 1 : at, names.end());
-    for (const std::string& name : candidates) {
-        const FileURL sibling = parent.appending(name);
-        if (wantMarked && !parts_.marks.markedItemsCache().containsURL(sibling)) continue;
-        const auto real = realPath(sibling);
-        if (!real || !isDirectoryBehindLinks(*real)) continue;
-        MainQueue::sync([&] {
-            if (!anchstorDirectorySelectionStack_.empty()) {
-                ParentDirectorySelection& level = anchstorDirectorySelectionStack_.back();
-                level.originalChildDirectoryUrl = sibling;
-                level.selectedRowIndexes.clear();
-            }
-            selectionForSibling_[left] = selection();
-            searchStringForSibling_[left] = searchString();
-        });
-        browsePath(sibling, BundleAs::folder);
-        return true;
+    size_t at = siblings.placeOf(left.lastPathComponent());
+    if (preceding) {
+        while (at-- > 0)
+            if (browseSibling(left, siblings.urlOf(at), wantMarked)) return true;
+        return false;
     }
+    if (siblings.indexOf(left.lastPathComponent())) at++;
+    for (; at < siblings.count(); at++)
+        if (browseSibling(left, siblings.urlOf(at), wantMarked)) return true;
     return false;
 }
 
@@ -274,22 +262,20 @@ void TRVBrowserMode::prepareRenameSelectionAtRow(size_t row) {
 
 void TRVBrowserMode::itemRenamedFrom(const ItemRename& rename) {
     for (ParentDirectorySelection& level : anchstorDirectorySelectionStack_)
-        level.originalChildDirectoryUrl =
-            withPrefixReplaced(level.originalChildDirectoryUrl, rename);
-    const auto renamed = [&](auto& siblings) {
+        level.originalChildDirectoryUrl = renamed(level.originalChildDirectoryUrl, rename);
+    const auto renameKeys = [&](auto& siblings) {
         std::remove_reference_t<decltype(siblings)> moved;
-        for (auto& [url, value] : siblings)
-            moved[withPrefixReplaced(url, rename)] = std::move(value);
+        for (auto& [url, value] : siblings) moved[renamed(url, rename)] = std::move(value);
         siblings = std::move(moved);
     };
-    renamed(selectionForSibling_);
-    renamed(searchStringForSibling_);
+    renameKeys(selectionForSibling_);
+    renameKeys(searchStringForSibling_);
     if (auto& saved = selection()) {
         saved->renamePath(rename.from, rename.to);
         saved->clipOrigin = {};
     }
     const FileURL here = currentDirectoryURL();
-    if (here.hasPrefix(rename.from)) currentDirectoryURL_.set(withPrefixReplaced(here, rename));
+    if (here.hasPrefix(rename.from)) currentDirectoryURL_.set(renamed(here, rename));
     MainQueue::async([this] { reload(true); });
 }
 

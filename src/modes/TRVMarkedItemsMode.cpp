@@ -190,10 +190,10 @@ std::optional<FileURL> TRVMarkedItemsMode::matchingItemToURL(const MatchingItem&
 std::vector<RowContent> TRVMarkedItemsMode::rowContents(size_t first, size_t count) {
     const auto display = attributeDisplay();
     std::vector<RowContent> rows;
-    for (size_t row = first; row < first + count; row++) {
-        const FilteredItem found = filteredItemAtIndex(static_cast<int64_t>(row));
+    for (const FilteredItem& found : filteredItemsFrom(first, count)) {
         const auto* item = dynamic_cast<const MatchingMarkedItem*>(found.get());
         if (!item) break;
+        const size_t row = first + rows.size();
         RowContent& content = rows.emplace_back(
             makeFileRow(*item, item->url, item->matchFilenameOnly, fileTypes_, display));
         decorate(content, row, item->url);

@@ -7,7 +7,6 @@
 #include "modes/framework/FileSorter.h"
 #include "modes/framework/ModeHost.h"
 #include "screen/Alerts.h"
-#include "util/Unicode.h"
 #include "util/World.h"
 #include "util/settings/OVUserDefaults.h"
 
@@ -18,11 +17,6 @@ enum DeleteAnswer : size_t { kMoveToTrash, kRemoveFromRecentItems };
 
 bool isNewer(const MatchingRecentItem& a, const MatchingRecentItem& b) {
     return a.timestamp > b.timestamp;
-}
-
-std::string described(const std::vector<FileURL>& urls) {
-    if (urls.size() > 1) return std::to_string(urls.size()) + " items";
-    return "\"" + displayText(urls.front().lastPathComponent()) + "\"";
 }
 
 }  // namespace
@@ -126,10 +120,10 @@ std::vector<RowContent> TRVRecentMode::rowContents(size_t first, size_t count) {
     const std::time_t now = std::time(nullptr);
     const auto display = attributeDisplay();
     std::vector<RowContent> rows;
-    for (size_t row = first; row < first + count; row++) {
-        const FilteredItem found = filteredItemAtIndex(static_cast<int64_t>(row));
+    for (const FilteredItem& found : filteredItemsFrom(first, count)) {
         const auto* item = dynamic_cast<const MatchingRecentItem*>(found.get());
         if (!item) break;
+        const size_t row = first + rows.size();
         RowContent& content = rows.emplace_back(
             makeFileRow(*item, item->url, item->matchFilenameOnly, fileTypes_, display));
         decorate(content, row, item->url);
@@ -144,10 +138,9 @@ std::vector<RowContent> TRVRecentMode::rowContents(size_t first, size_t count) {
 
 void TRVRecentMode::deleteItems(const std::vector<FileURL>& urls) {
     if (urls.empty()) return;
-    const std::string items = described(urls);
     const size_t answer = host().askPreventingHiding(
-        {.title = "Move " + items + " to Trash",
-         .text = "Do you want to move " + items + " to the Trash?",
+        {.title = "Move " + quotedItems(urls) + " to Trash",
+         .text = trashQuestion(urls),
          .buttons = {"Move to Trash", "Remove from Recent Items", "Cancel"},
          .buttonOfSpace = kRemoveFromRecentItems});
     if (answer == kMoveToTrash) host().moveToTrash(urls);

@@ -37,7 +37,7 @@ TRVSearchMode::TRVSearchMode(const FileTypes& fileTypes, FileEvents& fileEvents,
       caches_(*this, fileTypes),
       streams_(fileEvents, [this](FileEventBatch batch) { liveIndex_.process(std::move(batch)); }),
       numberOfThreads_(rankingThreads()),
-      liveIndex_(*this, fileTypes) {
+      liveIndex_(*this, marks, fileTypes) {
     projectSubscription_ = currentProject_.observe(
         [this](const auto& old, const auto& project) { currentProjectDidChange(old, project); });
     scanParameterSubscription_ = Notifications::sharedInstance().scanParameterModified.observe(
@@ -243,18 +243,27 @@ void TRVSearchMode::readFilteredItems(FunctionRef<void(const match_array_t&)> bl
 
 namespace {
 
-std::vector<RowLine> linesOf(const match_t& match, const AttributeDisplay& display) {
-    const fs_item_metadata* metadata = match.item->metadata;
-    return metadata
-               ? attributeLines(*metadata, display,
-                                match.matchingCriterions ? &*match.matchingCriterions : nullptr)
-               : std::vector<RowLine>();
-}
+/// What a row's lines are made of, outside the section.
+struct Attributes {
+    std::optional<fs_item_metadata> metadata = {};
+    std::optional<IndexSet> criterions = {};
+
+    explicit Attributes(const match_t& match) {
+        if (!match.item->metadata) return;
+        metadata = *match.item->metadata;
+        criterions = match.matchingCriterions;
+    }
+    std::vector<RowLine> lines(const AttributeDisplay& display) const {
+        if (!metadata) return {};
+        return attributeLines(*metadata, display, criterions ? &*criterions : nullptr);
+    }
+};
 
 }  // namespace
 
 std::vector<RowContent> TRVSearchMode::rowContents(size_t first, size_t count) {
     std::vector<RowContent> rows;
+    std::vector<Attributes> attributes;
     const auto display = attributeDisplay();
     readFilteredItems([&](const match_array_t& matches) {
         for (size_t row = first; row < matches.size() && rows.size() < count; row++) {
@@ -266,12 +275,14 @@ std::vector<RowContent> TRVSearchMode::rowContents(size_t first, size_t count) {
                 makeRowText(match.item->nameView(), folder.path(), match.matchedIndexes.items(),
                             match.indexesInFilename));
             content.iconName = fileTypes_.iconNameForItem(url, match.item->type);
-            if (display) content.attributes = linesOf(match, *display);
+            if (display) attributes.emplace_back(match);
             content.isLink = (match.item->type & ITEM_SYMLINK) != 0;
             if (content.isLink) content.linkPath = url.path();
             decorate(content, row, url);
         }
     });
+    for (size_t i = 0; i < attributes.size(); i++)
+        rows[i].attributes = attributes[i].lines(*display);
     return rows;
 }
 
@@ -281,6 +292,16 @@ std::optional<FileURL> TRVSearchMode::urlOfFilteredItemAtIndex(size_t row) {
         if (row < matches.size() && matches[row]) url = fs_item_url(matches[row]->item);
     });
     return url;
+}
+
+std::vector<FileURL> TRVSearchMode::urlsOfFilteredItemsAtIndexSet(const std::vector<size_t>& rows) {
+    std::vector<FileURL> urls;
+    readFilteredItems([&](const match_array_t& matches) {
+        for (const size_t row : rows)
+            if (row < matches.size() && matches[row])
+                urls.push_back(fs_item_url(matches[row]->item));
+    });
+    return urls;
 }
 
 std::optional<size_t> TRVSearchMode::rowIndexOfFilteredItemByURL(const FileURL& url) {

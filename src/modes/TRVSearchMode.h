@@ -128,6 +128,7 @@ class TRVSearchMode : public TRVModeSupportingPath, public IndexObserver {
 
     /// The path of a row, nothing past the end. Outside sections, any thread.
     std::optional<FileURL> urlOfFilteredItemAtIndex(size_t row) override;
+    std::vector<FileURL> urlsOfFilteredItemsAtIndexSet(const std::vector<size_t>& rows) override;
     std::optional<size_t> rowIndexOfFilteredItemByURL(const FileURL& url) override;
     /// No rows, whatever was shown. Outside sections.
     void deleteFilteredItems();

@@ -230,7 +230,7 @@ Freshness TRVSearchMode::freshness() const {
     return {.hasProject = currentProject() != nullptr,
             .isScanning = scanning,
             .entriesRead = scanned_,
-            .checkedOnly = scanning ? std::vector<FileURL>() : streams_.unwatchedFolders(),
+            .checkedOnly = scanning ? nullptr : streams_.unwatchedFolders(),
             .lastChecked = lastChecked_};
 }
 

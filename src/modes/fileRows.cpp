@@ -20,6 +20,15 @@ RowContent makeFileRow(const MatchingFileSystemItem& item, const FileURL& url,
     return row;
 }
 
+std::string quotedItems(const std::vector<FileURL>& urls) {
+    if (urls.size() > 1) return std::to_string(urls.size()) + " items";
+    return "\"" + displayText(urls.front().lastPathComponent()) + "\"";
+}
+
+std::string trashQuestion(const std::vector<FileURL>& urls) {
+    return "Do you want to move " + quotedItems(urls) + " to the Trash?";
+}
+
 std::string nameOfProject(const Project& project) {
     return displayText(project.isVirtualProject() ? textToPath(project.name) : project.name);
 }

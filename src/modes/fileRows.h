@@ -15,6 +15,9 @@ class Project;
 RowContent makeFileRow(const MatchingFileSystemItem& item, const FileURL& url,
                        bool matchFilenameOnly, const FileTypes& fileTypes,
                        const std::optional<AttributeDisplay>& display);
+/// For questions: the name in double quotes, or "3 items". Not for none.
+std::string quotedItems(const std::vector<FileURL>& urls);
+std::string trashQuestion(const std::vector<FileURL>& urls);
 /// For the user; that of a virtual project is a path.
 std::string nameOfProject(const Project& project);
 

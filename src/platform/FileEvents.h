@@ -44,6 +44,9 @@ struct FileEvent {
 };
 using FileEventBatch = std::vector<FileEvent>;
 
+/// Very many, perhaps. Null: none.
+using SharedFolders = std::shared_ptr<const std::vector<FileURL>>;
+
 /// What happens below some folders, from its making to its end. Not started until start.
 /// Owner:   who made it. Threads: main.
 class FileEventStream {
@@ -57,7 +60,7 @@ class FileEventStream {
 
     /// The folders that get no events, with all below them, since the system has no watch left for
     /// them. They are only listed, by recheckUnwatched.
-    virtual std::vector<FileURL> unwatchedFolders() const { return {}; }
+    virtual SharedFolders unwatchedFolders() const { return {}; }
     /// Lists them in the background; those that hold something else than before are told as
     /// MustScanSubDirs. For when somebody is about to look at them.
     virtual void recheckUnwatched() {}

@@ -25,6 +25,9 @@ enum ModifierFlag : uint64_t {
     kModifierNumericPad = 2097152,
     kModifierFunction = 8388608,
 };
+/// The keys that are held with another one; the other two flags tell of that one.
+constexpr uint64_t kHeldModifiers =
+    kModifierShift | kModifierControl | kModifierOption | kModifierCommand;
 
 /// Sees each key event of any window of ours before the window does. Main thread.
 class KeyEvents {

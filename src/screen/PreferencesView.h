@@ -24,11 +24,13 @@ struct PreferencesRow {
     size_t chosen = 0;
     std::string message = {};  // on what was last entered
     bool isMessageAnError = false;
+    friend bool operator==(const PreferencesRow&, const PreferencesRow&) = default;
 };
 struct PreferencesSection {
     std::string title;
     std::string explanation;
     std::vector<PreferencesRow> rows;
+    friend bool operator==(const PreferencesSection&, const PreferencesSection&) = default;
 };
 using PreferencesForm = std::vector<PreferencesSection>;
 

@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr uint64_t kCounted =
-    kModifierShift | kModifierControl | kModifierOption | kModifierCommand;
 constexpr char16_t kControlW = 23;
 
 struct SecondKey {
@@ -44,7 +42,7 @@ bool deletesWord(uint64_t keyCode, uint64_t flags) {
 }  // namespace
 
 KeyEvent withSecondKeysTranslated(KeyEvent event) {
-    const uint64_t flags = event.modifierFlags & kCounted;
+    const uint64_t flags = event.modifierFlags & kHeldModifiers;
     if (deletesWord(event.keyCode, flags)) {
         event.keyCode = kKeyW;
         event.modifierFlags = kModifierControl;

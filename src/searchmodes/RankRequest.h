@@ -23,6 +23,8 @@ class RegexEngine {
     /// There are terms that must not match, and none that must.
     virtual bool didExcludingSearchOnly() const = 0;
     virtual bool match(std::u16string_view text, IndexSet& indexes, double& totalScore) = 0;
+    /// No match is ended any more because the search is stale.
+    virtual void ignoreStale() {}
     /// Letters without which match() refuses an ASCII text.
     virtual NameMask needOfAscii() const { return 0; }
 };

@@ -113,6 +113,17 @@ std::function<std::unique_ptr<RegexEngine>(std::u16string_view)> RegexSearch::ma
     };
 }
 
+void RegexSearch::ignoreStale() {
+    stale_ = nullptr;
+    for (auto* const expressions : {&inR_, &exR_}) {
+        for (Expression& each : *expressions) {
+            UErrorCode status = U_ZERO_ERROR;
+            uregex_setMatchCallback(each.regexp.get(), nullptr, nullptr, &status);
+            uregex_setFindProgressCallback(each.regexp.get(), nullptr, nullptr, &status);
+        }
+    }
+}
+
 NameMask RegexSearch::needOfAscii() const {
     NameMask need = 0;
     for (size_t k = 0; k < inR_.size(); k++) {

@@ -30,6 +30,7 @@ class RegexSearch final : public RegexEngine {
 
     size_t numberOfSearchTerms() const override { return inLen() + exLen(); }
     bool didExcludingSearchOnly() const override { return inLen() == 0 && exLen() > 0; }
+    void ignoreStale() override;
     NameMask needOfAscii() const override;
     /// What did compile.
     size_t inLen() const { return inR_.size(); }
@@ -56,7 +57,7 @@ class RegexSearch final : public RegexEngine {
     Outcome find(Expression& expression, std::u16string_view text, TextRange* range = nullptr);
     bool isStale() const { return stale_ && *stale_; }
 
-    const Relaxed<bool>* const stale_;
+    const Relaxed<bool>* stale_;
     std::vector<std::u16string> in_, ex_;  // all terms with their signs
     std::vector<Expression> inR_, exR_;    // those that compile
 };

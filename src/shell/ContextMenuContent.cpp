@@ -1,10 +1,7 @@
 #include "shell/ContextMenuContent.h"
 
-#include <algorithm>
-
 namespace {
 
-constexpr size_t kItemsLookedAt = 100;
 constexpr auto kPaste = "CopyOrMoveSource";
 
 MenuItem openWith(const contextMenuContent::Facts* facts) {
@@ -39,16 +36,9 @@ KeyboardShortcutEntries contextMenuContent::commandsOf(const KeyboardShortcuts& 
 contextMenuContent::Facts contextMenuContent::factsOf(const std::vector<FileURL>& items,
                                                       const KeyboardShortcutEntries& commands,
                                                       const Applications& applications) {
-    const size_t count = std::min(items.size(), kItemsLookedAt);
-    const std::vector<FileURL> some(items.begin(), items.begin() + static_cast<long>(count));
-    Facts facts;
-    for (const KeyboardShortcutEntry& entry : commands) {
-        if (!entry.definition) continue;
-        if (const auto usable = entry.definition->usableOnPaths(some); !usable)
-            facts.refusals[entry.definition->identifier()] = usable.error().description;
-    }
-    facts.openers = applications.applicationsForItems(some);
-    return facts;
+    const std::vector<FileURL> some = itemsLookedAt(items);
+    return {.refusals = refusalsOf(some, commands),
+            .openers = applications.applicationsForItems(some)};
 }
 
 std::vector<MenuItem> contextMenuContent::items(const KeyboardShortcutEntries& commands,
@@ -69,10 +59,10 @@ std::vector<MenuItem> contextMenuContent::items(const KeyboardShortcutEntries& c
                       .isEnabled = command.enabled()};
         if (command.identifier() == kPaste && !canPaste) {
             item.isEnabled = false;
-            item.toolTip = "Mark an item as copy/move source first!";
+            item.toolTip = kNoSource;
         }
-        const auto refusal = facts ? facts->refusals.find(item.identifier)
-                                   : std::map<std::string, std::string>::const_iterator();
+        const auto refusal =
+            facts ? facts->refusals.find(item.identifier) : Refusals::const_iterator();
         if (facts && refusal != facts->refusals.end()) {
             item.isEnabled = false;
             item.toolTip = refusal->second;

@@ -1,11 +1,10 @@
 #pragma once
-#include <map>
 #include <string>
 #include <vector>
 
 #include "platform/Applications.h"
 #include "screen/MenuView.h"
-#include "shell/registry/KeyboardShortcuts.h"
+#include "shell/refusals.h"
 
 /// What stands in the context menu of a row: the applications that open the items, and the commands
 /// that the user wants there, in the order of the registry.
@@ -20,7 +19,7 @@ KeyboardShortcutEntries commandsOf(const KeyboardShortcuts& shortcuts, uint64_t 
 
 /// What only the disk knows about the items.
 struct Facts {
-    std::map<std::string, std::string> refusals;  // by the command's identifier
+    Refusals refusals;
     std::vector<Applications::Opener> openers;
 };
 /// Waits for the disk. Of very many items it looks at the first ones.

@@ -16,8 +16,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto kHolding = 1s;
-constexpr uint64_t kModifiers =
-    kModifierShift | kModifierControl | kModifierOption | kModifierCommand;
 
 std::string nameOfMode(uint64_t mode) {
     constexpr const char* kNames[] = {"Search",   "Browser", "Recent Items",  "Marked Items",
@@ -85,7 +83,7 @@ void Help::helpFilterDidChange(const std::string& filter) {
 
 bool Help::sendEvent(const KeyEvent& event) {
     if (parts_.view.shown() == HelpView::Kind::sheet) {
-        heldModifiers_ = event.modifierFlags & kModifiers;
+        heldModifiers_ = event.modifierFlags & kHeldModifiers;
         return event.kind == KeyEvent::Kind::down && handleKeyOfSheet(event);
     }
     watchHolding(event);
@@ -97,7 +95,7 @@ bool Help::handleKeyOfSheet(const KeyEvent& event) {
         const auto definition = parts_.shortcuts.keyboardShortcutDefinitionFor(identifier);
         return definition && definition->matchesKeysOf(event) ? definition : nullptr;
     };
-    const bool isEscape = event.keyCode == kKeyEscape && !(event.modifierFlags & kModifiers);
+    const bool isEscape = event.keyCode == kKeyEscape && !(event.modifierFlags & kHeldModifiers);
     if (isEscape || isKeyOf("ShowHelp")) {
         if (!event.isRepeat) parts_.view.hide();
         return true;
@@ -114,7 +112,7 @@ bool Help::handleKeyOfSheet(const KeyEvent& event) {
 // ---- Holding
 
 void Help::watchHolding(const KeyEvent& event) {
-    const uint64_t modifiers = event.modifierFlags & kModifiers;
+    const uint64_t modifiers = event.modifierFlags & kHeldModifiers;
     const uint64_t before = std::exchange(heldModifiers_, modifiers);
     const bool isModifier = event.kind == KeyEvent::Kind::flagsChanged;
     if (isModifier && modifiers == before) return;  // auto-repeat
@@ -124,34 +122,62 @@ void Help::watchHolding(const KeyEvent& event) {
 }
 
 void Help::startHolding() {
-    holding_.start(kHolding, [this] { showKeysForSelection(); });
+    holding_.start(kHolding, [this] { askDisk(); });
 }
 
 void Help::selectionDidChange() {
-    if (!holding_.isRunning() && parts_.view.shown() != HelpView::Kind::passing) return;
+    const bool isHeld = holding_.isRunning() || isAsking_;
+    if (!isHeld && parts_.view.shown() != HelpView::Kind::passing) return;
     endHolding();
     startHolding();
 }
 
 void Help::endHolding() {
-    holding_.stop();
+    stopWaiting();
     if (parts_.view.shown() == HelpView::Kind::passing) parts_.view.hide();
 }
 
-void Help::showKeysForSelection() {
+void Help::stopWaiting() {
+    holding_.stop();
+    asking_++;
+    isAsking_ = false;
+}
+
+TRVModeRepresentingFiles* Help::modeInUse() const {
     auto* const mode = dynamic_cast<TRVModeRepresentingFiles*>(parts_.host.currentMode());
     const bool hasTheUser = parts_.window.isMainWindowVisible() && parts_.application.isActive() &&
                             !parts_.guard.isHidingPrevented();
-    if (!mode || !hasTheUser || mode->renameState() != 0 || parts_.view.shown()) return;
-    const std::vector<FileURL> items = mode->clickedOrSelectedURLs();
-    auto groups = helpContent::keysForSelection({parts_.shortcuts, mode->identifier()}, items);
+    return mode && hasTheUser && mode->renameState() == 0 && !parts_.view.shown() ? mode : nullptr;
+}
+
+void Help::askDisk() {
+    TRVModeRepresentingFiles* const mode = modeInUse();
+    if (!mode) return;
+    std::vector<FileURL> items = mode->clickedOrSelectedURLs();
+    if (items.empty()) return;
+    isAsking_ = true;
+    queue_.addBlock(
+        [this, asking = ++asking_, items = std::move(items),
+         commands = helpContent::commandsForSelection({parts_.shortcuts, mode->identifier()})] {
+            auto refusals = refusalsOf(itemsLookedAt(items), commands);
+            MainQueue::async([this, asking, items, refusals = std::move(refusals)] {
+                if (asking == asking_) showKeysForSelection(items, refusals);
+            });
+        });
+}
+
+void Help::showKeysForSelection(const std::vector<FileURL>& items, const Refusals& refusals) {
+    isAsking_ = false;
+    TRVModeRepresentingFiles* const mode = modeInUse();
+    if (!mode || mode->clickedOrSelectedURLs() != items) return;
+    auto groups = helpContent::keysForSelection({parts_.shortcuts, mode->identifier()}, refusals);
     if (groups.empty()) return;
     parts_.view.show(HelpView::Kind::passing,
                      {.title = describe(items), .groups = std::move(groups)});
 }
 
 void Help::reset() {
-    holding_.stop();
+    stopWaiting();
     heldModifiers_ = 0;
     if (parts_.view.shown()) parts_.view.hide();
 }

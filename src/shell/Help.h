@@ -4,17 +4,21 @@
 
 #include "screen/HelpView.h"
 #include "screen/KeyEvent.h"
+#include "shell/refusals.h"
 #include "util/queues/MainQueue.h"
+#include "util/queues/OperationQueue.h"
 
 class HidingGuard;
-class KeyboardShortcuts;
 class ModeHost;
 class OwnApplication;
 class SearchWindowController;
+class TRVModeRepresentingFiles;
 
 /// The list of all keys of the current mode, which a command shows and hides, and the keys for the
 /// selection, which show while Ctrl alone is held for longer than a second.
-/// Owner:   AppDelegate. Threads: main. Sees each key event before the windows do.
+/// Owner:   AppDelegate. Threads: main; a queue of its own asks the disk. Sees each key event
+/// before
+///          the windows do.
 class Help : private HelpViewDelegate {
   public:
     struct Parts {
@@ -42,7 +46,11 @@ class Help : private HelpViewDelegate {
     void watchHolding(const KeyEvent& event);
     void startHolding();
     void endHolding();
-    void showKeysForSelection();
+    void stopWaiting();
+    /// The current mode, where it shows files that the user can do something to.
+    TRVModeRepresentingFiles* modeInUse() const;
+    void askDisk();
+    void showKeysForSelection(const std::vector<FileURL>& items, const Refusals& refusals);
     HelpContent sheetContent(const std::string& filter) const;
     void helpFilterDidChange(const std::string& filter) override;
     void helpWantsToClose() override { parts_.view.hide(); }
@@ -52,4 +60,7 @@ class Help : private HelpViewDelegate {
     std::string title_;
     uint64_t heldModifiers_ = 0;
     OneShotTimer holding_;
+    bool isAsking_ = false;
+    uint64_t asking_ = 0;  // the answer to an earlier question is of no use
+    OperationQueue queue_{"helpQ", 1, Qos::userInitiated, OperationQueue::Order::newestFirst};
 };

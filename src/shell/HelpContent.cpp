@@ -14,9 +14,6 @@ using helpContent::keyCaps;
 using helpContent::Subject;
 using Groups = std::vector<HelpGroup>;
 
-// Larger selections are judged by their first items: each asks the disk.
-constexpr size_t kItemsLookedAt = 100;
-
 // Commands that work on what is selected: all of these sections, and some of others.
 constexpr std::array<std::string_view, 2> kSelectionSections = {"Selection", "File Management"};
 constexpr std::array<std::string_view, 6> kSelectionCommands = {
@@ -27,6 +24,11 @@ constexpr std::string_view kUserSection = "User Defined";
 template <size_t N>
 bool contains(const std::array<std::string_view, N>& list, std::string_view word) {
     return std::find(list.begin(), list.end(), word) != list.end();
+}
+
+bool isOfSelection(std::string_view section, const KeyboardShortcutDefinition& definition) {
+    return contains(kSelectionSections, section) || section == kUserSection ||
+           contains(kSelectionCommands, definition.identifier());
 }
 
 void addWithSecondKeys(HelpLine& line, uint64_t keyCode, uint64_t modifierFlags) {
@@ -136,18 +138,24 @@ std::vector<HelpGroup> helpContent::allKeys(const Subject& subject) {
     return groupsOf(subject, Which::all, [](auto&, auto&) { return true; });
 }
 
+KeyboardShortcutEntries helpContent::commandsForSelection(const Subject& subject) {
+    KeyboardShortcutEntries commands;
+    std::string_view section;
+    for (const KeyboardShortcutEntry& entry : subject.shortcuts.allActionKeyboardShortcuts()) {
+        if (!entry.definition)
+            section = entry.title;
+        else if (entry.definition->matchesMode(subject.mode) &&
+                 isOfSelection(section, *entry.definition))
+            commands.push_back(entry);
+    }
+    return commands;
+}
+
 std::vector<HelpGroup> helpContent::keysForSelection(const Subject& subject,
-                                                     const std::vector<FileURL>& items) {
-    if (items.empty()) return {};
-    const std::vector<FileURL> examined(
-        items.begin(),
-        items.begin() + static_cast<std::ptrdiff_t>(std::min(items.size(), kItemsLookedAt)));
+                                                     const Refusals& refusals) {
     const auto counts = [&](const std::string& section,
                             const KeyboardShortcutDefinition& definition) {
-        const bool isOfSelection = contains(kSelectionSections, section) ||
-                                   contains(kSelectionCommands, definition.identifier()) ||
-                                   section == kUserSection;
-        return isOfSelection && definition.usableOnPaths(examined);
+        return isOfSelection(section, definition) && !refusals.contains(definition.identifier());
     };
     Groups groups = groupsOf(subject, Which::ofSelection, counts);
     for (HelpGroup& group : groups)

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "screen/HelpView.h"
-#include "shell/registry/KeyboardShortcuts.h"
+#include "shell/refusals.h"
 #include "util/FileURL.h"
 
 /// What the help says: which keys do what in a mode, with the keys as the user has them now.
@@ -17,8 +17,10 @@ struct Subject {
 
 /// Every command of the mode, once, and the fixed keys. A command without keys is there too.
 std::vector<HelpGroup> allKeys(const Subject& subject);
-/// What can be done to these items by keys; nothing without items. Asks the disk what they are.
-std::vector<HelpGroup> keysForSelection(const Subject& subject, const std::vector<FileURL>& items);
+/// The commands of the mode that work on what is selected.
+KeyboardShortcutEntries commandsForSelection(const Subject& subject);
+/// What can be done by keys to items that refuse these commands.
+std::vector<HelpGroup> keysForSelection(const Subject& subject, const Refusals& refusals);
 /// Lines in which each word of the filter occurs: in the name, the keys ("ctrl+shift") or the
 /// group's title, whatever the case.
 std::vector<HelpGroup> filtered(const std::vector<HelpGroup>& groups, const std::string& filter);

@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
 
 #include "core/HidingGuard.h"
 #include "core/ModeSwitcher.h"
@@ -22,11 +25,14 @@
 #include "util/Unicode.h"
 #include "util/log.h"
 
+using namespace std::chrono_literals;
+
 namespace {
 
 constexpr char16_t kControlW = 23;
 constexpr uint64_t kCommandArrow = kModifierCommand | kModifierNumericPad | kModifierFunction;
 constexpr uint64_t kShift = kModifierShift;
+constexpr auto kPatience = 500ms;  // with a disk, while the user waits
 
 bool showsFiles(const TRVMode& mode) {
     return (mode.identifier() & kFileModes) != 0;
@@ -39,15 +45,13 @@ bool isHistoryCommand(const KeyboardShortcutDefinition& definition) {
            kCommands.end();
 }
 
-/// A folder that has gone is another matter, and told as such.
+/// A folder that has gone is another matter, and told as such. Waits for the disk, which will
+/// answer at once when the mode asks it for the same item.
 bool mayBeRenamed(const FileURL& url) {
     const FileURL folder = url.deletingLastPathComponent();
-    return access(folder.c_str(), W_OK) == 0 || errno == ENOENT || errno == ENOTDIR;
-}
-
-std::vector<FileURL> selectedURLs(TRVMode& mode) {
-    auto* const files = dynamic_cast<TRVModeRepresentingFiles*>(&mode);
-    return files ? files->clickedOrSelectedURLs() : std::vector<FileURL>();
+    if (access(folder.c_str(), W_OK) != 0) return errno == ENOENT || errno == ENOTDIR;
+    (void)access(url.c_str(), F_OK);
+    return true;
 }
 
 }  // namespace
@@ -204,7 +208,12 @@ void SearchFieldKeys::rename(TRVMode& mode) {
     if (rows.size() != 1) return;
     updateSearchStringHistory(parts_.host);
     const auto url = files->selectedURLOfFilteredItemAtIndex(rows.front());
-    if (url && !mayBeRenamed(*url)) {
+    const auto may = url ? askDisk(*url) : true;
+    if (!may) {
+        parts_.messages.error("The disk does not answer");
+        return;
+    }
+    if (!*may) {
         parts_.host.askPreventingHiding(
             {.style = Alert::Style::critical,
              .title = "Permission denied",
@@ -217,6 +226,25 @@ void SearchFieldKeys::rename(TRVMode& mode) {
     files->prepareRenameSelectionAtRow(rows.front());
 }
 
+// It waits, but not for long: the keys that follow are for the editor.
+std::optional<bool> SearchFieldKeys::askDisk(const FileURL& url) {
+    struct Answer {
+        std::mutex mutex;
+        std::condition_variable comes;
+        std::optional<bool> mayBeRenamed;
+    };
+    const auto answer = std::make_shared<Answer>();
+    renameQ_.addBlock([answer, url] {
+        const bool may = mayBeRenamed(url);
+        const std::lock_guard lock(answer->mutex);
+        answer->mayBeRenamed = may;
+        answer->comes.notify_all();
+    });
+    std::unique_lock lock(answer->mutex);
+    answer->comes.wait_for(lock, kPatience, [&] { return answer->mayBeRenamed.has_value(); });
+    return answer->mayBeRenamed;
+}
+
 void SearchFieldKeys::deleteSelection(TRVMode& mode) {
     auto* const files = dynamic_cast<TRVModeRepresentingFiles*>(&mode);
     if (!files || !showsFiles(mode)) return;
@@ -226,7 +254,7 @@ void SearchFieldKeys::deleteSelection(TRVMode& mode) {
 
 bool SearchFieldKeys::copyToClipboard(bool filenameOnly, TRVMode& mode) {
     updateSearchStringHistory(parts_.host);
-    const std::vector<FileURL> urls = selectedURLs(mode);
+    const std::vector<FileURL> urls = selectedURLs(&mode);
     return filenameOnly ? parts_.actions.actionCopyFilenameToClipboard(urls)
                         : parts_.actions.actionCopyPathToClipboard(urls);
 }
@@ -262,7 +290,7 @@ bool SearchFieldKeys::handleShortcut(const KeyEvent& event, const TRVMode& mode)
 bool SearchFieldKeys::handleUserDefinedAction(const KeyEvent& event, const TRVMode& mode) {
     const auto definition = parts_.shortcuts.userDefinedActionShortcutMatchingEvent(event);
     if (!definition || !showsFiles(mode)) return false;
-    if (selectedURLs(*parts_.host.currentMode()).empty()) {
+    if (selectedURLs(parts_.host.currentMode()).empty()) {
         parts_.messages.error("Action requires a selection");
         return false;
     }

@@ -4,6 +4,7 @@
 
 #include "shell/TableNavigation.h"
 #include "shell/registry/KeyboardShortcuts.h"
+#include "util/queues/OperationQueue.h"
 
 class Alerts;
 class HidingGuard;
@@ -24,7 +25,7 @@ class UserMessages;
 /// What the keys do that are pressed in the search field. The field keeps the focus all the time:
 /// arrows move the selection of the table, combinations are commands, the rest is typing.
 /// Owner:   AppDelegate. Threads: main. Whatever changes the mode or opens something is handed to
-///          switchModeQueue.
+///          switchModeQueue; what asks the disk has a queue of its own.
 class SearchFieldKeys {
   public:
     struct Parts {
@@ -71,6 +72,8 @@ class SearchFieldKeys {
     bool isWholeTextSelected(const TRVMode& mode) const;
     void forgetPathSelection(TRVMode& mode);
     void rename(TRVMode& mode);
+    /// Whether it may be renamed; nothing: the disk is slow to say.
+    std::optional<bool> askDisk(const FileURL& url);
     void deleteSelection(TRVMode& mode);
     bool copyToClipboard(bool filenameOnly, TRVMode& mode);
     void deleteWord();
@@ -82,4 +85,5 @@ class SearchFieldKeys {
     const Parts parts_;
     TableNavigation navigation_;
     const KeyboardShortcutEntries keyboardShortcuts_;  // those that are in no mode's list
+    OperationQueue renameQ_{"renameQ", 1, Qos::userInitiated, OperationQueue::Order::newestFirst};
 };

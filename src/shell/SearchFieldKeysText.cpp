@@ -55,7 +55,6 @@ void SearchFieldKeys::escape() {
         }
         MainQueue::sync([this, mode] {
             parts_.field.updateSearchFieldWithEmptySearchString();
-            parts_.field.hideMarqueeInfoField();
             mode->forgetSelection();
             parts_.host.updateTextsOfCurrentMode();
             if (parts_.searchMode.isActive()) parts_.searchMode.deleteFilteredItems();

@@ -210,8 +210,11 @@ TEST_F(AppDelegateTest, TheFirstPageFindsItsExamplesAmongTheUsersFiles) {
         EXPECT_NE(content.tries[i].explanation.find(names().front()), std::string::npos)
             << content.tries[i].explanation;
     }
-    screen().quickStart.delegate->hotKeyRecorded({.keyCode = kKeyQ, .modifierFlags = 0});
-    EXPECT_TRUE(content.isHotKeyMessageAnError);
+    for (const uint64_t flags : {uint64_t{0}, uint64_t{kModifierCommand}}) {
+        screen().quickStart.delegate->hotKeyRecorded({.keyCode = kKeyQ, .modifierFlags = flags});
+        EXPECT_TRUE(content.isHotKeyMessageAnError) << flags;
+        EXPECT_EQ(desktop().hotKey(), std::nullopt) << flags;
+    }
     const KeyEvent keys{.keyCode = kKeySpace, .modifierFlags = kModifierCommand | kModifierControl};
     desktop().takenHotKey = HotKey{keys.keyCode, keys.modifierFlags};
     screen().quickStart.delegate->hotKeyRecorded(keys);
@@ -237,8 +240,8 @@ TEST_F(AppDelegateTest, TheHotKeyMayBeAAndRestsWhileAnotherOneIsPressed) {
     EXPECT_EQ(desktop().hotKey(), std::nullopt);
     page.hotKeyRecording(false);
     EXPECT_EQ(desktop().hotKey(), kCtrlAltA);
-    page.hotKeyRecorded({.keyCode = 0, .modifierFlags = kModifierCommand});
-    EXPECT_EQ(screen().quickStart.content.hotKey, "Ctrl+A");
+    page.hotKeyRecorded({.keyCode = 0, .modifierFlags = kModifierOption});
+    EXPECT_EQ(screen().quickStart.content.hotKey, "Super+A");
     OVUserDefaults::sharedInstance().setObject(stored({}), "hotKey");
     settle();
     EXPECT_EQ(desktop().hotKey(), std::nullopt);

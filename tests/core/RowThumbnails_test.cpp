@@ -61,8 +61,8 @@ TEST_F(RowThumbnailsTest, AreAskedForWhenItIsQuietAndOnlyForPictures) {
 }
 
 TEST_F(RowThumbnailsTest, AreForRowsInSight) {
-    for (int i = 100; i < 140; i++) home_.file("qq" + std::to_string(i) + ".png");
-    start();
+    for (int i = 100; i < 600; i++) home_.file("qq" + std::to_string(i) + ".png");
+    start({{"maxResultsetSize", 1000}});
     settle();
     type(u"qq");
     later(1);
@@ -73,6 +73,17 @@ TEST_F(RowThumbnailsTest, AreForRowsInSight) {
     later(1);
     EXPECT_NEAR(double(lastAsked().size()), double(inSight), 1);
     EXPECT_GT(lastAsked().front(), "qq110.png");
+    screen().table.scrollTo(20000);
+    later(1);
+    EXPECT_NEAR(double(lastAsked().size()), double(inSight), 1);
+    size_t row = 0;
+    while (!screen().table.isRowVisible(row)) row++;
+    EXPECT_EQ(lastAsked().front(), names()[row]);
+    screen().table.takeChanges();
+    session_->app().table().updateMarkersOfVisibleItems();
+    const auto drawn = screen().table.takeChanges().back().rows;
+    for (; screen().table.isRowVisible(row); row++)
+        EXPECT_EQ(std::count(drawn.begin(), drawn.end(), row), 1) << row;
 }
 
 TEST_F(RowThumbnailsTest, RulesOfTheUserKeepFilesOut) {

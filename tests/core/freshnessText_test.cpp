@@ -17,10 +17,13 @@ TEST(freshnessText, SaysWhatTheListIsWorth) {
 }
 
 TEST(freshnessText, NamesTheFoldersThatAreOnlyCheckedAndWhen) {
-    Freshness freshness{.hasProject = true, .checkedOnly = {FileURL("/a\nb")}};
+    std::vector<FileURL> folders = {FileURL("/a\nb")};
+    const auto shared = [&] { return std::make_shared<const std::vector<FileURL>>(folders); };
+    Freshness freshness{.hasProject = true, .checkedOnly = shared()};
     EXPECT_EQ(freshnessText(freshness).toolTip,
               "Live, but these folders are only checked now and then:\n  • /a␊b");
-    for (int i = 0; i < 9; i++) freshness.checkedOnly.emplace_back("/c");
+    folders.insert(folders.end(), 9, FileURL("/c"));
+    freshness.checkedOnly = shared();
     freshness.lastChecked = 1;
     const std::string text = freshnessText(freshness).toolTip;
     EXPECT_NE(text.find(", last at "), std::string::npos);

@@ -67,6 +67,27 @@ TEST(GlobalRules, KeepsScansEventsAndLookUpsApart) {
     EXPECT_EQ(patterns(rules(ignoring, RulesFor::containingFolder).rules), "*~- ");
 }
 
+TEST(GlobalRules, OfNoEffectChangeNothing) {
+    const auto rule = [](const char* pattern, int type, int kinds) {
+        return json{{"pattern", pattern}, {"patternType", type}, {"fsItemType", kinds}};
+    };
+    const json base = {rule("*~", 1, 3)};
+    const struct {
+        json other;
+        bool same;
+    } cases[] = {
+        {nullptr, false},
+        {{rule("*~", 1, 3), rule("", 0, 7), rule("", 1, 7), rule("", 2, 7)}, true},
+        {{rule("(", 2, 7), rule("*~", 1, 3 | 64), rule("x", 0, 0), rule("*~", 1, 3)}, true},
+        {{rule("*~", 1, 7)}, false},
+        {{rule("*~", 0, 3)}, false},
+        {{rule("*~", 1, 3), rule("*", 1, 7)}, false},
+        {{rule("*~", 1, 3), rule("x", 2, 7)}, false}};
+    for (const auto& each : cases)
+        EXPECT_EQ(haveSameEffect(base, each.other), each.same) << each.other;
+    EXPECT_TRUE(haveSameEffect(json::array({rule("", 0, 7)}), nullptr));
+}
+
 TEST(CacheMonitor, FollowsItsSettings) {
     World world;
     auto& settings = OVUserDefaults::sharedInstance();

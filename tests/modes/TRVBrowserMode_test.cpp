@@ -1,7 +1,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "modes/BrowserListing.h"
 #include "modes/ModesTest.h"
+#include "searchmodes/RegexSearch.h"
 #include "shell/registry/shortcutText.h"
 
 namespace {
@@ -286,6 +288,22 @@ TEST_F(BrowserModeTest, EventsAreTakenByWhatTheyMean) {
     ASSERT_EQ(std::system(("rm -r " + under("/b").path()).c_str()), 0);
     happens({event("/b", kRemoved)});
     EXPECT_EQ(selected(), Names{"c"}) << "the neighbour";
+}
+
+TEST(BrowserListing, RowsKeepTheirMarksWhenTheNextSearchBegins) {
+    const TemporaryFolder folder;
+    Relaxed<bool> stale = false;
+    RankRequest request{.searchString = u"+n1", .abortSearch = &stale};
+    request.makeRegexEngine = RegexSearch::maker(request.searchString, &stale);
+    BrowserListing listing(
+        std::make_shared<BrowserFolder>(folder.url(), std::vector<std::string>{"in1", "in2"},
+                                        BrowserFolder::Diacritics::kept),
+        request);
+    folder.file("in1");
+    ASSERT_TRUE(listing.search());
+    ASSERT_EQ(listing.count(), 1u);
+    stale = true;
+    EXPECT_EQ(listing.item(0)->indexes.items(), (std::vector<uint64_t>{1, 2}));
 }
 
 }  // namespace

@@ -241,6 +241,9 @@ TEST(moveItem, NeverReplaces) {
     EXPECT_EQ(moveItem(folder.url().appending("none"), b).error().code, ENOENT);
     EXPECT_EQ(moveItem(d, d.appending("in")).error().code, EINVAL);
     EXPECT_TRUE(moveItem(a, d.appending("a")));
+    const FileURL upper = folder.url().appending("B");
+    ASSERT_EQ(link(b.c_str(), upper.c_str()), 0);
+    EXPECT_EQ(moveItem(b, upper).error().code, EEXIST) << "two links, not two cases of one name";
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "shell/preferences/ownKeys.h"
 #include "shell/registry/SearchHistoryController.h"
+#include "shell/registry/ownKeys.h"
 #include "support/ApplicationTest.h"
 #include "util/settings/OVUserDefaults.h"
 
@@ -140,7 +140,10 @@ TEST_F(PreferencesTest, ChangesCountAtOnce) {
     EXPECT_EQ(history.history(), (std::vector<std::string>{"c", "b"}));
 
     for (int i = 0; i < 12; ++i) home_.file("many/zz" + std::to_string(i));
+    const auto index = searchMode().sharedCurrentCache();
     user().ruleAdded(1);
+    settle();
+    EXPECT_EQ(searchMode().sharedCurrentCache(), index) << "made anew for an empty rule";
     user().patternEntered(1, 3, "qqone*");
     user().patternTypeChosen(1, 3, 1);
     settle();

@@ -4,6 +4,7 @@
 #include "Ops.h"
 #include "Surrogates.h"
 #include "index/LivePathFilter.h"
+#include "modes/framework/ModeIdentifier.h"
 #include "searchmodes/Decomposition.h"
 #include "searchmodes/MetaDataCalendar.h"
 #include "searchmodes/MetaDataSearch.h"
@@ -42,7 +43,6 @@ json jsonFrom(const TextRange& range) {
 
 /// text: precomposed.
 Decomposition decomposed(std::u16string_view text, const Fields& request) {
-    constexpr unsigned kFileModes = 15;
     return ::decompose(
         text,
         {.processMetadata = request.boolean("processMetadata", true),

@@ -1,5 +1,6 @@
 #include "Ops.h"
 #include "Surrogates.h"
+#include "modes/framework/ModeIdentifier.h"
 #include "shell/registry/SearchHistoryController.h"
 #include "shell/registry/shortcutRecording.h"
 #include "util/Unicode.h"
@@ -16,7 +17,6 @@ using Definition = KeyboardShortcuts::Definition;
 Definition definitionFor(KeyboardShortcuts& registry, OVUserDefaults& settings,
                          const std::string& identifier) {
     if (Definition found = registry.keyboardShortcutDefinitionFor(identifier)) return found;
-    constexpr uint64_t kFileModes = 15;
     return std::make_shared<KeyboardShortcutDefinition>(
         settings,
         KeyboardShortcutDefinition::Fields{

@@ -5,7 +5,7 @@
 #include "index/globalRules.h"
 #include "platform/StatusBar.h"
 #include "shell/commands/commands.h"
-#include "shell/preferences/ownKeys.h"
+#include "shell/registry/ownKeys.h"
 #include "shell/registry/shortcutText.h"
 #include "util/World.h"
 #include "util/settings/OVUserDefaults.h"
@@ -40,10 +40,11 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
       preview_({.view = screen.preview,
                 .previews = desktop.previews,
                 .fileTypes = desktop.fileTypes,
-                .selection = [this] { return selectedURLs(); },
+                .selection = [this] { return selectedURLs(host_.currentMode()); },
                 .error = [this](const std::string& text) { messages_.error(text); }}),
       rowThumbnails_({.thumbnails = desktop.thumbnails,
                       .table = screen.views.table,
+                      .rows = table_,
                       .host = host_,
                       .dropExcluded =
                           [this](std::vector<FileURL>& urls) {
@@ -122,7 +123,8 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
              .updater = desktop.updater,
              .shortcuts = KeyboardShortcuts::sharedInstance(),
              .openContextMenu = [this] { return contextMenu_.openAtSelection(); }}),
-      hotKey_(desktop.hotKeys, messages_, [this] { window_.toggleMainWindow(); }),
+      hotKey_(desktop.hotKeys, KeyboardShortcuts::sharedInstance(), messages_,
+              [this] { window_.toggleMainWindow(); }),
       statusItem_(desktop.statusBar,
                   {.toggleMainWindow = [this] { window_.toggleMainWindow(); },
                    .openQuickStart = [this] { quickStart_.openQuickStart(); },
@@ -239,11 +241,6 @@ void AppDelegate::joinKeys() {
         // An open menu has all the keys.
         return !contextMenu_.isOpen() && (preferences_.sendEvent(event) || help_.sendEvent(event));
     });
-}
-
-std::vector<FileURL> AppDelegate::selectedURLs() {
-    auto* files = dynamic_cast<TRVModeRepresentingFiles*>(host_.currentMode());
-    return files ? files->clickedOrSelectedURLs() : std::vector<FileURL>();
 }
 
 void AppDelegate::tableViewSelectionDidChange() {

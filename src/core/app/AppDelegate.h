@@ -126,7 +126,6 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     void watchRows();
 
     void search(const std::u16string& query);
-    std::vector<FileURL> selectedURLs();
 
     void searchFieldSelectionDidChange(TextRange selection) override {
         rowThumbnails_.somethingHappened();

@@ -6,6 +6,7 @@
 #include "core/SearchWindowController.h"
 #include "core/StatusItem.h"
 #include "core/state/GlobalState.h"
+#include "index/globalRules.h"
 #include "modes/TRVSearchMode.h"
 #include "modes/framework/ModeHost.h"
 #include "modes/framework/Notifications.h"
@@ -46,7 +47,12 @@ void SettingsObservers::observeTheRest() {
     for (const char* key : {"maxResultsetSize", "recentItemsMaxCount"})
         observe(key, [this] { parts_.host.reloadInBackgroundAnimated(false); });
     for (const char* key : {"globalFoldersToIgnore", "globalFolderRules"})
-        observe(key, [] { Notifications::sharedInstance().scanParameterModified.emit(nullptr); });
+        subscriptions_.push_back(
+            OVUserDefaults::sharedInstance().addObserver(key, [](const auto& old, const auto& now) {
+                // While a rule is written, it changes nothing yet.
+                if (!haveSameEffect(old, now))
+                    Notifications::sharedInstance().scanParameterModified.emit(nullptr);
+            }));
     observe("resizableSearchWindow", [this] { parts_.window.setUpResizing(); });
     observe("showMetadata", [this] { parts_.host.reloadInBackgroundAnimated(false); });
     observe("projects", [this] { projectsChanged(); });

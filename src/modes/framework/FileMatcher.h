@@ -35,6 +35,11 @@ class FileMatcher {
     /// Some terms are about metadata.
     bool judgesMetadata() const;
 
+    /// The search is over, whatever becomes of its request: what matched then still does.
+    void searchIsOver() {
+        if (regex_) regex_->ignoreStale();
+    }
+
     /// What the terms say of the order; null while metadata is not read.
     const MetadataEngine* sortOrder() const {
         return request_.processMetadata ? metadata_.get() : nullptr;

@@ -2,14 +2,12 @@
 
 #include <string>
 
+#include "util/withPrefixReplaced.h"
+
 namespace {
 
 bool isBelow(const FileURL& url, const FileURL& folder) {
     return url.path().starts_with(folder.path() + "/");
-}
-
-FileURL withPrefixReplaced(const FileURL& url, const FileURL& from, const FileURL& to) {
-    return FileURL(to.path() + url.path().substr(from.path().size()));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "modes/framework/TRVMode.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "modes/framework/ModeHost.h"
 #include "modes/framework/modeLook.h"
@@ -95,11 +96,18 @@ TRVMode::FilteredItem TRVMode::filteredItemAtIndex(int64_t index) {
 
 std::vector<TRVMode::FilteredItem> TRVMode::filteredItemsAtIndexSet(
     const std::vector<size_t>& rows) {
-    std::vector<FilteredItem> items;
-    for (const size_t row : rows)
-        if (auto item = filteredItemAtIndex(static_cast<int64_t>(row)))
-            items.push_back(std::move(item));
-    return items;
+    return filteredItemsAccessQueue_.read([&](const ReadSection&) {
+        std::vector<FilteredItem> items;
+        for (const size_t row : rows)
+            if (row < filtered_.size()) items.push_back(filtered_[row]);
+        return items;
+    });
+}
+
+std::vector<TRVMode::FilteredItem> TRVMode::filteredItemsFrom(size_t first, size_t count) {
+    std::vector<size_t> rows(count);
+    std::iota(rows.begin(), rows.end(), first);
+    return TRVMode::filteredItemsAtIndexSet(rows);
 }
 
 // ---- The selection

@@ -104,7 +104,8 @@ class TRVMode {
     void createFilteredItemsFromArray(std::vector<FilteredItem> items);
     virtual uint64_t filteredCount() { return filteredCount_; }
     virtual FilteredItem filteredItemAtIndex(int64_t index);
-    std::vector<FilteredItem> filteredItemsAtIndexSet(const std::vector<size_t>& rows);
+    /// Those that there are, all of one list.
+    virtual std::vector<FilteredItem> filteredItemsAtIndexSet(const std::vector<size_t>& rows);
     bool hasFilteredItemAtIndex(int64_t index) { return filteredItemAtIndex(index) != nullptr; }
 
     // The selection: none says that the search text has just changed.
@@ -148,6 +149,8 @@ class TRVMode {
     ModeHost& host() const { return *host_; }
     /// Selects these rows and brings the scroll position back as far as the saved selection tells.
     virtual void restoreSelectionWithIndexSet(std::vector<size_t> rows);
+    /// At most so many from a row on, all of one list.
+    std::vector<FilteredItem> filteredItemsFrom(size_t first, size_t count);
     /// For modes whose rows are no files.
     void saveSelectionByIndexOfSelectedRow();
     void setAllowsEmptySelection(bool allows) { allowsEmptySelection_ = allows; }

@@ -37,8 +37,8 @@ std::optional<FileURL> TRVModeRepresentingFiles::urlOfFilteredItemAtIndex(size_t
 std::vector<FileURL> TRVModeRepresentingFiles::urlsOfFilteredItemsAtIndexSet(
     const std::vector<size_t>& rows) {
     std::vector<FileURL> urls;
-    for (const size_t row : rows)
-        if (auto url = urlOfFilteredItemAtIndex(row)) urls.push_back(std::move(*url));
+    for (const FilteredItem& item : filteredItemsAtIndexSet(rows))
+        if (auto url = matchingItemToURL(*item)) urls.push_back(std::move(*url));
     return urls;
 }
 
@@ -77,6 +77,11 @@ std::vector<FileURL> TRVModeRepresentingFiles::clickedOrSelectedURLs() {
         return selectedURLsOfFilteredItemsAtIndexSet(rows);
     const auto url = selectedURLOfFilteredItemAtIndex(*clicked);
     return url ? std::vector<FileURL>{*url} : std::vector<FileURL>{};
+}
+
+std::vector<FileURL> selectedURLs(TRVMode* mode) {
+    auto* const files = dynamic_cast<TRVModeRepresentingFiles*>(mode);
+    return files ? files->clickedOrSelectedURLs() : std::vector<FileURL>();
 }
 
 void TRVModeRepresentingFiles::createFilteredItemsFromArray(std::vector<FilteredItem> items,

@@ -34,7 +34,8 @@ class TRVModeRepresentingFiles : public TRVMode {
     // The paths of rows. Outside sections.
     /// Nothing past the end.
     virtual std::optional<FileURL> urlOfFilteredItemAtIndex(size_t row);
-    std::vector<FileURL> urlsOfFilteredItemsAtIndexSet(const std::vector<size_t>& rows);
+    /// Of those that there are.
+    virtual std::vector<FileURL> urlsOfFilteredItemsAtIndexSet(const std::vector<size_t>& rows);
     /// The same, but for a folder that is selected in a row's path: it stands for the row.
     std::optional<FileURL> selectedURLOfFilteredItemAtIndex(size_t row);
     std::vector<FileURL> selectedURLsOfFilteredItemsAtIndexSet(const std::vector<size_t>& rows);
@@ -91,3 +92,6 @@ class TRVModeRepresentingFiles : public TRVMode {
     std::shared_mutex rowIndexLock_;
     std::unordered_map<uint64_t, size_t> rowIndexOfFilteredItemByPathHash_;
 };
+
+/// What a command works on in a mode; nothing in one without files, nor in none.
+std::vector<FileURL> selectedURLs(TRVMode* mode);

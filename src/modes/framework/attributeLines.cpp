@@ -87,6 +87,23 @@ std::string shownName(const char* name) {
     return name && *name ? displayText(name) : "(unnamed)";
 }
 
+std::string nameOfUser(uint32_t uid) {
+    std::array<char, kEntrySize> buffer;
+    passwd entry, *found = nullptr;
+    if (getpwuid_r(uid, &entry, buffer.data(), buffer.size(), &found) != 0 || !found)
+        return "(unknown)";
+    return shownName(found->pw_name);
+}
+
+// Kept: a group whose members take more room than the buffer has counts as unknown.
+std::string nameOfGroup(uint32_t gid) {
+    std::array<char, kEntrySize> buffer;
+    group entry, *found = nullptr;
+    if (getgrgid_r(gid, &entry, buffer.data(), buffer.size(), &found) != 0 || !found)
+        return "(unknown)";
+    return shownName(found->gr_name);
+}
+
 }  // namespace
 
 AttributeRow attrRowTypeForCriterion(uint64_t criterion) {
@@ -156,26 +173,21 @@ RowLine timestampsLine(const fs_item_metadata& metadata, const AttributeDisplay&
 RowLine sizeAndOwnerLine(const fs_item_metadata& metadata, const AttributeDisplay& display) {
     LineBuilder line;
     line.add("⚖️ ", sizeText(metadata.size, metadata.mode), isQueried(display, kSize));
-    line.add(" 👤 ", userName(metadata.uid), isQueried(display, kUser));
-    line.add(" 👥 ", groupName(metadata.gid), isQueried(display, kGroup));
+    line.add(" 👤 ", display.owners->userName(metadata.uid), isQueried(display, kUser));
+    line.add(" 👥 ", display.owners->groupName(metadata.gid), isQueried(display, kGroup));
     line.add(" 🔒 ", permissionString(metadata.mode), false);
     line.add(" 🔗 ", std::to_string(metadata.nlink), isQueried(display, kLinkCount));
     return line.take();
 }
 
-std::string userName(uint32_t uid) {
-    std::array<char, kEntrySize> buffer;
-    passwd entry, *found = nullptr;
-    if (getpwuid_r(uid, &entry, buffer.data(), buffer.size(), &found) != 0 || !found)
-        return "(unknown)";
-    return shownName(found->pw_name);
+const std::string& OwnerNames::userName(uint32_t uid) {
+    const auto [place, isNew] = users_.try_emplace(uid);
+    if (isNew) place->second = nameOfUser(uid);
+    return place->second;
 }
 
-// Kept: a group whose members take more room than the buffer has counts as unknown.
-std::string groupName(uint32_t gid) {
-    std::array<char, kEntrySize> buffer;
-    group entry, *found = nullptr;
-    if (getgrgid_r(gid, &entry, buffer.data(), buffer.size(), &found) != 0 || !found)
-        return "(unknown)";
-    return shownName(found->gr_name);
+const std::string& OwnerNames::groupName(uint32_t gid) {
+    const auto [place, isNew] = groups_.try_emplace(gid);
+    if (isNew) place->second = nameOfGroup(gid);
+    return place->second;
 }

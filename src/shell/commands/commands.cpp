@@ -59,8 +59,7 @@ bool switchToMode(const CommandParts& parts, ModeIdentifier identifier, std::str
 }
 
 std::vector<FileURL> selectionOf(const CommandParts& parts) {
-    auto* const mode = dynamic_cast<TRVModeRepresentingFiles*>(parts.host.currentMode());
-    std::vector<FileURL> urls = mode ? mode->clickedOrSelectedURLs() : std::vector<FileURL>();
+    std::vector<FileURL> urls = selectedURLs(parts.host.currentMode());
     if (urls.empty()) parts.messages.error("No item selected");
     return urls;
 }

@@ -7,6 +7,7 @@
 #include "modes/framework/ModeHost.h"
 #include "modes/framework/TRVModeSupportingPath.h"
 #include "shell/commands/commands.h"
+#include "shell/refusals.h"
 
 // What the modes with files do by themselves: marks, parts of paths, the path filter, browsing.
 
@@ -79,7 +80,7 @@ CommandBlocks markCommands(const CommandParts& parts) {
             {"AddItemToMoveSource", select(TRVMarkedItemsMode::kMove, true)},
             {"CopyOrMoveSource", [parts] {
                  if (GlobalState::sharedInstance().currentPasteboardAction() == 0) {
-                     parts.messages.error("Mark an item as copy/move source first!");
+                     parts.messages.error(kNoSource);
                      return true;
                  }
                  return sayNotAvailable(parts.messages, "Paste (Perform Copy/Move)");

@@ -4,14 +4,13 @@
 #include "core/GlobalHotKey.h"
 #include "core/HidingGuard.h"
 #include "core/SearchWindowController.h"
-#include "shell/preferences/ownKeys.h"
+#include "shell/registry/ownKeys.h"
 #include "util/settings/OVUserDefaults.h"
 
 Preferences::Preferences(const Parts& parts)
     : parts_(parts),
       forms_({.settings = OVUserDefaults::sharedInstance(),
               .hotKey = parts.hotKey,
-              .shortcuts = parts.shortcuts,
               .ask = [this](const Alert& alert) { return ask(alert); },
               .searchAgain = parts.searchAgain,
               .restoreWindowPosition = [this] { parts_.window.restoreWindowPosition(); }}),
@@ -22,7 +21,7 @@ Preferences::Preferences(const Parts& parts)
             key, [this, show](auto&, auto&) { (this->*show)(); }));
     };
     for (const std::string& key : PreferencesForms::settings())
-        observe(key, &Preferences::showForms);
+        observe(key, &Preferences::showChangedForms);
     for (const std::string& key : PreferencesRules::settings())
         observe(key, &Preferences::showRules);
     observe("keyboardShortcuts", &Preferences::showShortcuts);
@@ -104,10 +103,19 @@ size_t Preferences::ask(const Alert& alert) {
 
 // ---- General and Search
 
+std::array<PreferencesForm, 2> Preferences::forms() const {
+    return {forms_.form(PreferencesPane::general), forms_.form(PreferencesPane::search)};
+}
+
 void Preferences::showForms() {
     if (!isVisible()) return;
-    for (const PreferencesPane pane : {PreferencesPane::general, PreferencesPane::search})
-        parts_.view.setForm(pane, forms_.form(pane));
+    shownForms_ = forms();
+    parts_.view.setForm(PreferencesPane::general, shownForms_[0]);
+    parts_.view.setForm(PreferencesPane::search, shownForms_[1]);
+}
+
+void Preferences::showChangedForms() {
+    if (isVisible() && forms() != shownForms_) showForms();
 }
 
 void Preferences::toggled(const std::string& id, bool isOn) {

@@ -1,4 +1,5 @@
 #pragma once
+#include <array>
 #include <functional>
 #include <string>
 #include <vector>
@@ -63,7 +64,10 @@ class Preferences : private PreferencesViewDelegate {
     void fileTypeClicked(size_t list, size_t rule, uint8_t bit) override;
     void rulesReset(size_t list) override;
 
+    std::array<PreferencesForm, 2> forms() const;
     void showForms();
+    /// After a change of settings, which may be shown already.
+    void showChangedForms();
     void showShortcuts();
     void showRules();
     size_t ask(const Alert& alert);
@@ -73,6 +77,7 @@ class Preferences : private PreferencesViewDelegate {
     PreferencesForms forms_;
     PreferencesShortcuts shortcuts_;
     PreferencesRules rules_;
+    std::array<PreferencesForm, 2> shownForms_;
     PreferencesPane pane_ = PreferencesPane::general;
     bool holdsGuard_ = false, isAsking_ = false, comesFromSearchWindow_ = false;
     std::vector<Subscription> subscriptions_;

@@ -7,9 +7,8 @@
 
 #include "core/GlobalHotKey.h"
 #include "shell/metadataNeededAlert.h"
-#include "shell/preferences/ownKeys.h"
-#include "shell/registry/KeyboardShortcuts.h"
 #include "shell/registry/shortcutText.h"
+#include "util/grouped.h"
 #include "util/settings/OVUserDefaults.h"
 
 namespace {
@@ -83,13 +82,6 @@ const Row* rowOf(const std::string& id, Kind kind) {
         for (const Row& row : section.rows)
             if (row.id == id && row.kind == kind) return &row;
     return nullptr;
-}
-
-std::string grouped(int64_t number) {
-    std::string text = std::to_string(number);
-    for (auto at = static_cast<int64_t>(text.size()) - 3; at > 0; at -= 3)
-        text.insert(static_cast<size_t>(at), 1, ',');
-    return text;
 }
 
 /// As people write numbers: with blanks around, and with marks between thousands.
@@ -201,21 +193,10 @@ std::string PreferencesForms::hotKeyText() const {
 
 void PreferencesForms::recordHotKey(const KeyEvent& event) {
     clearMessages();
-    const HotKey hotKey{.keyCode = event.keyCode,
-                        .modifierFlags = event.modifierFlags & ownKeys::kModifiers};
-    const std::string keys = shortcutText(hotKey.keyCode, hotKey.modifierFlags);
-    const auto command = parts_.shortcuts.shortcutMatchingEvent(event);
-    if (!ownKeys::hasModifier(event.modifierFlags))
-        refuse(kHotKey, "A hot key needs Ctrl, Alt or Super.");
-    else if (ownKeys::isOwn(event))
-        refuse(kHotKey, "Shortcut " + keys + " is reserved for internal use.");
-    else if (command)
-        refuse(kHotKey,
-               "Shortcut " + keys + " is already used for action “" + command->actionName() + "”.");
-    else if (const auto changed = parts_.hotKey.change(hotKey); changed)
+    if (const auto recorded = parts_.hotKey.record(event); recorded)
         messages_[kHotKey] = {"It works from everywhere now.", false};
     else
-        refuse(kHotKey, changed.error().description);
+        refuse(kHotKey, recorded.error().description);
 }
 
 void PreferencesForms::removeHotKey() {

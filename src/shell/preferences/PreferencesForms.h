@@ -7,7 +7,6 @@
 #include "screen/PreferencesView.h"
 
 class GlobalHotKey;
-class KeyboardShortcuts;
 class OVUserDefaults;
 
 /// The panes General and Search of the preferences: which settings they show, what values these
@@ -20,7 +19,6 @@ class PreferencesForms {
     struct Parts {
         OVUserDefaults& settings;
         GlobalHotKey& hotKey;
-        const KeyboardShortcuts& shortcuts;
         std::function<size_t(const Alert&)> ask;  // answers with the button
         std::function<void()> searchAgain;
         std::function<void()> restoreWindowPosition;

@@ -1,7 +1,7 @@
 #include "shell/preferences/PreferencesShortcuts.h"
 
 #include "core/GlobalHotKey.h"
-#include "shell/preferences/ownKeys.h"
+#include "shell/registry/ownKeys.h"
 #include "shell/registry/shortcutText.h"
 
 std::vector<PreferencesShortcut> PreferencesShortcuts::lines() const {
@@ -21,7 +21,7 @@ std::vector<PreferencesShortcut> PreferencesShortcuts::lines() const {
 
 /// What would never reach a command, or take a letter from typing.
 std::optional<ShortcutRefusal> PreferencesShortcuts::refusalOf(const KeyEvent& event) const {
-    const uint64_t flags = event.modifierFlags & ownKeys::kModifiers;
+    const uint64_t flags = event.modifierFlags & kHeldModifiers;
     const std::string keys = "Shortcut " + shortcutText(event.keyCode, flags);
     if (ownKeys::isOwn(event))
         return ShortcutRefusal{.title = "Invalid shortcut",
@@ -46,7 +46,7 @@ std::optional<ShortcutRefusal> PreferencesShortcuts::record(const std::string& i
     if (!definition) return std::nullopt;
     if (auto refusal = refusalOf(event)) return refusal;
     return recordShortcut(registry_, *definition, event.keyCode,
-                          event.modifierFlags & ownKeys::kModifiers);
+                          event.modifierFlags & kHeldModifiers);
 }
 
 void PreferencesShortcuts::remove(const std::string& identifier) {

@@ -57,7 +57,8 @@ void EventRecorder::translate(std::vector<RawEvent>& events) {
     if (!tree_->takeUnwatchedChanged()) return;
     std::vector<FileURL> folders = tree_->unwatchedFolders();
     std::lock_guard lock(unwatchedMutex_);
-    unwatched_ = std::move(folders);
+    unwatched_ = folders.empty() ? nullptr
+                                 : std::make_shared<const std::vector<FileURL>>(std::move(folders));
 }
 
 /// An instance that was made anew has another handle, or the same number for another one.
@@ -146,7 +147,7 @@ void EventRecorder::hand(FileEventBatch batch) {
     callback_(std::move(batch));
 }
 
-std::vector<FileURL> EventRecorder::unwatchedFolders() const {
+SharedFolders EventRecorder::unwatchedFolders() const {
     std::lock_guard lock(unwatchedMutex_);
     return unwatched_;
 }

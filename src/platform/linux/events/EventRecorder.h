@@ -42,7 +42,7 @@ class EventRecorder {
     /// been delivered.
     uint64_t pause(uint64_t since);
 
-    std::vector<FileURL> unwatchedFolders() const;
+    SharedFolders unwatchedFolders() const;
     void recheckUnwatched();
     bool isFor(const FileEvents::Request& request) const;
 
@@ -73,6 +73,6 @@ class EventRecorder {
     uint64_t deliveredId_ = 0;  // 0: nothing since deliver
     uint64_t turn_ = 0;         // counts deliver and pause
     mutable std::mutex unwatchedMutex_;
-    std::vector<FileURL> unwatched_;
+    SharedFolders unwatched_;
     PollThread thread_;  // the last: its end is the first
 };

@@ -30,8 +30,8 @@ class LinuxFileEventStream : public FileEventStream {
         since_ = recorder_->pause(since_);
     }
 
-    std::vector<FileURL> unwatchedFolders() const override {
-        return recorder_ ? recorder_->unwatchedFolders() : std::vector<FileURL>{};
+    SharedFolders unwatchedFolders() const override {
+        return recorder_ ? recorder_->unwatchedFolders() : nullptr;
     }
     void recheckUnwatched() override {
         if (recorder_) recorder_->recheckUnwatched();

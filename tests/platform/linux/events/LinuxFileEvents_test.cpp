@@ -212,9 +212,9 @@ TEST_P(LinuxFileEventsOfBoth, FoldersBeyondTheLimitAreListedInstead) {
     // The root of all, the way down, "in" and two more: one watch too few.
     few.mostWatches = 1 + alike.url().pathComponents().size() + 3;
     WatchedFolder watched(few, "mkdir a b c; : > a/f; : > b/f; : > c/f");
-    std::vector<FileURL> unwatched = watched.stream->unwatchedFolders();
-    ASSERT_EQ(unwatched.size(), 1u);
-    const std::string name(unwatched[0].lastPathComponent());
+    const SharedFolders unwatched = watched.stream->unwatchedFolders();
+    ASSERT_TRUE(unwatched && unwatched->size() == 1);
+    const std::string name(unwatched->front().lastPathComponent());
     const auto recheck = [&] {
         watched.stream->recheckUnwatched();
         watched.waitUntilIdle();
@@ -228,11 +228,11 @@ TEST_P(LinuxFileEventsOfBoth, FoldersBeyondTheLimitAreListedInstead) {
     EXPECT_EQ(recheck(), "*" + name + "/");
     EXPECT_EQ(shortForm(watched.eventsOf("mv " + name + " moved"), watched.root()),
               ">" + name + "/ >moved/");
-    EXPECT_EQ(watched.stream->unwatchedFolders()[0], watched.at("moved"));
+    EXPECT_EQ(*watched.stream->unwatchedFolders(), std::vector{watched.at("moved")});
     // A watch becomes free.
     watched.eventsOf(name == "a" ? "rm -r b" : "rm -r a");
     EXPECT_EQ(recheck(), "*moved/");
-    EXPECT_TRUE(watched.stream->unwatchedFolders().empty());
+    EXPECT_EQ(watched.stream->unwatchedFolders(), nullptr);
     EXPECT_EQ(shortForm(watched.eventsOf(": > moved/x"), watched.root()), "+moved/x");
 }
 
