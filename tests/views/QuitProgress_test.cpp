@@ -46,3 +46,13 @@ TEST_F(QuitProgressTest, FadesInFillsAndFadesOut) {
     EXPECT_FALSE(view.isVisible());
     EXPECT_FALSE(view.widget()->isVisible());
 }
+
+TEST_F(QuitProgressTest, ComesAndGoesAtOnceWhereMotionIsUnwanted) {
+    QuitProgress view(WindowSystem{.look = [] { return DesktopLook{.lessMotion = true}; }});
+    view.show();
+    EXPECT_EQ(view.widget()->windowOpacity(), 1);
+    view.fadeOut();
+    EXPECT_FALSE(view.widget()->isVisible());
+    view.show();
+    EXPECT_EQ(view.widget()->windowOpacity(), 1);
+}

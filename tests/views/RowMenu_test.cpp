@@ -73,3 +73,18 @@ TEST_F(RowMenuTest, TheSubmenuComesLater) {
     EXPECT_EQ(told[0]->submenu, "with");
     EXPECT_EQ(told[0]->identifier, "editor");
 }
+
+TEST_F(RowMenuTest, WhatTurnsOutDisabledIsNotTheChosenLine) {
+    items[0].isEnabled = true;
+    items[0].items = {{.title = "Looking…", .isEnabled = false}};
+    open();
+    EXPECT_EQ(menu.menu()->activeAction(), menu.menu()->actions()[0]);
+    EXPECT_EQ(QApplication::activePopupWidget(), menu.menu()) << "its submenu stays shut";
+    press(Qt::Key_Right);
+    EXPECT_NE(QApplication::activePopupWidget(), menu.menu());
+    items[0].isEnabled = false;
+    items[0].items = {};
+    menu.update(items);
+    EXPECT_EQ(menu.menu()->activeAction(), menu.menu()->actions()[2]);
+    EXPECT_EQ(QApplication::activePopupWidget(), menu.menu());
+}
