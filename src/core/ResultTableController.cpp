@@ -44,6 +44,11 @@ RowContent ResultTableController::row(size_t row) const {
     return content;
 }
 
+std::optional<RowAction> ResultTableController::actionOf(size_t row,
+                                                         const RowContent& shown) const {
+    return action_ ? action_(row, shown) : std::nullopt;
+}
+
 double ResultTableController::heightOfRow() const {
     TRVMode* mode = host_.currentMode();
     if (!processFlags.processMetadata || !mode) return WindowGeometry::kRowHeight;
@@ -75,12 +80,40 @@ void ResultTableController::applyDiffableDataSourceSnapshotAnimated(bool,
 
 void ResultTableController::updateMarkersOfVisibleItems() {
     std::vector<size_t> rows;
-    const size_t top = firstRowInSight();
-    const auto most = static_cast<size_t>(GlobalState::sharedInstance().maxNumberOfRows()) + 2;
-    const size_t end = std::min(numberOfRows(), top + most);
-    for (size_t row = top > most ? top - most : 0; row < end; row++) rows.push_back(row);
+    const VisibleRows visible = visibleRows();
+    const size_t end = std::min(numberOfRows(), visible.last + 1);
+    for (size_t row = visible.first; row < end; row++) rows.push_back(row);
     contents_.clear();
     table_.reloadRows(rows);
+}
+
+ResultTableController::VisibleRows ResultTableController::visibleRows() const {
+    const size_t first = firstRowInSight();
+    const auto most = static_cast<size_t>(GlobalState::sharedInstance().maxNumberOfRows());
+    return {.first = first, .last = first + most};
+}
+
+void ResultTableController::updateActionIconsWithPreviouslySelectedRows(
+    const ActionIconRows& icons) {
+    std::vector<size_t> rows;
+    for (const auto* selected : {&icons.previouslySelectedRows, &icons.selectedRows}) {
+        const auto end =
+            std::upper_bound(selected->begin(), selected->end(), icons.lastVisibleIndex);
+        rows.insert(rows.end(), std::lower_bound(selected->begin(), end, icons.firstVisibleIndex),
+                    end);
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    if (!rows.empty()) table_.redrawActions(rows);
+}
+
+void ResultTableController::updateActionIcons() {
+    const VisibleRows visible = visibleRows();
+    const std::vector<size_t> selected = table_.selectedRows();
+    updateActionIconsWithPreviouslySelectedRows({.previouslySelectedRows = {},
+                                                 .selectedRows = selected,
+                                                 .firstVisibleIndex = visible.first,
+                                                 .lastVisibleIndex = visible.last});
 }
 
 void ResultTableController::adjustWindowHeight() {
@@ -114,7 +147,13 @@ void ResultTableController::tableViewSelectionDidChange() {
         previous = {old->selectedRowIndexes.begin(), old->selectedRowIndexes.end()};
     mode->saveSelection();
     if (auto& saved = mode->selection()) saved->pathSelection.reset();
-    mode->selectionDidChangeFrom(previous, table_.selectedRows());
+    const std::vector<size_t> selected = table_.selectedRows();
+    const VisibleRows visible = visibleRows();
+    updateActionIconsWithPreviouslySelectedRows({.previouslySelectedRows = previous,
+                                                 .selectedRows = selected,
+                                                 .firstVisibleIndex = visible.first,
+                                                 .lastVisibleIndex = visible.last});
+    mode->selectionDidChangeFrom(previous, selected);
     host_.updateTextsOfCurrentMode();
 }
 

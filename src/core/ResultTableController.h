@@ -16,6 +16,7 @@ class ResultTableController : public ResultTableData {
     // ResultTableData
     size_t numberOfRows() const override;
     RowContent row(size_t row) const override;
+    std::optional<RowAction> actionOf(size_t row, const RowContent& shown) const override;
 
     double heightOfRow() const;
     /// It may be cut off at the top.
@@ -24,6 +25,15 @@ class ResultTableController : public ResultTableData {
     void applyDiffableDataSourceSnapshotAnimated(bool animated, const ChangedRows& forRows);
     /// Draws what is on screen again.
     void updateMarkersOfVisibleItems();
+    /// The rows whose icons may have changed, and those in sight: only these are drawn again.
+    struct ActionIconRows {
+        const std::vector<size_t>& previouslySelectedRows;
+        const std::vector<size_t>& selectedRows;
+        size_t firstVisibleIndex, lastVisibleIndex;
+    };
+    void updateActionIconsWithPreviouslySelectedRows(const ActionIconRows& rows);
+    /// Return does something else now to what is selected.
+    void updateActionIcons();
     /// As high as the rows need, the top edge where it was.
     void adjustWindowHeight();
     /// By the user's or the program's doing: the mode's selection follows.
@@ -38,13 +48,22 @@ class ResultTableController : public ResultTableData {
     void setDecoration(std::function<void(RowContent&, size_t row)> block) {
         decorate_ = std::move(block);
     }
+    /// What Return does to a row. Called for each selected row that is drawn.
+    using ActionSource = std::function<std::optional<RowAction>(size_t, const RowContent&)>;
+    void setActionSource(ActionSource source) { action_ = std::move(source); }
 
   private:
+    struct VisibleRows {
+        size_t first, last;  // a row too many rather than one too few
+    };
+    VisibleRows visibleRows() const;
+
     ResultTableView& table_;
     WindowView& window_;
     ModeHost& host_;
     std::function<void(const ChangedRows&)> reloaded_;
     std::function<void(RowContent&, size_t row)> decorate_;
+    ActionSource action_;
     bool resultTableViewReloadDataInProgress_ = false;
     int resultTableViewResizeInProgress_ = 0;  // resizings under way
     // The rows that were asked for last: the table asks row by row, a mode answers a screenful in

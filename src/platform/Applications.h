@@ -7,7 +7,7 @@
 #include "util/Result.h"
 
 /// The applications of the desktop, asked to open things. They are known by their identifiers.
-/// Owner:   main. Threads: main, but applicationsForItems: any.
+/// Owner:   main. Threads: main, but applicationsForItems and defaultOpenerOf: any.
 /// Fails:   with a text that can be shown; nothing waits for the application to come up.
 class Applications {
   public:
@@ -26,6 +26,9 @@ class Applications {
     virtual std::optional<Identifier> defaultApplicationForItem(const FileURL& url) = 0;
     /// The one that shows the content of an item, whatever its kind; nothing for a folder.
     virtual std::optional<Identifier> defaultApplicationForDataOf(const FileURL& url) = 0;
+    /// The one that opens an item when nobody says which: of its kind, or else of its data. By the
+    /// name where that tells the kind; else it waits for the disk.
+    virtual std::optional<Opener> defaultOpenerOf(const FileURL& url) const = 0;
     /// Those that open every one of the items, the default one first. Waits for the disk.
     virtual std::vector<Opener> applicationsForItems(const std::vector<FileURL>& urls) const = 0;
     /// The configured one, or the desktop's own where there is no such application.

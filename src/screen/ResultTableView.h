@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "screen/Geometry.h"
+#include "screen/RowAction.h"
 #include "screen/RowContent.h"
 
 /// Where the table gets its rows from: only those on screen are asked for. Main thread.
@@ -13,6 +14,10 @@ class ResultTableData {
     virtual ~ResultTableData() = default;
     virtual size_t numberOfRows() const = 0;
     virtual RowContent row(size_t row) const = 0;
+    /// Asked each time that a selected row is drawn; shown is what the table has of it.
+    virtual std::optional<RowAction> actionOf(size_t /*row*/, const RowContent& /*shown*/) const {
+        return std::nullopt;
+    }
 };
 
 /// A row's name, or a folder of its path, while it is edited in its place.
@@ -53,6 +58,8 @@ class ResultTableView {
     /// All rows may have changed, and their number. The selection goes.
     virtual void reloadData() = 0;
     virtual void reloadRows(const std::vector<size_t>& rows) = 0;
+    /// Other keys do other things to these rows now, those of them that are selected.
+    virtual void redrawActions(const std::vector<size_t>& rows) = 0;
     virtual void setRowHeight(double height) = 0;
     virtual void setHasVerticalScroller(bool has) = 0;
     /// Extending keeps what is selected.

@@ -7,9 +7,12 @@ constexpr auto kPaste = "CopyOrMoveSource";
 MenuItem openWith(const contextMenuContent::Facts* facts) {
     MenuItem menu{.identifier = contextMenuContent::kOpenWith,
                   .title = "Open With",
-                  .isEnabled = facts && !facts->openers.empty(),
+                  .isEnabled = !facts || !facts->openers.empty(),
                   .isSubmenu = true};
-    if (!facts) return menu;
+    if (!facts) {
+        menu.items.push_back({.title = "Looking for applications…", .isEnabled = false});
+        return menu;
+    }
     if (facts->openers.empty()) menu.toolTip = "No application found";
     for (const Applications::Opener& opener : facts->openers) {
         menu.items.push_back(

@@ -26,7 +26,8 @@ struct Facts {
 Facts factsOf(const std::vector<FileURL>& items, const KeyboardShortcutEntries& commands,
               const Applications& applications);
 
-/// Facts are null until they are known: the commands are enabled then, the submenu is not.
+/// Facts are null until they are known: all is enabled then, so that the first key chooses the
+/// first line.
 std::vector<MenuItem> items(const KeyboardShortcutEntries& commands, const Facts* facts,
                             bool canPaste);
 

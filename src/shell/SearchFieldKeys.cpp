@@ -12,6 +12,7 @@
 #include "core/HidingGuard.h"
 #include "core/ModeSwitcher.h"
 #include "core/PreviewController.h"
+#include "core/ResultTableController.h"
 #include "core/SearchFieldController.h"
 #include "core/UserMessages.h"
 #include "modes/TRVSearchMode.h"
@@ -222,6 +223,7 @@ void SearchFieldKeys::rename(TRVMode& mode) {
         return;
     }
     files->setRenameState(TRVModeRepresentingFiles::kRenameRequested);
+    parts_.rows.updateActionIcons();
     parts_.field.disableSeachField();
     files->prepareRenameSelectionAtRow(rows.front());
 }
@@ -296,8 +298,4 @@ bool SearchFieldKeys::handleUserDefinedAction(const KeyEvent& event, const TRVMo
     }
     updateSearchStringHistory(parts_.host);
     return definition->performBlock();
-}
-
-void SearchFieldKeys::modifierFlagsChanged(uint64_t flags) {
-    parts_.modeSwitcher.setModifierFlags(flags);
 }

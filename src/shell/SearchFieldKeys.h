@@ -32,7 +32,7 @@ class SearchFieldKeys {
         ModeHost& host;
         TRVSearchMode& searchMode;
         ResultTableView& table;
-        const ResultTableController& rows;
+        ResultTableController& rows;
         SearchFieldView& fieldView;
         SearchFieldController& field;
         SearchWindowController& window;
@@ -52,8 +52,14 @@ class SearchFieldKeys {
     /// Before the text sees it. True: the key is used up.
     bool searchFieldKeyDown(const KeyEvent& event);
     bool handleSearchFieldKeyDownEvent(const KeyEvent& event);
-    /// Other modifier keys are down.
+    /// Other modifier keys may be down: the icons of what Return does follow.
     void modifierFlagsChanged(uint64_t flags);
+    struct Command {
+        std::string identifier, name;  // of fixed keys: the same
+        bool isUserDefined = false;
+    };
+    /// What Return does with these modifiers: found as the key itself finds it. Nothing: nothing.
+    std::optional<Command> commandOfReturn(uint64_t flags, const TRVMode& mode) const;
     enum class OpenWith { defaultApplication, frontMostApplication };
     /// Opens the rows that are selected, and hides the window.
     bool openSelection(OpenWith with);

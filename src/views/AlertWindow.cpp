@@ -17,13 +17,14 @@ class AlertSymbol : public QWidget {
   public:
     AlertSymbol(Alert::Style style, const Theme* theme, QWidget* parent)
         : QWidget(parent), style_(style), theme_(theme) {
-        setFixedSize(kSymbol, kSymbol);
+        setFixedSize(theme->scaled(kSymbol), theme->scaled(kSymbol));
     }
 
   protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
+        painter.scale(double(width()) / kSymbol, double(height()) / kSymbol);
         const double middle = kSymbol / 2.0;
         const QColor colour = style_ == Alert::Style::informational ? theme_->selection
                               : style_ == Alert::Style::critical    ? QColor(200, 50, 48)
@@ -54,24 +55,11 @@ class AlertSymbol : public QWidget {
     const Theme* const theme_;
 };
 
-QFont titleFont(const Theme& theme) {
-    QFont font = theme.info13;
-    font.setPixelSize(16);
-    font.setWeight(QFont::DemiBold);
-    return font;
-}
-
-QFont textFont(const Theme& theme) {
-    QFont font = theme.info13;
-    font.setPixelSize(14);
-    return font;
-}
-
-QWidget* scrolled(QLabel* text, QWidget* parent) {
+QWidget* scrolled(QLabel* text, int height, QWidget* parent) {
     auto* const area = new QScrollArea(parent);
     area->setFrameShape(QFrame::NoFrame);
     area->setWidget(text);
-    area->setFixedSize(kTextWidth + 14, kMostTextHeight);
+    area->setFixedSize(text->width() + 14, height);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->viewport()->setAutoFillBackground(false);
     text->setAutoFillBackground(false);
@@ -91,30 +79,31 @@ AlertWindow::AlertWindow(const WindowSystem& system, const Alert& alert,
     setAccessibleName(plainLines(alert.title));
     setAccessibleDescription(plainLines(alert.text));
     addTexts(alert);
-    column().addSpacing(22);
+    column().addSpacing(theme().scaled(22));
     addButtons(alert);
 }
 
 void AlertWindow::addTexts(const Alert& alert) {
     auto* const row = new QHBoxLayout;
-    row->setSpacing(kSymbolGap);
+    row->setSpacing(theme().scaled(kSymbolGap));
     row->addWidget(new AlertSymbol(alert.style, &theme(), this), 0, Qt::AlignTop);
     auto* const texts = new QVBoxLayout;
-    texts->setSpacing(8);
+    texts->setSpacing(theme().scaled(8));
+    const int width = theme().scaled(kTextWidth);
     if (!alert.title.empty()) {
-        title_ = makeLabel(this, plainLines(alert.title), titleFont(theme()), theme().fieldText,
-                           kTextWidth);
+        title_ = makeLabel(this, plainLines(alert.title), theme().textFont(16, QFont::DemiBold),
+                           theme().fieldText, width);
         texts->addWidget(title_);
     }
     if (!alert.text.empty()) {
-        text_ = makeLabel(this, plainLines(alert.text), textFont(theme()), theme().fieldText,
-                          kTextWidth);
+        text_ =
+            makeLabel(this, plainLines(alert.text), theme().textFont(14), theme().fieldText, width);
         text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        const bool isLong = text_->height() > kMostTextHeight;
-        texts->addWidget(isLong ? scrolled(text_, this) : text_);
+        const int most = theme().scaled(kMostTextHeight);
+        texts->addWidget(text_->height() > most ? scrolled(text_, most, this) : text_);
     }
     if (alert.suppression) {
-        texts->addSpacing(6);
+        texts->addSpacing(theme().scaled(6));
         suppression_ = new SheetCheckBox(plainText(*alert.suppression), &theme(), this);
         texts->addWidget(suppression_);
     }
@@ -125,7 +114,7 @@ void AlertWindow::addTexts(const Alert& alert) {
 
 void AlertWindow::addButtons(const Alert& alert) {
     auto* const row = new QHBoxLayout;
-    row->setSpacing(8);
+    row->setSpacing(theme().scaled(8));
     row->addStretch();
     std::vector<std::string> titles = alert.buttons;
     if (titles.empty()) titles.emplace_back("OK");

@@ -32,7 +32,8 @@ SheetButton::SheetButton(const QString& text, Kind kind, const Theme* theme, QWi
 
 QSize SheetButton::sizeHint() const {
     const int text = fontMetrics().horizontalAdvance(this->text());
-    return {std::max(kLeastButton, text + 2 * kButtonInset), kButtonHeight};
+    return {std::max(theme_->scaled(kLeastButton), text + 2 * theme_->scaled(kButtonInset)),
+            theme_->scaled(kButtonHeight)};
 }
 
 void SheetButton::keyPressEvent(QKeyEvent* event) {
@@ -79,24 +80,30 @@ SheetCheckBox::SheetCheckBox(const QString& text, const Theme* theme, QWidget* p
 }
 
 QSize SheetCheckBox::sizeHint() const {
-    return {kBox + 4 + kBoxGap + fontMetrics().horizontalAdvance(text()) + 4, kBox + 8};
+    const int width = textLeft() + fontMetrics().horizontalAdvance(text()) + 4;
+    return {width, std::max(theme_->scaled(kBox + 8), fontMetrics().height())};
+}
+
+int SheetCheckBox::textLeft() const {
+    return theme_->scaled(kBox + 4 + kBoxGap);
 }
 
 void SheetCheckBox::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF box(2.5, (height() - kBox) / 2.0 + 0.5, kBox - 1, kBox - 1);
+    const int side = theme_->scaled(kBox);
+    const QRectF box(2.5, (height() - side) / 2 + 0.5, side - 1, side - 1);
     painter.setPen(QPen(isChecked() ? theme_->selection : theme_->info, 1.2));
     painter.setBrush(isChecked() ? theme_->selection : QColor(Qt::transparent));
     painter.drawRoundedRect(box, 4, 4);
     if (isChecked()) {
         painter.setPen(QPen(theme_->selectedText, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter.drawPolyline(
-            QPolygonF({box.topLeft() + QPointF(3.6, 7.8), box.topLeft() + QPointF(6.5, 10.6),
-                       box.topLeft() + QPointF(11.6, 4.8)}));
+        painter.drawPolyline(QPolygonF({box.topLeft() + QPointF(3.6, 7.8) * theme_->zoom,
+                                        box.topLeft() + QPointF(6.5, 10.6) * theme_->zoom,
+                                        box.topLeft() + QPointF(11.6, 4.8) * theme_->zoom}));
     }
     painter.setPen(theme_->fieldText);
-    painter.drawText(QRectF(kBox + 4 + kBoxGap, 0, width(), height()),
+    painter.drawText(QRectF(textLeft(), 0, width(), height()),
                      Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text());
     if (hasFocus()) drawFocusRing(painter, box.adjusted(-1.5, -1.5, 1.5, 1.5), 5, *theme_);
 }

@@ -35,6 +35,8 @@ class SheetCheckBox : public QAbstractButton {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    int textLeft() const;
+
     const Theme* const theme_;
 };
 

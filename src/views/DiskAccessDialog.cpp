@@ -11,22 +11,20 @@ constexpr int kPadding = 26, kTextWidth = 420;
 DiskAccessDialog::DiskAccessDialog(const WindowSystem& system) : window_(system, kPadding) {
     const Theme& theme = window_.theme();
     window_.setObjectName(QStringLiteral("diskAccess"));
-    QFont title = theme.info13, text = theme.info13;
-    title.setPixelSize(18);
-    title.setWeight(QFont::DemiBold);
-    text.setPixelSize(14);
+    const QFont title = theme.textFont(18, QFont::DemiBold), text = theme.textFont(14);
+    const int width = theme.scaled(kTextWidth);
     QVBoxLayout& column = window_.column();
     column.addWidget(makeLabel(&window_, QStringLiteral("Trovast cannot read all of your files"),
-                               title, theme.fieldText, kTextWidth));
-    column.addSpacing(8);
+                               title, theme.fieldText, width));
+    column.addSpacing(theme.scaled(8));
     column.addWidget(makeLabel(
         &window_,
         QStringLiteral("This desktop keeps some folders from programs until you allow it. Without "
                        "that, what is in these folders is not found. You can decide later."),
-        text, theme.fieldText, kTextWidth));
-    column.addSpacing(22);
+        text, theme.fieldText, width));
+    column.addSpacing(theme.scaled(22));
     auto* const row = new QHBoxLayout;
-    row->setSpacing(8);
+    row->setSpacing(theme.scaled(8));
     row->addStretch();
     auto* const later =
         new SheetButton(QStringLiteral("Later"), SheetButton::Kind::plain, &theme, &window_);

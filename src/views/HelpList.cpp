@@ -26,7 +26,8 @@ HelpList::HelpList(Look look, const Theme* theme, QWidget* parent)
 }
 
 int HelpList::widthOf(Columns columns) {
-    return columns.count * columns.width + (columns.count - 1) * kColumnGap + Scroller::kWidth;
+    const int gaps = (columns.count - 1) * qRound(kColumnGap * columns.zoom);
+    return columns.count * columns.width + gaps + Scroller::kWidth;
 }
 
 void HelpList::setContent(const HelpContent& content, Columns columns) {
@@ -50,7 +51,7 @@ std::vector<HelpList::Item> HelpList::makeItems() {
             makeLabel(page_, plainText(group.title), headingFont(theme_->info13), theme_->accent);
         title->setAlignment((isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
                             Qt::AlignVCenter);
-        items.push_back({.widget = title, .height = kTitleHeight, .isTitle = true});
+        items.push_back({.widget = title, .height = theme_->scaled(kTitleHeight), .isTitle = true});
         for (const HelpLine& line : group.lines) {
             const bool isLast = &line == &group.lines.back();
             const auto look = look_ == Look::compact ? HelpRow::Look::compact
@@ -65,8 +66,9 @@ std::vector<HelpList::Item> HelpList::makeItems() {
 }
 
 void HelpList::place(const std::vector<Item>& items) {
-    const auto heightOf = [](const Item& item) {
-        return item.height + (item.isTitle ? kGroupGap : 0);
+    const int groupGap = theme_->scaled(kGroupGap), columnGap = qRound(kColumnGap * columns_.zoom);
+    const auto heightOf = [groupGap](const Item& item) {
+        return item.height + (item.isTitle ? groupGap : 0);
     };
     int total = 0;
     for (const Item& item : items) total += heightOf(item);
@@ -86,8 +88,8 @@ void HelpList::place(const std::vector<Item>& items) {
             column++;
             y = 0;
         }
-        if (item.isTitle && y > 0) y += kGroupGap;
-        const int x = column * (columns_.width + kColumnGap);
+        if (item.isTitle && y > 0) y += groupGap;
+        const int x = column * (columns_.width + columnGap);
         item.widget->setGeometry(isRightToLeft() ? width() - x - columns_.width : x, y,
                                  columns_.width, item.height);
         y += item.height;
@@ -99,8 +101,8 @@ void HelpList::addEmptyText() {
     QLabel* const label =
         makeLabel(page_, plainText(content_.whenEmpty), theme_->info13, theme_->info);
     label->setAlignment(Qt::AlignCenter);
-    label->setGeometry(0, 0, width() - Scroller::kWidth, kEmptyHeight);
-    contentHeight_ = kEmptyHeight;
+    contentHeight_ = theme_->scaled(kEmptyHeight);
+    label->setGeometry(0, 0, width() - Scroller::kWidth, contentHeight_);
 }
 
 void HelpList::layOut() {
@@ -125,12 +127,13 @@ void HelpList::setOffset(double offset) {
 
 void HelpList::scroll(HelpView::Scroll how) {
     using Scroll = HelpView::Scroll;
-    const double page = std::max(kLine, height() - kLine);
+    const double line = kLine * theme_->zoom;
+    const double page = std::max(line, height() - line);
     switch (how) {
         case Scroll::lineUp:
-            return setOffset(offset_ - kLine);
+            return setOffset(offset_ - line);
         case Scroll::lineDown:
-            return setOffset(offset_ + kLine);
+            return setOffset(offset_ + line);
         case Scroll::pageUp:
             return setOffset(offset_ - page);
         case Scroll::pageDown:
@@ -145,7 +148,7 @@ void HelpList::scroll(HelpView::Scroll how) {
 void HelpList::wheelEvent(QWheelEvent* event) {
     const double pixels = event->pixelDelta().y();
     const double notches = event->angleDelta().y() / kWheelNotch;
-    setOffset(offset_ - (pixels != 0 ? pixels : notches * kLinesANotch * kLine));
+    setOffset(offset_ - (pixels != 0 ? pixels : notches * kLinesANotch * kLine * theme_->zoom));
     event->accept();
 }
 

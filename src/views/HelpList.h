@@ -17,11 +17,12 @@ class HelpList : public QWidget {
     struct Columns {
         int count;
         int width;  // of each
+        double zoom = 1;
     };
     /// From the top. The widget's width becomes that of the columns.
     void setContent(const HelpContent& content, Columns columns);
     int contentHeight() const { return contentHeight_; }
-    /// The same, in the colours that the theme has now.
+    /// The same, in the colours and fonts that the theme has now.
     void renew();
     void scroll(HelpView::Scroll how);
     static int widthOf(Columns columns);

@@ -20,17 +20,16 @@ constexpr QLatin1String kOr("or"), kNoKey("no key");
 }  // namespace
 
 HelpRow::HelpRow(const HelpLine& line, Look look, const Theme* theme, QWidget* parent)
-    : QLabel(parent), theme_(theme), look_(look), capFont_(theme->info13) {
-    capFont_.setPixelSize(12);
+    : QLabel(parent), theme_(theme), look_(look), capFont_(theme->textFont(12)) {
     setTextFormat(Qt::PlainText);
     setFont(theme->info13);
     setText(plainText(line.name));
     QStringList spoken;
     for (const KeyCaps& caps : line.keys) {
-        Combination keys{.caps = {}, .width = -kCapGap};
+        Combination keys{.caps = {}, .width = -inZoom(kCapGap)};
         for (const std::string& cap : caps) {
             keys.caps.append(plainText(cap));
-            keys.width += capWidth(keys.caps.back()) + kCapGap;
+            keys.width += capWidth(keys.caps.back()) + inZoom(kCapGap);
         }
         spoken.append(keys.caps.join(QLatin1Char('+')));
         if (keys_.empty() || look != Look::compact) keys_.push_back(std::move(keys));
@@ -41,11 +40,11 @@ HelpRow::HelpRow(const HelpLine& line, Look look, const Theme* theme, QWidget* p
 
 double HelpRow::capWidth(const QString& cap) const {
     const double text = std::ceil(QFontMetricsF(capFont_).horizontalAdvance(cap));
-    return std::max(kLeastCap, text + 2 * kCapInset);
+    return std::max(inZoom(kLeastCap), text + 2 * inZoom(kCapInset));
 }
 
 double HelpRow::orWidth() const {
-    return std::ceil(QFontMetricsF(capFont_).horizontalAdvance(kOr)) + 3 * kCapGap;
+    return std::ceil(QFontMetricsF(capFont_).horizontalAdvance(kOr)) + 3 * inZoom(kCapGap);
 }
 
 double HelpRow::keysWidth() const {
@@ -63,7 +62,7 @@ double HelpRow::widestKeys() const {
 
 int HelpRow::naturalWidth() const {
     const double name = QFontMetricsF(font()).horizontalAdvance(text());
-    return int(std::ceil(name + kNameGap + keysWidth()));
+    return int(std::ceil(name + inZoom(kNameGap) + keysWidth()));
 }
 
 bool HelpRow::isStacked(int width) const {
@@ -72,15 +71,15 @@ bool HelpRow::isStacked(int width) const {
 
 int HelpRow::nameWidth(int width) const {
     const double keys = isStacked(width) ? widestKeys() : keysWidth();
-    return std::max(60, width - kNameGap - int(std::ceil(keys)));
+    return std::max(theme_->scaled(60), width - int(std::ceil(inZoom(kNameGap) + keys)));
 }
 
 int HelpRow::heightForWidth(int width) const {
     const QRect room(0, 0, nameWidth(width), QWIDGETSIZE_MAX);
     const int name = QFontMetrics(font()).boundingRect(room, Qt::TextWordWrap, text()).height();
-    const double more = isStacked(width) ? double(keys_.size() - 1) * kStep : 0;
-    const int margin = look_ == Look::compact ? kCompactMargin : kMargin;
-    return std::max(name, int(kCapHeight + more)) + 2 * margin + 1;
+    const double more = isStacked(width) ? double(keys_.size() - 1) * inZoom(kStep) : 0;
+    const int margin = theme_->scaled(look_ == Look::compact ? kCompactMargin : kMargin);
+    return std::max(name, int(inZoom(kCapHeight) + more)) + 2 * margin + 1;
 }
 
 void HelpRow::paintEvent(QPaintEvent*) {
@@ -115,10 +114,10 @@ void HelpRow::drawKeys(QPainter& painter) const {
         return;
     }
     if (isStacked(width())) {
-        double y = middle - double(keys_.size() - 1) * kStep / 2;
+        double y = middle - double(keys_.size() - 1) * inZoom(kStep) / 2;
         for (const Combination& keys : keys_) {
             drawCombination(painter, keys, mirrored ? 0 : width() - keys.width, y);
-            y += kStep;
+            y += inZoom(kStep);
         }
         return;
     }
@@ -137,7 +136,8 @@ void HelpRow::drawKeys(QPainter& painter) const {
 void HelpRow::drawCombination(QPainter& painter, const Combination& keys, double x,
                               double middle) const {
     for (const QString& cap : keys.caps) {
-        const QRectF place(x, middle - kCapHeight / 2, capWidth(cap), kCapHeight);
+        const double height = inZoom(kCapHeight);
+        const QRectF place(x, middle - height / 2, capWidth(cap), height);
         // A key seen from above: its lower edge is thicker.
         painter.setPen(Qt::NoPen);
         painter.setBrush(theme_->border);
@@ -146,6 +146,6 @@ void HelpRow::drawCombination(QPainter& painter, const Combination& keys, double
         painter.drawRoundedRect(place.adjusted(1, 1, -1, -2), kRadius - 1, kRadius - 1);
         painter.setPen(theme_->fieldText);
         painter.drawText(place.adjusted(0, 0, 0, -1), Qt::AlignCenter | Qt::TextSingleLine, cap);
-        x += place.width() + kCapGap;
+        x += place.width() + inZoom(kCapGap);
     }
 }

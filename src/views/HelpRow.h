@@ -3,8 +3,7 @@
 #include <vector>
 
 #include "screen/HelpView.h"
-
-struct Theme;
+#include "views/Theme.h"
 
 /// A line of the help: what is done, and at the other end the caps of the keys that do it. Ways to
 /// press them stand beside each other where there is room, else below each other.
@@ -29,6 +28,7 @@ class HelpRow : public QLabel {
         QStringList caps;
         double width;
     };
+    double inZoom(double length) const { return length * theme_->zoom; }
     double capWidth(const QString& cap) const;
     /// Of all side by side, and of the widest.
     double keysWidth() const;

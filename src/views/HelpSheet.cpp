@@ -37,14 +37,12 @@ QPoint movedInto(const QRect& screen, QPoint corner, QSize size) {
 /// As many as fit into a width; a single one may be narrower.
 HelpList::Columns columnsIn(int width, HelpList::Columns wanted) {
     while (wanted.count > 1 && HelpList::widthOf(wanted) > width) wanted.count--;
-    return {wanted.count, wanted.width - std::max(0, HelpList::widthOf(wanted) - width)};
+    wanted.width -= std::max(0, HelpList::widthOf(wanted) - width);
+    return wanted;
 }
 
 QFont titleFont(const Theme& theme) {
-    QFont font = theme.info13;
-    font.setPixelSize(17);
-    font.setWeight(QFont::DemiBold);
-    return font;
+    return theme.textFont(17, QFont::DemiBold);
 }
 
 /// A line of text in a rounded frame.
@@ -52,17 +50,15 @@ class FilterEdit : public QLineEdit {
   public:
     FilterEdit(const Theme* theme, QWidget* parent) : QLineEdit(parent), theme_(theme) {
         setFrame(false);
-        setFixedHeight(kFilterHeight);
-        setTextMargins(8, 0, 8, 0);
         setContextMenuPolicy(Qt::NoContextMenu);
         setPlaceholderText(QStringLiteral("Type to filter, Escape closes"));
         setAccessibleName(QStringLiteral("Filter"));
-        takeColours();
+        takeTheme();
     }
-    void takeColours() {
-        QFont font = theme_->info13;
-        font.setPixelSize(15);
-        setFont(font);
+    void takeTheme() {
+        setFixedHeight(theme_->scaled(kFilterHeight));
+        setTextMargins(theme_->scaled(8), 0, theme_->scaled(8), 0);
+        setFont(theme_->textFont(15));
         setPalette(theme_->textColours(palette()));
     }
 
@@ -93,9 +89,9 @@ class HelpSheet::Page : public SheetWindow {
         list_ = new HelpList(HelpList::Look::full, &theme(), this);
         if (isRightToLeft()) title_->setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
         column().addWidget(title_);
-        column().addSpacing(12);
+        column().addSpacing(theme().scaled(12));
         column().addWidget(filter_);
-        column().addSpacing(16);
+        column().addSpacing(theme().scaled(16));
         column().addWidget(list_);
         connect(filter_, &QLineEdit::textChanged, this, [this](const QString& text) {
             if (delegate) delegate->helpFilterDidChange(text.toStdString());
@@ -106,13 +102,15 @@ class HelpSheet::Page : public SheetWindow {
         title_->setText(plainText(content.title));
         setWindowTitle(title_->text());
         const QRect screen = availableAround(searchWindow_());
-        columns_ = columnsIn(screen.width() - 2 * (kPadding + kEdge), {2, kColumnWidth});
+        const double zoom = theme().zoom;
+        columns_ = columnsIn(screen.width() - 2 * (theme().scaled(kPadding) + kEdge),
+                             {2, theme().scaled(kColumnWidth), zoom});
         list_->setContent(content, columns_);
         list_->setFixedHeight(kLeastList);
         fit();
         const int room = screen.height() - 2 * kEdge - (sheet().height() - kLeastList);
-        list_->setFixedHeight(std::clamp(list_->contentHeight(), kLeastList,
-                                         std::max(kLeastList, std::min(room, kMostList))));
+        const int most = std::max(kLeastList, std::min(room, theme().scaled(kMostList)));
+        list_->setFixedHeight(std::clamp(list_->contentHeight(), kLeastList, most));
         showCentred(Keyboard::asked);
         filter_->setFocus(Qt::OtherFocusReason);
     }
@@ -132,7 +130,8 @@ class HelpSheet::Page : public SheetWindow {
     }
     void themeChanged() override {
         setLabelColour(*title_, theme().fieldText);
-        filter_->takeColours();
+        title_->setFont(titleFont(theme()));
+        filter_->takeTheme();
         list_->renew();
     }
     void changeEvent(QEvent* event) override {
@@ -150,7 +149,7 @@ class HelpSheet::Page : public SheetWindow {
     QLabel* title_ = nullptr;
     FilterEdit* filter_ = nullptr;
     HelpList* list_ = nullptr;
-    HelpList::Columns columns_{1, 0};
+    HelpList::Columns columns_{1, 0, 1};
 };
 
 // ---- The passing one
@@ -166,13 +165,14 @@ class HelpSheet::Passing : public SheetWindow {
         list_ = new HelpList(HelpList::Look::compact, &theme(), this);
         if (isRightToLeft()) title_->setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
         column().addWidget(title_);
-        column().addSpacing(10);
+        column().addSpacing(theme().scaled(10));
         column().addWidget(list_);
     }
     void open(const HelpContent& content) {
         const QRect screen = availableAround(searchWindow_());
-        const int room = screen.width() - 2 * (kPassingPadding + kEdge);
-        const auto columns = columnsIn(room, {kPassingColumns, kPassingColumn});
+        const int room = screen.width() - 2 * (theme().scaled(kPassingPadding) + kEdge);
+        const auto columns =
+            columnsIn(room, {kPassingColumns, theme().scaled(kPassingColumn), theme().zoom});
         list_->setContent(content, columns);
         list_->setFixedHeight(std::min(list_->contentHeight(), screen.height() - 4 * kEdge));
         title_->setText(title_->fontMetrics().elidedText(plainText(content.title), Qt::ElideMiddle,
@@ -189,6 +189,7 @@ class HelpSheet::Passing : public SheetWindow {
     }
     void themeChanged() override {
         setLabelColour(*title_, theme().fieldText);
+        title_->setFont(titleFont(theme()));
         list_->renew();
     }
 

@@ -17,7 +17,7 @@ constexpr double kRadius = 8;
 
 HotKeyRecorder::HotKeyRecorder(KeySymbols keySymbols, const Theme* theme, QWidget* parent)
     : QWidget(parent), keySymbols_(std::move(keySymbols)), theme_(theme) {
-    setFixedHeight(kHeight);
+    setFixedHeight(theme->scaled(kHeight));
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);
@@ -101,7 +101,7 @@ void HotKeyRecorder::paintEvent(QPaintEvent*) {
     painter.setPen(QPen(theme_->border, 1));
     painter.setBrush(ground);
     painter.drawRoundedRect(place, kRadius, kRadius);
-    const QRectF inner = place.adjusted(kInset, 0, -kInset, 0);
+    const QRectF inner = place.adjusted(theme_->scaled(kInset), 0, -theme_->scaled(kInset), 0);
     painter.setFont(theme_->nameFont);
     const QString pressed = QString::fromStdString(modifiersText(modifiers_));
     QString text = hotKey_;

@@ -39,6 +39,15 @@ QPixmap IconCache::pixmap(const std::string& iconName, int size, double scale) {
     return *found;
 }
 
+QPixmap IconCache::applicationPixmap(const std::string& iconName, int size, double scale) {
+    const Key key{QString::fromStdString(iconName), size, scale};
+    const auto found = applications_.constFind(key);
+    if (found != applications_.constEnd()) return *found;
+    const bool isFile = key.name.startsWith(QLatin1Char('/'));
+    const QIcon icon = isFile ? QIcon(key.name) : QIcon::fromTheme(key.name);
+    return *applications_.insert(key, icon.pixmap(QSize(size, size), scale));
+}
+
 QPixmap IconCache::pixmap(const std::shared_ptr<const Picture>& picture, int size, double scale) {
     constexpr size_t kMostSmalls = 64;
     const auto found = std::find_if(smalls_.begin(), smalls_.end(), [&](const Small& small) {

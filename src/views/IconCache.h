@@ -18,10 +18,15 @@ class IconCache {
   public:
     /// A square picture of size logical pixels for a screen of the given scale.
     QPixmap pixmap(const std::string& iconName, int size, double scale);
+    /// Of an application: the name may be the path of a picture. Null where there is none.
+    QPixmap applicationPixmap(const std::string& iconName, int size, double scale);
     /// A picture fitted into a square of size logical pixels.
     QPixmap pixmap(const std::shared_ptr<const Picture>& picture, int size, double scale);
     /// When the icon theme has changed.
-    void clear() { pixmaps_.clear(); }
+    void clear() {
+        pixmaps_.clear();
+        applications_.clear();
+    }
 
   private:
     QPixmap make(const QString& iconName, int size, double scale) const;
@@ -36,6 +41,7 @@ class IconCache {
         }
     };
     QHash<Key, QPixmap> pixmaps_;  // as many as there are icon names in use: some hundreds
+    QHash<Key, QPixmap> applications_;
     struct Small {
         std::shared_ptr<const Picture> picture;
         int size;

@@ -31,7 +31,6 @@ PreviewBody::PreviewBody(QWidget* parent)
     text_->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     list_->setSelectionMode(QAbstractItemView::NoSelection);
     list_->setTextElideMode(Qt::ElideMiddle);
-    list_->setIconSize({kListIcon, kListIcon});
     list_->setUniformItemSizes(true);
     list_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     for (QAbstractScrollArea* area :
@@ -44,13 +43,15 @@ PreviewBody::PreviewBody(QWidget* parent)
         area->viewport()->setAutoFillBackground(false);
         area->hide();
     }
-    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    fixed.setPixelSize(kTextPixels);
-    text_->setFont(fixed);
 }
 
 void PreviewBody::setTheme(const Theme* theme) {
     theme_ = theme;
+    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    fixed.setPixelSize(theme->scaled(kTextPixels));
+    text_->setFont(fixed);
+    const int icon = scaled(kListIcon);
+    list_->setIconSize({icon, icon});
     QPalette colours = theme->textColours(palette());
     colours.setColor(QPalette::Button, theme->background);
     text_->setPalette(colours);
@@ -74,20 +75,24 @@ void PreviewBody::setContent(const PreviewContent& content) {
 
 void PreviewBody::fillList() {
     for (const PreviewContent::Entry& entry : content_.entries) {
-        const QPixmap icon = icons_.pixmap(entry.iconName, kListIcon, devicePixelRatioF());
+        const QPixmap icon = icons_.pixmap(entry.iconName, scaled(kListIcon), devicePixelRatioF());
         auto* item = new QListWidgetItem(QIcon(icon), plainText(entry.name));
-        item->setSizeHint({0, kListLine});
+        item->setSizeHint({0, scaled(kListLine)});
         list_->addItem(item);
     }
 }
 
+int PreviewBody::scaled(int units) const {
+    return theme_ ? theme_->scaled(units) : units;
+}
+
 uint32_t PreviewBody::picturePixels() const {
-    const int side = std::max({width(), height() - kHeader, kLeastMiddle});
+    const int side = std::max({width(), height() - scaled(kHeader), kLeastMiddle});
     return uint32_t(std::clamp(qRound(side * devicePixelRatioF()), 1, 2048));
 }
 
 void PreviewBody::layOut() {
-    const int facts = int(content_.facts.size()) * kFactLine;
+    const int facts = int(content_.facts.size()) * scaled(kFactLine);
     facts_ = QRect(0, height() - facts, width(), facts);
     int bottom = facts > 0 ? facts_.top() - kGap : height();
     message_ = {};
@@ -99,7 +104,8 @@ void PreviewBody::layOut() {
         message_ = QRect(0, bottom - lines, width(), lines);
         bottom = message_.top() - kGap;
     }
-    middle_ = QRect(0, kHeader, width(), std::max(0, bottom - kHeader));
+    const int header = scaled(kHeader);
+    middle_ = QRect(0, header, width(), std::max(0, bottom - header));
     text_->setGeometry(middle_.adjusted(6, 4, -2, -4));
     list_->setGeometry(middle_);
 }
@@ -118,16 +124,16 @@ void PreviewBody::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     int x = 0;
+    const int icon = scaled(kHeaderIcon);
     if (!content_.iconName.empty()) {
-        painter.drawPixmap(0, 0,
-                           icons_.pixmap(content_.iconName, kHeaderIcon, devicePixelRatioF()));
-        x = kHeaderIcon + kGap;
+        painter.drawPixmap(0, 0, icons_.pixmap(content_.iconName, icon, devicePixelRatioF()));
+        x = icon + scaled(kGap);
     }
     const QFont font = headingFont(theme_->pathFont);
     painter.setFont(font);
     painter.setPen(theme_->fieldText);
     painter.drawText(
-        QRect(x, 0, width() - x, kHeaderIcon), Qt::AlignVCenter | Qt::AlignLeft,
+        QRect(x, 0, width() - x, icon), Qt::AlignVCenter | Qt::AlignLeft,
         elided(plainText(content_.name, theme_->hasControlPictures), font, width() - x));
     drawMiddle(painter);
     painter.setFont(theme_->info13);
@@ -152,7 +158,7 @@ void PreviewBody::drawMiddle(QPainter& painter) {
     if (content_.kind == Kind::picture && content_.picture)
         shown = fitted(*content_.picture, middle_.size(), devicePixelRatioF());
     else if (!content_.iconName.empty())
-        shown = icons_.pixmap(content_.iconName, kLargeIcon, devicePixelRatioF());
+        shown = icons_.pixmap(content_.iconName, scaled(kLargeIcon), devicePixelRatioF());
     if (content_.kind == Kind::loading) painter.setOpacity(0.35);
     const QSizeF size = QSizeF(shown.size()) / shown.devicePixelRatioF();
     const QPointF corner = QRectF(middle_).center() - QPointF(size.width(), size.height()) / 2;
@@ -170,16 +176,16 @@ void PreviewBody::drawFacts(QPainter& painter) {
     painter.drawLine(QPointF(0, facts_.top() - kGap / 2 + 0.5),
                      QPointF(width(), facts_.top() - kGap / 2 + 0.5));
     const QFont& font = theme_->info13;
-    const int value = kFactNames + kGap;
+    const int names = scaled(kFactNames), line = scaled(kFactLine);
+    const int value = names + scaled(kGap);
     int y = facts_.top();
     for (const PreviewContent::Fact& fact : content_.facts) {
         painter.setPen(theme_->info);
-        painter.drawText(QRect(0, y, kFactNames, kFactLine), Qt::AlignRight | Qt::AlignVCenter,
+        painter.drawText(QRect(0, y, names, line), Qt::AlignRight | Qt::AlignVCenter,
                          QString::fromStdString(fact.name));
         painter.setPen(theme_->fieldText);
-        painter.drawText(QRect(value, y, width() - value, kFactLine),
-                         Qt::AlignLeft | Qt::AlignVCenter,
+        painter.drawText(QRect(value, y, width() - value, line), Qt::AlignLeft | Qt::AlignVCenter,
                          elided(plainText(fact.value), font, width() - value));
-        y += kFactLine;
+        y += line;
     }
 }

@@ -25,6 +25,8 @@ class PreviewBody : public QWidget {
 
   private:
     void layOut();
+    /// A length at a text scale of 1, as it is at this one.
+    int scaled(int units) const;
     void fillList();
     void drawMiddle(QPainter& painter);
     void drawFacts(QPainter& painter);

@@ -21,15 +21,19 @@ PreviewPanel::PreviewPanel(const WindowSystem& system, Neighbour neighbour)
 }
 
 void PreviewPanel::setTheme(const Theme* theme) {
+    zoom_ = theme->zoom;
     panel_.setTheme(theme);
     body_->setTheme(theme);
+    if (panel_.isVisible()) place();
 }
 
-QRect PreviewPanel::placeBeside(const QRect& sheet, const QRect& screen) {
+QRect PreviewPanel::placeBeside(const QRect& sheet, const QRect& screen, double zoom) {
+    const int most = std::min(qRound(kMostWidth * zoom), screen.width() - 2 * kGap);
     const int right = screen.right() - sheet.right() - 2 * kGap;
     const int left = sheet.left() - screen.left() - 2 * kGap;
-    const int width = std::clamp(std::max(left, right), kLeastWidth, kMostWidth);
-    QRect place(0, sheet.top(), width, std::min(kHeight, screen.height() - 2 * kGap));
+    const int width = std::min(std::max({left, right, qRound(kLeastWidth * zoom)}), most);
+    QRect place(0, sheet.top(), width,
+                std::min(qRound(kHeight * zoom), screen.height() - 2 * kGap));
     if (right >= left)
         place.moveLeft(sheet.right() + 1 + kGap);
     else
@@ -42,10 +46,11 @@ QRect PreviewPanel::placeBeside(const QRect& sheet, const QRect& screen) {
 }
 
 void PreviewPanel::place() {
-    const QRect sheet = placeBeside(neighbour_.sheet(), neighbour_.screen());
+    const QRect sheet = placeBeside(neighbour_.sheet(), neighbour_.screen(), zoom_);
     panel_.setGeometry(sheet.marginsAdded(panel_.shadowMargins()));
     panel_.setSheetSize(sheet.size());
-    body_->setGeometry(panel_.sheet().adjusted(kPadding, kPadding - 4, -kPadding, -kPadding + 4));
+    const int side = qRound(kPadding * zoom_), above = qRound((kPadding - 4) * zoom_);
+    body_->setGeometry(panel_.sheet().adjusted(side, above, -side, -above));
     panel_.letClicksThrough(system_);
 }
 

@@ -29,8 +29,8 @@ class PreviewPanel : public PreviewView {
     void setContent(const PreviewContent& content) override { body_->setContent(content); }
     uint32_t picturePixels() const override { return body_->picturePixels(); }
 
-    /// The place of a sheet beside another one on a screen.
-    static QRect placeBeside(const QRect& sheet, const QRect& screen);
+    /// The place of a sheet beside another one on a screen, at a text scale.
+    static QRect placeBeside(const QRect& sheet, const QRect& screen, double zoom = 1);
 
   private:
     void place();
@@ -39,4 +39,5 @@ class PreviewPanel : public PreviewView {
     const Neighbour neighbour_;
     Panel panel_;
     PreviewBody* const body_;  // belongs to the panel
+    double zoom_ = 1;
 };

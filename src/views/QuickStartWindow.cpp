@@ -13,12 +13,6 @@ namespace {
 
 constexpr int kPadding = 34, kWidth = 560;
 
-QFont sized(QFont font, int pixels, QFont::Weight weight = QFont::Normal) {
-    font.setPixelSize(pixels);
-    font.setWeight(weight);
-    return font;
-}
-
 }  // namespace
 
 class QuickStartWindow::Page : public SheetWindow {
@@ -29,6 +23,7 @@ class QuickStartWindow::Page : public SheetWindow {
     void begin();
 
     QuickStartViewDelegate* delegate = nullptr;
+    const double madeFor = theme().zoom;  // its pieces have sizes for this text scale
 
   protected:
     void closeAsked() override {
@@ -56,9 +51,9 @@ class QuickStartWindow::Page : public SheetWindow {
 
 QLabel* QuickStartWindow::Page::addLabel(const QString& text, const QFont& font,
                                          const QColor& colour, int below) {
-    QLabel* const label = makeLabel(this, text, font, colour, kWidth);
+    QLabel* const label = makeLabel(this, text, font, colour, theme().scaled(kWidth));
     column().addWidget(label);
-    column().addSpacing(below);
+    column().addSpacing(theme().scaled(below));
     return label;
 }
 
@@ -69,8 +64,8 @@ QuickStartWindow::Page::Page(const WindowSystem& system) : SheetWindow(system, k
     title_ = addLabel(QStringLiteral("Trovast"), look.field, look.fieldText, 4);
     subtitle_ = addLabel(
         QStringLiteral("Type a few letters of a name. Files and folders come up as you type."),
-        sized(look.info13, 15), look.info, 28);
-    const QFont heading = sized(look.info13, 14, QFont::DemiBold);
+        look.textFont(15), look.info, 28);
+    const QFont heading = look.textFont(14, QFont::DemiBold);
     keyHeading_ = addLabel(QStringLiteral("Call it up from anywhere"), heading, look.fieldText, 8);
     recorder_ = new HotKeyRecorder(system.keySymbols, &theme(), this);
     recorder_->setRecordingChanged([this](bool isRecording) {
@@ -80,12 +75,12 @@ QuickStartWindow::Page::Page(const WindowSystem& system) : SheetWindow(system, k
         if (delegate) delegate->hotKeyRecorded(event);
     });
     column().addWidget(recorder_);
-    column().addSpacing(6);
+    column().addSpacing(look.scaled(6));
     message_ = addLabel({}, look.info13, look.info, 22);
     triesHeading_ =
         addLabel(QStringLiteral("Try it on your own files"), heading, look.fieldText, 6);
     addTries();
-    column().addSpacing(26);
+    column().addSpacing(look.scaled(26));
     addEnd();
 }
 
@@ -98,7 +93,7 @@ void QuickStartWindow::Page::begin() {
 
 void QuickStartWindow::Page::addTries() {
     tries_ = new QVBoxLayout;
-    tries_->setSpacing(2);
+    tries_->setSpacing(theme().scaled(2));
     column().addLayout(tries_);
 }
 
@@ -138,8 +133,8 @@ void QuickStartWindow::Page::replaceTries(const std::vector<QuickStartContent::T
 
 void QuickStartWindow::Page::showMessage() {
     message_->setText(messageText_);
-    message_->setFixedHeight(
-        std::max(message_->heightForWidth(kWidth), QFontMetrics(theme().info13).height()));
+    message_->setFixedHeight(std::max(message_->heightForWidth(message_->width()),
+                                      QFontMetrics(theme().info13).height()));
     setLabelColour(*message_, messageIsError_ ? theme().error : theme().info);
 }
 
@@ -181,7 +176,7 @@ void QuickStartWindow::Page::keyPressEvent(QKeyEvent* event) {
 }
 
 QuickStartWindow::QuickStartWindow(const WindowSystem& system)
-    : page_(std::make_unique<Page>(system)) {}
+    : system_(system), page_(std::make_unique<Page>(system)) {}
 
 QuickStartWindow::~QuickStartWindow() = default;
 
@@ -190,10 +185,17 @@ void QuickStartWindow::setDelegate(QuickStartViewDelegate* delegate) {
 }
 
 void QuickStartWindow::setContent(const QuickStartContent& content) {
+    content_ = content;
     page_->setContent(content);
 }
 
 void QuickStartWindow::show() {
+    if (!isVisible() && page_->theme().zoom != page_->madeFor) {
+        QuickStartViewDelegate* const delegate = page_->delegate;
+        page_ = std::make_unique<Page>(system_);
+        page_->delegate = delegate;
+        page_->setContent(content_);
+    }
     page_->begin();
     page_->showCentred(SheetWindow::Keyboard::asked);
 }

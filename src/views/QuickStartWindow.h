@@ -21,5 +21,7 @@ class QuickStartWindow : public QuickStartView {
 
   private:
     class Page;
+    const WindowSystem system_;
     std::unique_ptr<Page> page_;
+    QuickStartContent content_;
 };

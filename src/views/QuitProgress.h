@@ -4,6 +4,8 @@
 #include "screen/QuitProgressView.h"
 #include "views/SheetWindow.h"
 
+class QLabel;
+
 /// A small window with a ring that closes. It leaves the keyboard where it is, for it is there that
 /// the key is let go.
 /// Owner:   main, after QApplication is made. Threads: main.
@@ -20,10 +22,12 @@ class QuitProgress : public QuitProgressView {
 
   private:
     class Ring;
+    /// At once where the desktop wants less motion.
     void fade(double to);
 
     SheetWindow window_;
-    Ring* const ring_;  // belongs to the window
+    Ring* const ring_;  // belongs to the window, as the text does
+    QLabel* const text_;
     QVariantAnimation fading_;
     bool isFadingOut_ = false;
 };

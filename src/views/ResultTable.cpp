@@ -3,18 +3,15 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
 #include <QStyle>
-#include <QToolTip>
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "views/ResultTableAccess.h"
-#include "views/rowSpeech.h"
 
 namespace {
 constexpr size_t kKeptContents = 64;
@@ -79,6 +76,10 @@ void ResultTable::reloadRows(const std::vector<size_t>& rows) {
     update();
 }
 
+void ResultTable::redrawActions(const std::vector<size_t>& rows) {
+    for (const size_t row : rows) updateRow(row);
+}
+
 void ResultTable::setRowHeight(double height) {
     rowHeight_ = height;
     setOffset(offset_);
@@ -134,8 +135,10 @@ std::vector<size_t> ResultTable::selectedRows() const {
 
 void ResultTable::setSelection(std::set<size_t> rows) {
     if (rows == selection_) return;
-    selection_ = std::move(rows);
-    update();  // a screenful at most, however many rows it is
+    const std::set<size_t> before = std::exchange(selection_, std::move(rows));
+    const size_t top = rowAt(margin()).value_or(0);
+    for (size_t row = top; row < count_ && isRowVisible(row); ++row)
+        if (before.count(row) != selection_.count(row)) updateRow(row);
     tellReaders();
     if (delegate_) delegate_->tableViewSelectionDidChange();
 }
@@ -159,43 +162,8 @@ RowContent ResultTable::contentFor(size_t row) const {
     return data_ && row < data_->numberOfRows() ? data_->row(row) : RowContent();
 }
 
-QString ResultTable::spokenName(size_t row) const {
-    const RowContent content = contentFor(row);
-    return rowSpeech::name(content, isBroken(content));
-}
-
-QString ResultTable::spokenDetails(size_t row) const {
-    return rowSpeech::details(contentFor(row));
-}
-
-void ResultTable::tellReaders() {
-    if (!QAccessible::isActive()) return;
-    const auto row = selectedRow();
-    if (row) {
-        QAccessibleEvent selected(this, QAccessible::Selection);
-        selected.setChild(int(*row));
-        QAccessible::updateAccessibility(&selected);
-    }
-    QString words;
-    if (row)
-        words = QStringLiteral("%1, %2, %3 of %4")
-                    .arg(spokenName(*row), spokenDetails(*row))
-                    .arg(*row + 1)
-                    .arg(count_);
-    if (words == announced_) return;
-    announced_ = words;
-    if (announce_) announce_(words);
-}
-
-bool ResultTable::event(QEvent* event) {
-    if (event->type() != QEvent::ToolTip) return QWidget::event(event);
-    const auto* const help = static_cast<QHelpEvent*>(event);
-    if (const auto row = rowAt(help->pos().y()))
-        QToolTip::showText(help->globalPos(), rowSpeech::toolTip(contentFor(*row)), this,
-                           rowPlace(*row).toAlignedRect());
-    else
-        QToolTip::hideText();
-    return true;
+std::optional<RowAction> ResultTable::actionOf(size_t row, const RowContent& shown) const {
+    return data_ && isSelected(row) ? data_->actionOf(row, shown) : std::nullopt;
 }
 
 void ResultTable::scrollRowToVisible(size_t row) {
@@ -304,7 +272,8 @@ void ResultTable::paintEvent(QPaintEvent* event) {
             look = hasKeyboard_ ? RowPainter::Look::selected
                                 : RowPainter::Look::selectedWithoutKeyboard;
         const RowContent& shown = content(row);
-        painter_->draw(painter, place, shown, look, {.isBrokenLink = isBroken(shown)});
+        painter_->draw(painter, place, shown, look,
+                       {.isBrokenLink = isBroken(shown), .action = actionOf(row, shown)});
         if (row == clickedRow_ && !selection_.count(row)) drawClickedRow(painter, place);
     }
     if (contents_.size() <= kKeptContents) return;

@@ -1,4 +1,5 @@
 #pragma once
+#include <QHelpEvent>
 #include <QWidget>
 #include <functional>
 #include <map>
@@ -47,6 +48,7 @@ class ResultTable : public QWidget, public ResultTableView {
     void setDelegate(ResultTableViewDelegate* delegate) override { delegate_ = delegate; }
     void reloadData() override;
     void reloadRows(const std::vector<size_t>& rows) override;
+    void redrawActions(const std::vector<size_t>& rows) override;
     void setRowHeight(double height) override;
     void setHasVerticalScroller(bool has) override;
     void selectRow(size_t row, bool extend) override;
@@ -87,6 +89,9 @@ class ResultTable : public QWidget, public ResultTableView {
     QRectF rowPlace(size_t row) const;
     std::optional<size_t> rowAt(double y) const;
     const RowContent& content(size_t row);
+    /// Of a selected row.
+    std::optional<RowAction> actionOf(size_t row, const RowContent& shown) const;
+    void showToolTip(const QHelpEvent& event);
     void setOffset(double offset);
     void updateRow(size_t row);
     /// Its menu is for it alone.

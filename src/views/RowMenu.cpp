@@ -1,6 +1,7 @@
 #include "views/RowMenu.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QTimer>
 #include <algorithm>
 #include <utility>
@@ -9,12 +10,12 @@
 
 namespace {
 
-constexpr int kWidestTitle = 340;
+constexpr int kWidestTitle = 340;  // at a text scale of 1
 
 QString menuText(const MenuItem& item, const Theme& theme) {
+    const QFontMetrics metrics(theme.info13);
     QString title =
-        QFontMetrics(theme.info13)
-            .elidedText(plainText(item.title), Qt::ElideMiddle, qRound(kWidestTitle * theme.zoom));
+        metrics.elidedText(plainText(item.title), Qt::ElideMiddle, theme.scaled(kWidestTitle));
     title.replace(QLatin1Char('&'), QStringLiteral("&&"));  // one would mark a letter
     return item.keys.empty() ? title : title + QLatin1Char('\t') + plainText(item.keys);
 }
@@ -24,9 +25,21 @@ void showState(QAction& action, const MenuItem& item) {
     action.setToolTip(plainToolTip(item.toolTip));
 }
 
+/// Its keys can be pressed by the program.
+class KeyedMenu : public QMenu {
+  public:
+    using QMenu::QMenu;
+    /// The first line that is enabled; its submenu stays shut.
+    void chooseFirst() {
+        setActiveAction(nullptr);
+        QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+        keyPressEvent(&down);
+    }
+};
+
 /// Holds the place of one that is still to come.
-QIcon emptyIcon() {
-    QPixmap picture(RowMenuStyle::kIcon, RowMenuStyle::kIcon);
+QIcon emptyIcon(int side) {
+    QPixmap picture(side, side);
     picture.fill(Qt::transparent);
     return picture;
 }
@@ -39,7 +52,7 @@ RowMenu::~RowMenu() {
 
 QMenu* RowMenu::makeMenu(QWidget* parent) {
     const bool isRounded = system_.isComposited && system_.isComposited();
-    auto* const menu = new QMenu(parent);
+    auto* const menu = new KeyedMenu(parent);
     menu->setAttribute(Qt::WA_TranslucentBackground, isRounded);
     menu->setWindowFlag(Qt::FramelessWindowHint);
     menu->setWindowFlag(Qt::NoDropShadowWindowHint, !isRounded);
@@ -69,12 +82,11 @@ void RowMenu::popUp(const std::vector<MenuItem>& items, const Look& look, const 
         });
     });
     menu->popup(QPoint(qRound(place.corner.x), qRound(place.corner.y)));
-    if (!place.isByKey) return;
-    const auto actions = menu->actions();
-    const auto first = std::find_if(actions.begin(), actions.end(), [](const QAction* action) {
-        return action->isEnabled() && !action->isSeparator();
-    });
-    if (first != actions.end()) menu->setActiveAction(*first);
+    if (place.isByKey) chooseFirst();
+}
+
+void RowMenu::chooseFirst() {
+    static_cast<KeyedMenu*>(menu_.data())->chooseFirst();
 }
 
 QAction* RowMenu::addItem(QMenu& menu, const MenuItem& item, const std::string& submenu) {
@@ -90,7 +102,7 @@ QAction* RowMenu::addItem(QMenu& menu, const MenuItem& item, const std::string& 
     QObject::connect(action, &QAction::triggered, action,
                      [this, choice = MenuChoice{submenu, item.identifier}] { choice_ = choice; });
     if (!item.iconName.empty()) {
-        action->setIcon(emptyIcon());
+        action->setIcon(emptyIcon(style_.icon()));
         icons_.push_back({action, QString::fromStdString(item.iconName)});
     }
     return action;
@@ -114,9 +126,14 @@ void RowMenu::update(const std::vector<MenuItem>& items) {
         if (QMenu* const inner = action.menu()) {
             inner->clear();
             fill(*inner, items[i].items, items[i].identifier);
+            if (inner->isVisible()) loadNextIcon();
         }
         if (!action.isSeparator()) showState(action, items[i]);
     }
+    const QAction* const chosen = menu_->activeAction();
+    if (!chosen || chosen->isEnabled()) return;
+    if (QMenu* const inner = chosen->menu()) inner->hide();
+    chooseFirst();
 }
 
 void RowMenu::loadNextIcon() {
@@ -128,7 +145,7 @@ void RowMenu::loadNextIcon() {
         QIcon icon = isFile ? QIcon(wanted.icon) : QIcon::fromTheme(wanted.icon);
         if (icon.isNull()) icon = QIcon::fromTheme(QStringLiteral("application-x-executable"));
         const QPixmap picture =
-            icon.pixmap({RowMenuStyle::kIcon, RowMenuStyle::kIcon}, menu_->devicePixelRatioF());
+            icon.pixmap({style_.icon(), style_.icon()}, menu_->devicePixelRatioF());
         if (!picture.isNull()) wanted.action->setIcon(picture);
         QTimer::singleShot(0, menu_, [this] { loadNextIcon(); });
         return;

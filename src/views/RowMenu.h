@@ -33,6 +33,8 @@ class RowMenu : public MenuView {
     QMenu* makeMenu(QWidget* parent);
     void fill(QMenu& menu, const std::vector<MenuItem>& items, const std::string& submenu);
     QAction* addItem(QMenu& menu, const MenuItem& item, const std::string& submenu);
+    /// Of those that are enabled.
+    void chooseFirst();
     void loadNextIcon();
     void finish();
 

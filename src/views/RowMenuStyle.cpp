@@ -9,10 +9,6 @@ constexpr int kPadding = 5, kRow = 28, kSeparator = 9, kInset = 10, kIconGap = 9
               kArrow = 14;
 constexpr double kRadius = 8, kItemRadius = 5;
 
-int textLeft(const QStyleOptionMenuItem& item) {
-    return kInset + (item.maxIconWidth > 0 ? RowMenuStyle::kIcon + kIconGap : 0);
-}
-
 }  // namespace
 
 RowMenuStyle::RowMenuStyle() : QProxyStyle(QStringLiteral("fusion")) {}
@@ -22,6 +18,10 @@ void RowMenuStyle::setTheme(const Theme& theme, bool isRounded) {
     isRounded_ = isRounded;
 }
 
+int RowMenuStyle::textLeft(const QStyleOptionMenuItem& item) const {
+    return theme_.scaled(kInset) + (item.maxIconWidth > 0 ? icon() + theme_.scaled(kIconGap) : 0);
+}
+
 int RowMenuStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                               const QWidget* widget) const {
     switch (metric) {
@@ -29,11 +29,11 @@ int RowMenuStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
             return 0;
         case PM_MenuHMargin:
         case PM_MenuVMargin:
-            return kPadding;
+            return theme_.scaled(kPadding);
         case PM_SubMenuOverlap:
             return -2;
         case PM_SmallIconSize:
-            return kIcon;
+            return icon();
         default:
             return QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -51,13 +51,16 @@ QSize RowMenuStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
     const auto* const item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
     if (type != CT_MenuItem || !item)
         return QProxyStyle::sizeFromContents(type, option, contents, widget);
-    if (item->menuItemType == QStyleOptionMenuItem::Separator) return {1, kSeparator};
+    if (item->menuItemType == QStyleOptionMenuItem::Separator)
+        return {1, theme_.scaled(kSeparator)};
     // The menu adds the width of the widest keys.
     const QString title = item->text.section(QLatin1Char('\t'), 0, 0);
     const QSize text = item->fontMetrics.size(Qt::TextShowMnemonic | Qt::TextSingleLine, title);
     const bool hasMore = item->menuItemType == QStyleOptionMenuItem::SubMenu;
-    const int behind = item->reservedShortcutWidth > 0 || hasMore ? kKeysGap : kInset;
-    return {textLeft(*item) + text.width() + behind + kInset, std::max(kRow, text.height() + 10)};
+    const int inset = theme_.scaled(kInset);
+    const int behind = item->reservedShortcutWidth > 0 || hasMore ? theme_.scaled(kKeysGap) : inset;
+    return {textLeft(*item) + text.width() + behind + inset,
+            std::max(theme_.scaled(kRow), text.height() + 10)};
 }
 
 void RowMenuStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
@@ -93,8 +96,9 @@ void RowMenuStyle::drawControl(ControlElement element, const QStyleOption* optio
 
 void RowMenuStyle::drawItem(const QStyleOptionMenuItem& item, QPainter& painter) const {
     const QRect& row = item.rect;
+    const int inset = theme_.scaled(kInset), arrowWidth = theme_.scaled(kArrow);
     if (item.menuItemType == QStyleOptionMenuItem::Separator) {
-        painter.fillRect(row.left() + kInset, row.center().y(), row.width() - 2 * kInset, 1,
+        painter.fillRect(row.left() + inset, row.center().y(), row.width() - 2 * inset, 1,
                          theme_.separator);
         return;
     }
@@ -114,12 +118,12 @@ void RowMenuStyle::drawItem(const QStyleOptionMenuItem& item, QPainter& painter)
     };
     if (!item.icon.isNull()) {
         const QRect square =
-            alignedRect(item.direction, Qt::AlignCenter, {kIcon, kIcon}, place(kInset, kIcon));
+            alignedRect(item.direction, Qt::AlignCenter, {icon(), icon()}, place(inset, icon()));
         item.icon.paint(&painter, square, Qt::AlignCenter,
                         isEnabled ? QIcon::Normal : QIcon::Disabled);
     }
     const int left = textLeft(item);
-    const QRect texts = place(left, row.width() - left - kInset);
+    const QRect texts = place(left, row.width() - left - inset);
     constexpr int kFlags = Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextHideMnemonic;
     painter.setFont(item.font);
     painter.setPen(text);
@@ -129,7 +133,7 @@ void RowMenuStyle::drawItem(const QStyleOptionMenuItem& item, QPainter& painter)
     painter.drawText(texts, kFlags | int(visualAlignment(item.direction, Qt::AlignRight)),
                      item.text.section(QLatin1Char('\t'), 1));
     if (item.menuItemType != QStyleOptionMenuItem::SubMenu) return;
-    const QRect arrow = place(row.width() - kInset - kArrow + 4, kArrow);
+    const QRect arrow = place(row.width() - inset - arrowWidth + 4, arrowWidth);
     const double towards = item.direction == Qt::RightToLeft ? -2 : 2;
     const QPointF tip = QRectF(arrow).center() + QPointF(towards, 0.5);
     painter.setBrush(Qt::NoBrush);

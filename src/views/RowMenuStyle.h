@@ -8,12 +8,12 @@
 /// Owner:   RowMenu; outlives its menus. Threads: main.
 class RowMenuStyle : public QProxyStyle {
   public:
-    static constexpr int kIcon = 16;
-
     RowMenuStyle();
     /// isRounded: what is behind the corners is seen.
     void setTheme(const Theme& theme, bool isRounded);
     const Theme& theme() const { return theme_; }
+    /// The side of an icon.
+    int icon() const { return theme_.scaled(16); }
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option,
                     const QWidget* widget) const override;
@@ -27,6 +27,7 @@ class RowMenuStyle : public QProxyStyle {
                      const QWidget* widget) const override;
 
   private:
+    int textLeft(const QStyleOptionMenuItem& item) const;
     void drawItem(const QStyleOptionMenuItem& item, QPainter& painter) const;
 
     Theme theme_;

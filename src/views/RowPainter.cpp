@@ -4,17 +4,20 @@
 #include <QPainterPath>
 #include <QTextLayout>
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
+#include "views/ActionSymbols.h"
 #include "views/MarkedText.h"
 
 namespace {
 
 constexpr double kSelectionInset = 5, kSelectionRadius = 7;
-constexpr double kAttributeLine = 20;
+constexpr double kAttributeLine = 20, kNameAndPath = 47;
 constexpr float kDim = 0.4F;  // of a name whose folder is selected
 constexpr double kThumbnailRadius = 3;
 constexpr double kMarkedDot = 8, kMarkedRoom = 16;
+constexpr int kActionSize = 22, kSymbolSize = 18, kActionGap = 10;
 constexpr double kFrame = 2;  // around a selection in high contrast
 constexpr int kSuffixPixels = 12;
 
@@ -74,7 +77,7 @@ RowPainter::RowPainter(const Theme* theme)
 }
 
 void RowPainter::draw(QPainter& painter, const QRectF& place, const RowContent& content, Look look,
-                      Extras extras) {
+                      const Extras& extras) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(place.topLeft());
@@ -102,7 +105,7 @@ void RowPainter::drawGround(QPainter& painter, const QRectF& row, Look look) con
 }
 
 void RowPainter::drawInUnits(QPainter& painter, const QRectF& row, const RowContent& content,
-                             Look look, Extras extras) {
+                             Look look, const Extras& extras) {
     drawGround(painter, row, look);
     const QRectF icon = mirrored(
         painter,
@@ -128,10 +131,18 @@ void RowPainter::drawInUnits(QPainter& painter, const QRectF& row, const RowCont
         name.colour.setAlphaF(kDim);
         name.markColour.setAlphaF(kDim);
     }
-    const double width =
+    const double wide =
         row.width() - kTextLeft - kRightInset - (content.isMarked ? kMarkedRoom : 0);
-    const double x =
-        mirrored(painter, {row.left() + kTextLeft, row.top(), width, row.height()}, row).left();
+    double width = wide;
+    if (look != Look::plain && extras.action) {
+        drawAction(painter, mirrored(painter, actionInUnits(row, content), row), *extras.action,
+                   look);
+        width -= kActionSize + kActionGap;
+    }
+    const auto placeOf = [&](double part) {
+        return mirrored(painter, {row.left() + kTextLeft, row.top(), part, row.height()}, row);
+    };
+    const double x = placeOf(width).left();
     const double nameLine = content.path.empty() ? row.center().y() + nameCap_ / 2 : row.top() + 20;
     drawName(painter, content, name, path.colour, {x, row.top(), width, row.height()}, nameLine);
     if (content.path.empty()) return;
@@ -142,7 +153,38 @@ void RowPainter::drawInUnits(QPainter& painter, const QRectF& row, const RowCont
     drawLine(painter, shownPath, path, x, row.top() + 39, width);
     double y = row.top() + 39;
     for (const RowLine& attributes : content.attributes)
-        drawAttributes(painter, attributes, selected, x, y += kAttributeLine, width);
+        drawAttributes(painter, attributes, selected, placeOf(wide).left(), y += kAttributeLine,
+                       wide);
+}
+
+QRectF RowPainter::actionInUnits(const QRectF& row, const RowContent& content) {
+    const double right = row.right() - kRightInset - (content.isMarked ? kMarkedRoom : 0);
+    // Beside name and path: the lines of metadata need all the width that there is.
+    const double height = std::min(row.height(), kNameAndPath);
+    return {right - kActionSize, std::round(row.top() + (height - kActionSize) / 2), kActionSize,
+            kActionSize};
+}
+
+QRectF RowPainter::actionPlace(const QRectF& place, const RowContent& content,
+                               Qt::LayoutDirection direction) const {
+    QRectF part = actionInUnits({QPointF(), place.size() / theme_->zoom}, content);
+    if (direction == Qt::RightToLeft) part.moveLeft(place.width() / theme_->zoom - part.right());
+    return {place.topLeft() + part.topLeft() * theme_->zoom, part.size() * theme_->zoom};
+}
+
+void RowPainter::drawAction(QPainter& painter, const QRectF& icon, const RowAction& action,
+                            Look look) {
+    if (!action.iconName.empty()) {
+        const double scale = painter.device()->devicePixelRatioF() * theme_->zoom;
+        const QPixmap picture = icons_.applicationPixmap(action.iconName, kActionSize, scale);
+        if (!picture.isNull()) {
+            painter.drawPixmap(icon, picture, picture.rect());
+            return;
+        }
+    }
+    constexpr double kInset = (kActionSize - kSymbolSize) / 2.0;
+    ActionSymbols::draw(painter, icon.adjusted(kInset, kInset, -kInset, -kInset), action.symbol,
+                        look == Look::selected ? theme_->selectedText : theme_->name);
 }
 
 void RowPainter::drawIcon(QPainter& painter, const QRectF& place, const std::string& name,
@@ -253,7 +295,7 @@ void RowPainter::drawLinkEmblem(QPainter& painter, const QPointF& centre, bool i
 }
 
 void RowPainter::drawBadges(QPainter& painter, const QRectF& icon, const QRectF& row,
-                            const RowContent& content, Look look, Extras extras) {
+                            const RowContent& content, Look look, const Extras& extras) {
     if (content.isLink)
         drawLinkEmblem(painter, icon.bottomLeft() + QPointF(6.5, -6.5), extras.isBrokenLink);
     if (!content.isMarked) return;

@@ -1,9 +1,11 @@
 #pragma once
 #include <QFont>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
+#include "screen/RowAction.h"
 #include "screen/RowContent.h"
 #include "views/IconCache.h"
 #include "views/IconShade.h"
@@ -25,12 +27,17 @@ class RowPainter {
 
     /// theme: with fonts in units.
     explicit RowPainter(const Theme* theme);
-    /// Badges beyond those of the content.
+    /// What is drawn beyond the content.
     struct Extras {
         bool isBrokenLink = false;
+        std::optional<RowAction> action = {};
     };
+    /// Where the icon of its action is in a row at this place, which is drawn from right to left or
+    /// not.
+    QRectF actionPlace(const QRectF& place, const RowContent& content,
+                       Qt::LayoutDirection direction) const;
     void draw(QPainter& painter, const QRectF& place, const RowContent& content, Look look,
-              Extras extras = {false});
+              const Extras& extras = {false, std::nullopt});
     IconCache& icons() { return icons_; }
 
   private:
@@ -40,8 +47,10 @@ class RowPainter {
         Qt::LayoutDirection direction;
     };
     static QRectF mirrored(const QPainter& painter, QRectF part, const QRectF& row);
+    static QRectF actionInUnits(const QRectF& row, const RowContent& content);
+    void drawAction(QPainter& painter, const QRectF& icon, const RowAction& action, Look look);
     void drawInUnits(QPainter& painter, const QRectF& row, const RowContent& content, Look look,
-                     Extras extras);
+                     const Extras& extras);
     void drawGround(QPainter& painter, const QRectF& row, Look look) const;
     /// Base line of the text at y. Where it ends.
     double drawLine(QPainter& painter, const MarkedText& text, const Line& line, double x, double y,
@@ -57,7 +66,7 @@ class RowPainter {
                         double y, double width);
     static void drawLinkEmblem(QPainter& painter, const QPointF& centre, bool isBroken);
     void drawBadges(QPainter& painter, const QRectF& icon, const QRectF& row,
-                    const RowContent& content, Look look, Extras extras);
+                    const RowContent& content, Look look, const Extras& extras);
 
     const Theme* theme_;
     IconCache icons_;

@@ -44,7 +44,8 @@ QRect SheetWindow::place() const {
 
 void SheetWindow::fit() {
     const QMargins shadow = shadowMargins();
-    column_->setContentsMargins(shadow + QMargins(padding_, padding_, padding_, padding_));
+    const int padding = theme_.scaled(padding_);
+    column_->setContentsMargins(shadow + QMargins(padding, padding, padding, padding));
     column_->activate();
     const QSize wanted = sizeHint();
     setFixedSize(wanted);

@@ -9,7 +9,7 @@
 /// Owner:   the view that it is a part of. Threads: main.
 class SheetWindow : public Panel {
   public:
-    /// Padding: around the column, within the sheet.
+    /// Padding: around the column, within the sheet, at a text scale of 1.
     SheetWindow(const WindowSystem& system, int padding);
 
     const Theme& theme() const { return theme_; }

@@ -182,6 +182,10 @@ Theme Theme::inUnits() const {
     return theme;
 }
 
+QFont Theme::textFont(int pixels, QFont::Weight weight) const {
+    return sized(info13, scaled(pixels), weight);
+}
+
 QFont Theme::zoomed(QFont unitFont) const {
     unitFont.setPixelSize(qRound(unitFont.pixelSize() * zoom));
     return unitFont;

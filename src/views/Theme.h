@@ -39,6 +39,10 @@ struct Theme {
     /// The same for a painter that is scaled by zoom: fonts of the sizes at a text scale of 1.
     Theme inUnits() const;
     QFont zoomed(QFont unitFont) const;
+    /// A length at a text scale of 1, as it is at this one.
+    int scaled(double units) const { return qRound(units * zoom); }
+    /// info13 in another size at a text scale of 1.
+    QFont textFont(int pixels, QFont::Weight weight = QFont::Normal) const;
     /// For a widget of Qt's own that shows or takes text on the window's ground.
     QPalette textColours(QPalette colours) const;
     /// For a line of metadata, whose size is so many pixels.

@@ -17,7 +17,7 @@ TryRow::TryRow(const QString& query, const QString& explanation, const Theme* th
     : QAbstractButton(parent), explanation_(explanation), theme_(theme) {
     setText(query);
     setAccessibleDescription(explanation);
-    setFixedHeight(kHeight);
+    setFixedHeight(theme->scaled(kHeight));
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);
@@ -44,16 +44,16 @@ void TryRow::paintEvent(QPaintEvent*) {
     painter.setFont(theme_->nameFont);
     painter.setPen(isChosen ? theme_->selectedText : theme_->fieldText);
     const QFontMetricsF query(theme_->nameFont);
-    const double width =
-        std::clamp(query.horizontalAdvance(text()) + kGap, double(kQueryWidth), place.width() / 2);
-    const QRectF left(kInset, 0, width - kGap, place.height());
+    const int inset = theme_->scaled(kInset), gap = theme_->scaled(kGap);
+    const double width = std::clamp(query.horizontalAdvance(text()) + gap,
+                                    double(theme_->scaled(kQueryWidth)), place.width() / 2);
+    const QRectF left(inset, 0, width - gap, place.height());
     painter.drawText(left, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                      query.elidedText(text(), Qt::ElideRight, left.width()));
-    QFont font = theme_->info13;
-    font.setPixelSize(14);
+    const QFont font = theme_->textFont(14);
     painter.setFont(font);
     painter.setPen(isChosen ? theme_->selectedPath : theme_->info);
-    const QRectF right(kInset + width, 0, place.width() - 2 * kInset - width, place.height());
+    const QRectF right(inset + width, 0, place.width() - 2 * inset - width, place.height());
     painter.drawText(right, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                      QFontMetricsF(font).elidedText(explanation_, Qt::ElideRight, right.width()));
 }

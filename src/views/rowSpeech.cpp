@@ -64,6 +64,10 @@ QString rowSpeech::details(const RowContent& row) {
     return lines(row).join(QStringLiteral(", "));
 }
 
+QString rowSpeech::action(const RowAction& action) {
+    return QStringLiteral("Return: ") + plainText(action.label, true);
+}
+
 QString rowSpeech::toolTip(const RowContent& row) {
     QStringList all = lines(row);
     all.prepend(plainText(row.name, true));

@@ -1,6 +1,7 @@
 #pragma once
 #include <QString>
 
+#include "screen/RowAction.h"
 #include "screen/RowContent.h"
 
 /// A row in words: for assistive technologies, and for the tool tip over what is short in it. Pure.
@@ -10,7 +11,9 @@ namespace rowSpeech {
 QString name(const RowContent& row, bool isBrokenLink = false);
 /// Folder and metadata, each sign replaced by what it stands for.
 QString details(const RowContent& row);
-/// The same line by line, in full length.
+/// What Return does to it.
+QString action(const RowAction& action);
+/// Name and details line by line, in full length.
 QString toolTip(const RowContent& row);
 
 }  // namespace rowSpeech

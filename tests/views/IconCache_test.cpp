@@ -2,8 +2,10 @@
 
 #include <QIcon>
 #include <QImageReader>
+#include <QPainter>
 #include <set>
 
+#include "views/ActionSymbols.h"
 #include "views/ProgramIcon.h"
 #include "views/QtTest.h"
 
@@ -29,6 +31,28 @@ TEST_F(IconCacheTest, HasAPictureForEveryKindWithoutAnIconTheme) {
     EXPECT_EQ(icons.pixmap("image-x-portable-pixmap", 32, 2).toImage(),
               icons.pixmap("image-png", 32, 2).toImage());
     EXPECT_EQ(icons.pixmap("", 32, 1).toImage(), icons.pixmap("no-such-thing", 32, 1).toImage());
+}
+
+TEST_F(IconCacheTest, EachActionHasASymbolOfItsOwnWithinItsSquare) {
+    constexpr int kFrame = 2, kSide = 32 + 2 * kFrame;
+    std::set<QByteArray> pictures;
+    for (int i = 0; i <= int(RowAction::Symbol::userAction); ++i) {
+        QImage picture(kSide, kSide, QImage::Format_ARGB32_Premultiplied);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        ActionSymbols::draw(painter, QRectF(kFrame, kFrame, 32, 32), RowAction::Symbol(i),
+                            Qt::black);
+        painter.end();
+        for (int at = 0; at < kSide; ++at) {
+            EXPECT_EQ(qAlpha(picture.pixel(at, 0)) + qAlpha(picture.pixel(0, at)), 0) << i;
+            EXPECT_EQ(qAlpha(picture.pixel(at, kSide - 1)) + qAlpha(picture.pixel(kSide - 1, at)),
+                      0)
+                << i;
+        }
+        pictures.insert(
+            QByteArray(reinterpret_cast<const char*>(picture.constBits()), picture.sizeInBytes()));
+    }
+    EXPECT_EQ(pictures.size(), size_t(RowAction::Symbol::userAction) + 1);
 }
 
 TEST_F(IconCacheTest, TheProgramsSignIsSeenOnEveryGround) {

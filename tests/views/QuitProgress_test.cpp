@@ -49,3 +49,13 @@ TEST_F(QuitProgressTest, FadesInFillsAndFadesOut) {
     // stands still in the tests to come.
     EXPECT_FALSE(within(100, [] { return false; }));
 }
+
+TEST_F(QuitProgressTest, ComesAndGoesAtOnceWhereMotionIsUnwanted) {
+    QuitProgress view(WindowSystem{.look = [] { return DesktopLook{.lessMotion = true}; }});
+    view.show();
+    EXPECT_EQ(view.widget()->windowOpacity(), 1);
+    view.fadeOut();
+    EXPECT_FALSE(view.widget()->isVisible());
+    view.show();
+    EXPECT_EQ(view.widget()->windowOpacity(), 1);
+}

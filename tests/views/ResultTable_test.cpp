@@ -17,6 +17,8 @@ constexpr int kHeight = kShown * kPitch + 2;
 struct Rows : ResultTableData {
     size_t count = 0;
     mutable std::set<size_t> asked;
+    std::optional<RowAction> action = {};
+    std::optional<RowAction> actionOf(size_t, const RowContent&) const override { return action; }
     size_t numberOfRows() const override { return count; }
     RowContent row(size_t row) const override {
         asked.insert(row);
@@ -281,4 +283,18 @@ TEST_F(ResultTableTest, ALinkIsAskedForOnceUntilItIsAnsweredFor) {
     table.grab();
     EXPECT_EQ(asked, (std::vector<std::string>{"/one", "/two", "/two"}));
     table.setData(&rows);
+}
+
+TEST_F(ResultTableTest, AnActionIsShownAtTheEndOfASelectedRow) {
+    table.selectRow(1, false);
+    const QRect rowZero(0, 0, kWidth, kPitch), rowOne(0, kPitch, kWidth, kPitch);
+    const QImage zero = table.grab(rowZero).toImage(), one = table.grab(rowOne).toImage();
+    rows.action = RowAction{.symbol = RowAction::Symbol::copyPath, .label = "Copy it"};
+    table.redrawActions({1});
+    EXPECT_EQ(table.grab(rowZero).toImage(), zero) << "it is not selected";
+    const QImage shown = table.grab(rowOne).toImage();
+    EXPECT_NE(shown, one);
+    EXPECT_EQ(shown.copy(0, 0, kWidth / 2, kPitch), one.copy(0, 0, kWidth / 2, kPitch));
+    EXPECT_TRUE(table.spokenDetails(1).endsWith("Return: Copy it"));
+    EXPECT_FALSE(table.spokenDetails(0).contains("Copy it"));
 }

@@ -87,3 +87,18 @@ TEST_F(RowMenuTest, LooksAsTheDesktopWantsItAndTheModeIs) {
     EXPECT_TRUE(style->theme().dark);
     EXPECT_NEAR(menu.menu()->font().pixelSize(), usual * 1.5, 1);
 }
+
+TEST_F(RowMenuTest, WhatTurnsOutDisabledIsNotTheChosenLine) {
+    items[0].isEnabled = true;
+    items[0].items = {{.title = "Looking…", .isEnabled = false}};
+    open();
+    EXPECT_EQ(menu.menu()->activeAction(), menu.menu()->actions()[0]);
+    EXPECT_EQ(QApplication::activePopupWidget(), menu.menu()) << "its submenu stays shut";
+    press(Qt::Key_Right);
+    EXPECT_NE(QApplication::activePopupWidget(), menu.menu());
+    items[0].isEnabled = false;
+    items[0].items = {};
+    menu.update(items);
+    EXPECT_EQ(menu.menu()->activeAction(), menu.menu()->actions()[2]);
+    EXPECT_EQ(QApplication::activePopupWidget(), menu.menu());
+}

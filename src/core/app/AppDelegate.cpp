@@ -36,7 +36,11 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
       indicators_(
           {.view = screen.views.indicators, .host = host_, .field = field_, .toggles = toggles_}),
       frontmost_(desktop.frontmost),
-      guard_([this] { field_.focusOnSearchField(); }),
+      guard_([this] {
+          field_.focusOnSearchField();
+          // What was let go meanwhile, another window heard of.
+          keys_.modifierFlagsChanged(desktop_.application.modifierFlags());
+      }),
       preview_({.view = screen.preview,
                 .previews = desktop.previews,
                 .fileTypes = desktop.fileTypes,
@@ -123,6 +127,11 @@ AppDelegate::AppDelegate(const Screen& screen, const DesktopPorts& desktop)
              .updater = desktop.updater,
              .shortcuts = KeyboardShortcuts::sharedInstance(),
              .openContextMenu = [this] { return contextMenu_.openAtSelection(); }}),
+      actionIcons_({.host = host_,
+                    .applications = desktop.applications,
+                    .modeSwitcher = modeSwitcher_,
+                    .keys = keys_,
+                    .renew = [this] { table_.updateActionIcons(); }}),
       hotKey_(desktop.hotKeys, KeyboardShortcuts::sharedInstance(), messages_,
               [this] { window_.toggleMainWindow(); }),
       statusItem_(desktop.statusBar,
@@ -198,6 +207,8 @@ void AppDelegate::joinParts() {
         modeSwitcher_.addMode(*mode);
     table_.setDecoration(
         [this](RowContent& content, size_t row) { rowThumbnails_.addTo(content, row); });
+    table_.setActionSource(
+        [this](size_t row, const RowContent& shown) { return actionIcons_.actionOf(row, shown); });
     host_.setFreshnessSource([this] { return searchMode_.freshness(); });
     joinKeys();
     screen_.views.field.setDelegate(this);
@@ -213,11 +224,15 @@ void AppDelegate::joinParts() {
     scanCompleted_ = searchMode_.scanCompleted().observe([this] { quickStart_.indexChanged(); });
     visibility_ = window_.visibilityChanged().observe([this](bool visible) {
         searchMode_.setWindowVisible(visible);
+        if (visible) actionIcons_.windowWasOpened();
         rowThumbnails_.somethingHappened();
         host_.updateFreshness();
         if (!visible) help_.reset();
     });
-    keyboardLost_ = window_.keyboardLost().observe([this] { help_.reset(); });
+    keyboardLost_ = window_.keyboardLost().observe([this] {
+        keys_.modifierFlagsChanged(0);
+        help_.reset();
+    });
 }
 
 void AppDelegate::joinKeys() {
@@ -235,8 +250,7 @@ void AppDelegate::joinKeys() {
                                                        .messages = messages_});
     // Before quitByHold_ goes, it takes the monitor away.
     screen_.keyEvents.setMonitor([this](const KeyEvent& event) {
-        if (event.kind == KeyEvent::Kind::flagsChanged)
-            keys_.modifierFlagsChanged(event.modifierFlags);
+        keys_.modifierFlagsChanged(event.modifierFlags);
         if (quitByHold_.sendEvent(event)) return true;
         // An open menu has all the keys.
         return !contextMenu_.isOpen() && (preferences_.sendEvent(event) || help_.sendEvent(event));
@@ -263,6 +277,7 @@ bool AppDelegate::rowEditDoCommand(RowEditCommand command, const std::u16string&
 void AppDelegate::rowEditDidEnd() {
     auto* files = dynamic_cast<TRVModeRepresentingFiles*>(host_.currentMode());
     if (files) files->controlTextDidEndEditing();
+    table_.updateActionIcons();
 }
 
 void AppDelegate::search(const std::u16string& query) {

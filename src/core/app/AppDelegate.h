@@ -31,6 +31,7 @@
 #include "modes/TRVMarkedItemsMode.h"
 #include "modes/TRVRecentMode.h"
 #include "modes/TRVSearchMode.h"
+#include "shell/ActionIcons.h"
 #include "shell/ContextMenu.h"
 #include "shell/Help.h"
 #include "shell/ItemActions.h"
@@ -171,6 +172,7 @@ class AppDelegate : private SearchFieldViewDelegate, private ResultTableViewDele
     Help help_;                        // which keys there are
     ContextMenu contextMenu_;          // what can be done to a row
     SearchFieldKeys keys_;             // what keys do
+    ActionIcons actionIcons_;          // what Return does
     ActionStore actions_;              // the user's own actions
     GlobalHotKey hotKey_;              // brings the window up
     StatusItem statusItem_;            // does so too

@@ -92,6 +92,25 @@ std::string iconNameOf(GAppInfo* application) {
     return text;
 }
 
+Applications::Opener openerFrom(GAppInfo* application) {
+    const char* const id = g_app_info_get_id(application);
+    return {.identifier = id ? id : "",
+            .name = g_app_info_get_name(application),
+            .iconName = iconNameOf(application)};
+}
+
+/// Where the name tells nothing, or not all, the item is looked at.
+std::optional<std::string> openedTypeByName(const FileURL& url) {
+    gboolean isUncertain = FALSE;
+    char* const guess = g_content_type_guess(std::string(url.lastPathComponent()).c_str(), nullptr,
+                                             0, &isUncertain);
+    const std::string type = guess ? guess : "";
+    g_free(guess);
+    if (isUncertain || type.empty() || g_content_type_is_unknown(type.c_str()))
+        return openedType(url);
+    return couldBeRun(type.c_str()) ? kPlainText : type;
+}
+
 std::vector<Applications::Opener> openersOf(const std::string& type) {
     std::vector<Applications::Opener> openers;
     const auto ofDefault = defaultApplication(type.c_str());
@@ -102,10 +121,8 @@ std::vector<Applications::Opener> openersOf(const std::string& type) {
         const bool opensFiles =
             g_app_info_supports_files(application) || g_app_info_supports_uris(application);
         if (!id || !opensFiles) continue;
-        openers.push_back({.identifier = id,
-                           .name = g_app_info_get_name(application),
-                           .iconName = iconNameOf(application),
-                           .isDefault = id == ofDefault});
+        openers.push_back(openerFrom(application));
+        openers.back().isDefault = id == ofDefault;
     }
     g_list_free_full(all, g_object_unref);
     std::stable_partition(openers.begin(), openers.end(),
@@ -118,6 +135,18 @@ std::vector<Applications::Opener> openersOf(const std::string& type) {
 std::optional<std::string> LinuxApplications::defaultApplicationForItem(const FileURL& url) {
     const auto type = openedType(url);
     return type ? defaultApplication(type->c_str()) : std::nullopt;
+}
+
+std::optional<Applications::Opener> LinuxApplications::defaultOpenerOf(const FileURL& url) const {
+    const auto type = openedTypeByName(url);
+    if (!type) return std::nullopt;
+    Owned<GAppInfo> application(g_app_info_get_default_for_type(type->c_str(), FALSE));
+    if (!application && !type->starts_with("inode/"))
+        application.reset(g_app_info_get_default_for_type(kPlainText, FALSE));
+    if (!application) return std::nullopt;
+    Opener opener = openerFrom(application.get());
+    opener.isDefault = true;
+    return opener;
 }
 
 std::vector<Applications::Opener> LinuxApplications::applicationsForItems(

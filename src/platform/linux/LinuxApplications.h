@@ -13,6 +13,7 @@ class LinuxApplications : public Applications {
     explicit LinuxApplications(bool ownsPlatformChoice) : ownsPlatformChoice_(ownsPlatformChoice) {}
     std::optional<std::string> defaultApplicationForItem(const FileURL& url) override;
     std::optional<std::string> defaultApplicationForDataOf(const FileURL& url) override;
+    std::optional<Opener> defaultOpenerOf(const FileURL& url) const override;
     std::vector<Opener> applicationsForItems(const std::vector<FileURL>& urls) const override;
     std::optional<std::string> fileManager(const std::string& configured) override;
     std::optional<std::string> textEditor(const std::string& configured) override;

@@ -86,6 +86,21 @@ std::optional<std::string> SimulatedDesktop::defaultApplicationForDataOf(const F
     return std::nullopt;
 }
 
+std::optional<Applications::Opener> SimulatedDesktop::defaultOpenerOf(const FileURL& url) const {
+    openersAsked++;
+    const auto opener = [](const App& app) {
+        return Opener{.identifier = app.id,
+                      .name = app.name.empty() ? app.id : app.name,
+                      .iconName = app.id,
+                      .isDefault = true};
+    };
+    for (const App& app : applications)
+        if (contains(app.extensions, std::string(url.pathExtension()))) return opener(app);
+    for (const App& app : applications)
+        if (contains(app.types, "public.data")) return opener(app);
+    return std::nullopt;
+}
+
 std::vector<Applications::Opener> SimulatedDesktop::applicationsForItems(
     const std::vector<FileURL>& urls) const {
     std::vector<Opener> openers;

@@ -1,4 +1,5 @@
 #pragma once
+#include <atomic>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -74,9 +75,10 @@ class SimulatedDesktop : public OwnApplication,
     uint64_t modifiers = 0;
     bool dark = true;
     bool updateSession = false;
-    int diskAccessError = 0;            // of the protected file
-    std::optional<HotKey> takenHotKey;  // by another program
-    FileEvents* eventSource = nullptr;  // the real one; null: nothing ever happens
+    mutable std::atomic<int> openersAsked = 0;  // how often the default one of an item was
+    int diskAccessError = 0;                    // of the protected file
+    std::optional<HotKey> takenHotKey;          // by another program
+    FileEvents* eventSource = nullptr;          // the real one; null: nothing ever happens
 
     // What the user and the other programs do.
     /// Another program takes the keyboard if it differs from the one in front.
@@ -106,6 +108,7 @@ class SimulatedDesktop : public OwnApplication,
     // Applications
     std::optional<Identifier> defaultApplicationForItem(const FileURL& url) override;
     std::optional<Identifier> defaultApplicationForDataOf(const FileURL& url) override;
+    std::optional<Opener> defaultOpenerOf(const FileURL& url) const override;
     std::vector<Opener> applicationsForItems(const std::vector<FileURL>& urls) const override;
     std::optional<Identifier> fileManager(const Identifier& configured) override;
     std::optional<Identifier> textEditor(const Identifier& configured) override;

@@ -17,6 +17,7 @@ class SimulatedTable : public ResultTableView {
     void setDelegate(ResultTableViewDelegate* delegate) override { delegate_ = delegate; }
     void reloadData() override;
     void reloadRows(const std::vector<size_t>& rows) override;
+    void redrawActions(const std::vector<size_t>& rows) override { redrawn_.push_back(rows); }
     void setRowHeight(double height) override { rowHeight_ = height; }
     void setHasVerticalScroller(bool has) override { hasScroller_ = has; }
     void selectRow(size_t row, bool extend) override;
@@ -44,6 +45,11 @@ class SimulatedTable : public ResultTableView {
     // What a user sees and does.
     size_t numberOfRows() const { return count_; }
     RowContent row(size_t row) const { return data_ ? data_->row(row) : RowContent{}; }
+    /// The icon in a row that is selected.
+    std::optional<RowAction> action(size_t row) const {
+        return data_ && selected_.contains(row) ? data_->actionOf(row, data_->row(row))
+                                                : std::nullopt;
+    }
     double rowHeight() const { return rowHeight_; }
     bool hasScroller() const { return hasScroller_; }
     void click(std::vector<size_t> rows);
@@ -62,6 +68,8 @@ class SimulatedTable : public ResultTableView {
         std::vector<size_t> rows = {};
     };
     std::vector<Change> takeChanges() { return std::exchange(changes_, {}); }
+    /// The rows whose icons were to be drawn again since the last call.
+    std::vector<std::vector<size_t>> takeRedrawnActions() { return std::exchange(redrawn_, {}); }
 
   private:
     void select(std::set<size_t> rows);
@@ -70,6 +78,7 @@ class SimulatedTable : public ResultTableView {
     const ResultTableData* data_ = nullptr;
     ResultTableViewDelegate* delegate_ = nullptr;
     std::vector<Change> changes_;
+    std::vector<std::vector<size_t>> redrawn_;
     std::set<size_t> selected_;
     std::optional<size_t> clicked_;
     std::optional<RowEdit> edit_;

@@ -15,7 +15,7 @@ CrossButton::CrossButton(const QString& name, const Theme* theme, QWidget* paren
     : QAbstractButton(parent), theme_(theme) {
     setAccessibleName(name);
     setToolTip(name);
-    setFixedSize(kSize, kSize);
+    setFixedSize(theme->scaled(kSize), theme->scaled(kSize));
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
 }
@@ -39,7 +39,8 @@ void CrossButton::paintEvent(QPaintEvent*) {
     painter.setPen(
         QPen(underMouse() ? theme_->fieldText : theme_->info, 1.5, Qt::SolidLine, Qt::RoundCap));
     const QPointF middle = place.center();
-    painter.drawLine(middle - QPointF(kArm, kArm), middle + QPointF(kArm, kArm));
-    painter.drawLine(middle - QPointF(kArm, -kArm), middle + QPointF(kArm, -kArm));
+    const double arm = kArm * theme_->zoom;
+    painter.drawLine(middle - QPointF(arm, arm), middle + QPointF(arm, arm));
+    painter.drawLine(middle - QPointF(arm, -arm), middle + QPointF(arm, -arm));
     if (hasFocus()) drawFocusRing(painter, place, kRadius, *theme_);
 }

@@ -32,7 +32,7 @@ class FormPane::Row : public QWidget {
     virtual void show(const PreferencesRow& row) = 0;
     virtual bool isRecording() const { return false; }
 
-    static constexpr int kWidth = 410;
+    static constexpr int kWidth = 410;  // at a text scale of 1
 
   protected:
     Row(const PaneContext* context, QWidget* parent);

@@ -20,7 +20,7 @@ class ToggleRow : public FormPane::Row {
         : Row(context, parent) {
         box_ = new SheetCheckBox(plainText(row.label), context->theme, this);
         layout()->addWidget(box_);
-        addTexts(row, kInsetOfBox);
+        addTexts(row, context->theme->scaled(kInsetOfBox));
         connect(box_, &QAbstractButton::clicked, this, [this, id = row.id](bool isOn) {
             if (context_->delegate) context_->delegate->toggled(id, isOn);
         });
@@ -43,7 +43,7 @@ class LabelledRow : public FormPane::Row {
         auto* const line = new QHBoxLayout;
         line->setSpacing(0);
         QLabel* const text = paneLabel(this, *context_, Tone::text);
-        setPaneText(*text, label_, kLabelWidth);
+        setPaneText(*text, label_, context_->theme->scaled(kLabelWidth));
         line->addWidget(text);
         line->addWidget(control);
         line->addStretch();
@@ -61,7 +61,7 @@ class NumberRow : public LabelledRow {
             if (context_->delegate) context_->delegate->numberEntered(id, text.toStdString());
         });
         field_->setFont(context->theme->info13);
-        field_->setFixedWidth(kNumberWidth);
+        field_->setFixedWidth(context->theme->scaled(kNumberWidth));
         field_->setAlignment(Qt::AlignRight);
         field_->setAccessibleName(label_);
         addControl(row, field_);
@@ -102,7 +102,7 @@ class HotKeyRow : public FormPane::Row {
     HotKeyRow(const PreferencesRow& row, const PaneContext* context, QWidget* parent)
         : Row(context, parent) {
         QLabel* const label = paneLabel(this, *context, Tone::text);
-        setPaneText(*label, plainText(row.label), kWidth);
+        setPaneText(*label, plainText(row.label), context->theme->scaled(kWidth));
         label->setContentsMargins(0, 4, 0, 2);
         label->setFixedHeight(label->height() + 6);
         layout()->addWidget(label);
@@ -162,11 +162,11 @@ FormPane::Row::Row(const PaneContext* context, QWidget* parent)
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->setSpacing(3);
-    setFixedWidth(kWidth);
+    setFixedWidth(context->theme->scaled(kWidth));
 }
 
 void FormPane::Row::addTexts(const PreferencesRow& row, int inset) {
-    textWidth_ = kWidth - inset;
+    textWidth_ = width() - inset;
     auto* const texts = new QVBoxLayout;
     texts->setContentsMargins(inset, 0, 0, 0);
     texts->setSpacing(3);

@@ -59,10 +59,10 @@ QWidget* makePaneContent() {
 
 QString paneStyle(const Theme& theme) {
     return QStringLiteral(
-               "QLineEdit { border: 1px solid %1; border-radius: 6px; padding: 5px 9px;"
+               "QLineEdit { border: 1px solid %1; border-radius: 6px; padding: %9px %10px;"
                "  background: %2; color: %3; selection-background-color: %4;"
                "  selection-color: %5; }"
-               "QLineEdit:focus { border: 2px solid %6; padding: 4px 8px; }"
+               "QLineEdit:focus { border: 2px solid %6; padding: %11px %12px; }"
                "QMenu { background: %7; color: %3; border: 1px solid %1; padding: 4px; }"
                "QMenu::item { padding: 6px 22px 6px 26px; border-radius: 4px; }"
                "QMenu::item:selected { background: %4; color: %5; }"
@@ -78,5 +78,9 @@ QString paneStyle(const Theme& theme) {
                "  { background: transparent; }")
         .arg(css(theme.border), css(theme.otherSelection), css(theme.fieldText),
              css(theme.selection), css(theme.selectedText), css(theme.accent),
-             css(theme.background), css(theme.scroller));
+             css(theme.background), css(theme.scroller))
+        .arg(theme.scaled(5))
+        .arg(theme.scaled(9))
+        .arg(theme.scaled(5) - 1)
+        .arg(theme.scaled(9) - 1);
 }

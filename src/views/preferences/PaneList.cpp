@@ -46,7 +46,7 @@ class PaneList::Entry : public QAbstractButton {
         : QAbstractButton(parent), pane_(pane), theme_(theme) {
         setText(nameOf(pane));
         setCheckable(true);
-        setFixedSize(kWidth, kHeight);
+        setFixedSize(theme->scaled(kWidth), theme->scaled(kHeight));
         setFocusPolicy(Qt::StrongFocus);
         setAttribute(Qt::WA_Hover);
     }
@@ -64,11 +64,13 @@ class PaneList::Entry : public QAbstractButton {
         const QColor colour = isChecked() ? theme_->selectedText : theme_->fieldText;
         painter.setPen(QPen(colour, 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         painter.setBrush(isChecked() ? theme_->selection : QColor(Qt::transparent));
-        painter.translate(kInset, (height() - kSymbol) / 2.0);
+        const double zoom = theme_->zoom;
+        painter.translate(kInset * zoom, (height() - kSymbol * zoom) / 2);
+        painter.scale(zoom, zoom);
         drawSymbol(painter, pane_);
         painter.resetTransform();
         painter.setFont(theme_->info13);
-        painter.drawText(place.adjusted(kInset + kSymbol + kGap, 0, -4, 0),
+        painter.drawText(place.adjusted(theme_->scaled(kInset + kSymbol + kGap), 0, -4, 0),
                          Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text());
         if (hasFocus()) drawFocusRing(painter, place.adjusted(1, 1, -1, -1), kRadius, *theme_);
     }
@@ -88,7 +90,7 @@ PaneList::PaneList(const Theme* theme, QWidget* parent)
     setAccessibleName(QStringLiteral("Panes"));
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins({});
-    column->setSpacing(2);
+    column->setSpacing(theme->scaled(2));
     for (size_t i = 0; i < kPreferencesPanes; ++i) {
         auto* const entry = new Entry(PreferencesPane(i), theme, this);
         group_->addButton(entry, int(i));

@@ -33,7 +33,7 @@ QSize PopUpButton::sizeHint() const {
     int widest = 0;
     for (const QString& item : items_)
         widest = std::max(widest, fontMetrics().horizontalAdvance(item));
-    return {widest + kInset + kArrow, kHeight};
+    return {widest + theme_->scaled(kInset + kArrow), theme_->scaled(kHeight)};
 }
 
 void PopUpButton::openMenu() {
@@ -72,12 +72,13 @@ void PopUpButton::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(place, kRadius, kRadius);
     painter.setPen(theme_->fieldText);
     painter.setFont(font());
-    const QRectF text = place.adjusted(kInset, 0, -kArrow, 0);
+    const QRectF text = place.adjusted(theme_->scaled(kInset), 0, -theme_->scaled(kArrow), 0);
     painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                      fontMetrics().elidedText(this->text(), Qt::ElideRight, int(text.width()) + 4));
     painter.setPen(QPen(theme_->info, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    const QPointF tip(place.right() - 13, place.center().y() + 2);
+    const double arm = 4 * theme_->zoom;
+    const QPointF tip(place.right() - 13 * theme_->zoom, place.center().y() + arm / 2);
     painter.setBrush(Qt::NoBrush);
-    painter.drawPolyline(QPolygonF({tip - QPointF(4, 4), tip, tip + QPointF(4, -4)}));
+    painter.drawPolyline(QPolygonF({tip - QPointF(arm, arm), tip, tip + QPointF(arm, -arm)}));
     if (hasFocus()) drawFocusRing(painter, place.adjusted(0.5, 0.5, -0.5, -0.5), kRadius, *theme_);
 }

@@ -45,6 +45,7 @@ class PreferencesWindow::Sheet : public SheetWindow {
         if (QWidget* const widget = focusWidget()) widget->clearFocus();
     }
 
+    const double madeFor = theme().zoom;  // its pieces have sizes for this text scale
     PaneContext context;
     FormPane *general, *search;
     KeyboardPane* keyboard;
@@ -91,12 +92,12 @@ PreferencesWindow::Sheet::Sheet(const WindowSystem& system)
     head->addStretch();
     head->addWidget(close);
     auto* const right = new QVBoxLayout;
-    right->setSpacing(12);
+    right->setSpacing(theme().scaled(12));
     right->addLayout(head);
     right->addWidget(panes_);
     auto* const all = new QHBoxLayout(body_);
     all->setContentsMargins({});
-    all->setSpacing(kBetween);
+    all->setSpacing(theme().scaled(kBetween));
     all->addWidget(list_);
     all->addWidget(new Separator(&theme(), body_));
     all->addLayout(right);
@@ -104,7 +105,7 @@ PreferencesWindow::Sheet::Sheet(const WindowSystem& system)
 
 void PreferencesWindow::Sheet::addPanes() {
     panes_ = new QStackedWidget(body_);
-    panes_->setFixedSize(kPaneWidth, kPaneHeight);
+    panes_->setFixedSize(theme().scaled(kPaneWidth), theme().scaled(kPaneHeight));
     general = new FormPane(&context, panes_);
     search = new FormPane(&context, panes_);
     keyboard = new KeyboardPane(&context, panes_);
@@ -116,9 +117,7 @@ void PreferencesWindow::Sheet::addPanes() {
 void PreferencesWindow::Sheet::showPane(PreferencesPane pane) {
     list_->setPane(pane);
     title_->setText(PaneList::nameOf(pane));
-    QFont font = headingFont(theme().info13);
-    font.setPixelSize(17);
-    title_->setFont(font);
+    title_->setFont(theme().textFont(17, QFont::DemiBold));
     panes_->setCurrentIndex(int(pane));
 }
 
@@ -142,7 +141,7 @@ void PreferencesWindow::Sheet::keyPressEvent(QKeyEvent* event) {
 }
 
 PreferencesWindow::PreferencesWindow(const WindowSystem& system)
-    : sheet_(std::make_unique<Sheet>(system)) {}
+    : system_(system), sheet_(std::make_unique<Sheet>(system)) {}
 
 PreferencesWindow::~PreferencesWindow() = default;
 
@@ -163,6 +162,11 @@ void PreferencesWindow::setRules(const std::vector<PreferencesRuleList>& lists) 
 }
 
 void PreferencesWindow::showPane(PreferencesPane pane) {
+    if (!isVisible() && sheet_->theme().zoom != sheet_->madeFor) {
+        PreferencesViewDelegate* const delegate = sheet_->context.delegate;
+        sheet_ = std::make_unique<Sheet>(system_);
+        sheet_->context.delegate = delegate;
+    }
     sheet_->showPane(pane);
 }
 

@@ -25,5 +25,6 @@ class PreferencesWindow : public PreferencesView {
 
   private:
     class Sheet;
+    const WindowSystem system_;
     std::unique_ptr<Sheet> sheet_;
 };

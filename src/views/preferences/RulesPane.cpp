@@ -68,7 +68,7 @@ class RulesPane::Line : public QWidget {
         row->addWidget(remove);
         column->addLayout(row);
         column->addWidget(warning_);
-        setFixedWidth(kWidth);
+        setFixedWidth(context->theme->scaled(kWidth));
     }
 
     void show(const PreferencesRule& rule) {
@@ -77,7 +77,7 @@ class RulesPane::Line : public QWidget {
         const bool isKnown = rule.patternType < size_t(types.size());
         type_->setChosen(isKnown ? types[int(rule.patternType)] : QStringLiteral("Unknown"),
                          isKnown ? std::set<int>{int(rule.patternType)} : std::set<int>());
-        setPaneText(*warning_, plainText(rule.warning), kWidth);
+        setPaneText(*warning_, plainText(rule.warning), width());
         if (!fileTypes_) return;
         std::set<int> ticked;
         for (int bit = 0; bit < kBits; ++bit)
@@ -105,15 +105,15 @@ class RulesPane::List : public QWidget {
         title->setFont(headingFont(context->theme->info13));
         title->setText(plainText(list.title));
         QLabel* const explanation = paneLabel(this, *context, Tone::quiet);
-        setPaneText(*explanation, plainText(list.explanation), kWidth);
+        setPaneText(*explanation, plainText(list.explanation), context->theme->scaled(kWidth));
         lines_ = new QVBoxLayout;
-        lines_->setSpacing(6);
+        lines_->setSpacing(context->theme->scaled(6));
         column->addWidget(title);
         column->addSpacing(2);
         column->addWidget(explanation);
-        column->addSpacing(10);
+        column->addSpacing(context->theme->scaled(10));
         column->addLayout(lines_);
-        column->addSpacing(10);
+        column->addSpacing(context->theme->scaled(10));
         auto* const row = new QHBoxLayout;
         row->setSpacing(8);
         add_ = new SheetButton(QStringLiteral("Add Rule"), SheetButton::Kind::plain, context->theme,

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 #include <algorithm>
+#include <cmath>
 
 #include "views/KeyTranslation.h"
 #include "views/MarkedText.h"
@@ -75,10 +76,11 @@ class ShortcutTable::Painter : public QStyledItemDelegate {
         QString text = index.data().toString();
         QColor colour = isChosen && hasKeyboard ? theme.selectedText : theme.fieldText;
         QFont font = isTitle ? headingFont(theme.info13) : theme.info13;
-        QRect place = option.rect.adjusted(kInset, 0, -kInset, 0);
+        const int inset = theme.scaled(kInset);
+        QRect place = option.rect.adjusted(inset, 0, -inset, 0);
         if (isTitle) {
             colour = theme.info;
-            place.setTop(place.top() + 10);
+            place.setTop(place.top() + theme.scaled(10));
             if (index.column() != kNames) {
                 // The first line says what stands in the columns.
                 text =
@@ -101,9 +103,10 @@ class ShortcutTable::Painter : public QStyledItemDelegate {
   private:
     void drawBox(QPainter& painter, const QRect& cell, bool isTicked, QColor colour) const {
         constexpr double kBox = 14, kRadius = 3.5;
-        QRectF box(0, 0, kBox, kBox);
+        const double zoom = table_.context_->theme->zoom;
+        QRectF box(0, 0, kBox * zoom, kBox * zoom);
         box.moveCenter(QRectF(cell).center());
-        box.moveLeft(cell.left() + kInset + 10.5);
+        box.moveLeft(cell.left() + std::round((kInset + 10) * zoom) + 0.5);
         QColor frame = colour;
         frame.setAlphaF(isTicked ? 0.8F : 0.4F);
         painter.setBrush(Qt::NoBrush);
@@ -111,9 +114,9 @@ class ShortcutTable::Painter : public QStyledItemDelegate {
         painter.drawRoundedRect(box, kRadius, kRadius);
         if (!isTicked) return;
         painter.setPen(QPen(colour, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter.drawPolyline(
-            QPolygonF({box.topLeft() + QPointF(3.5, 7.5), box.topLeft() + QPointF(6, 10),
-                       box.topLeft() + QPointF(10.5, 4.5)}));
+        painter.drawPolyline(QPolygonF({box.topLeft() + QPointF(3.5, 7.5) * zoom,
+                                        box.topLeft() + QPointF(6, 10) * zoom,
+                                        box.topLeft() + QPointF(10.5, 4.5) * zoom}));
     }
     /// One rounded ground for all columns: each paints its part of it.
     void drawGround(QPainter& painter, const QRect& cell, int column, bool hasKeyboard) const {
@@ -149,8 +152,8 @@ ShortcutTable::ShortcutTable(const PaneContext* context, QWidget* parent)
     horizontalHeader()->setSectionResizeMode(kNames, QHeaderView::Stretch);
     horizontalHeader()->setSectionResizeMode(kKeys, QHeaderView::Fixed);
     horizontalHeader()->setSectionResizeMode(kMenu, QHeaderView::Fixed);
-    setColumnWidth(kKeys, kKeysWidth);
-    setColumnWidth(kMenu, kMenuWidth);
+    setColumnWidth(kKeys, context->theme->scaled(kKeysWidth));
+    setColumnWidth(kMenu, context->theme->scaled(kMenuWidth));
     connect(this, &QAbstractItemView::doubleClicked, this, [this] { record(); });
     connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
         if (model_->isTitle(index.row())) return;
@@ -172,7 +175,7 @@ void ShortcutTable::setShortcuts(const std::vector<PreferencesShortcut>& shortcu
     for (int row = 0; row < model_->rowCount(); ++row) {
         const bool isTitle = model_->isTitle(row);
         if (isTitle && row > 0) setSpan(row, 0, 1, kColumns);
-        setRowHeight(row, isTitle ? kTitleRow : kRow);
+        setRowHeight(row, context_->theme->scaled(isTitle ? kTitleRow : kRow));
         if (!isTitle && model_->line(row).identifier == identifier)
             setCurrentIndex(model_->index(row, kNames));
     }

@@ -66,7 +66,9 @@ struct Desktop {
 bool opened(LinuxApplications& applications, const FileURL& file) {
     auto application = applications.defaultApplicationForItem(file);
     if (!application) application = applications.defaultApplicationForDataOf(file);
-    return application && applications.openWithApplication({file}, *application);
+    const auto opener = applications.defaultOpenerOf(file);  // shows the same beforehand
+    return application && opener && opener->identifier == *application &&
+           applications.openWithApplication({file}, *application);
 }
 
 }  // namespace
@@ -99,6 +101,8 @@ TEST(LinuxApplications, OpensEveryFileAsADocument) {
     EXPECT_FALSE(applications.defaultApplicationForDataOf(folder));
     EXPECT_FALSE(applications.fileManager("com.apple.Finder"));
     EXPECT_FALSE(applications.defaultApplicationForItem(desktop.folder.at("missing")));
+    EXPECT_FALSE(applications.defaultOpenerOf(folder));
+    EXPECT_FALSE(applications.defaultOpenerOf(desktop.folder.at("missing")));
 
     const auto editor = applications.textEditor("com.apple.TextEdit");
     ASSERT_TRUE(editor);

@@ -81,10 +81,9 @@ void EventRecorder::mountsChanged() {
 
 void EventRecorder::mountChanged(const MountTable::Change& change) {
     const FileURL mount(change.path);
-    const bool concerns =
-        std::any_of(request_.paths.begin(), request_.paths.end(), [&](const FileURL& root) {
-            return mount.isAtOrBelow(root) || root.isAtOrBelow(mount);
-        });
+    const bool concerns = std::any_of(
+        request_.paths.begin(), request_.paths.end(),
+        [&](const FileURL& root) { return mount.isAtOrBelow(root) || root.isAtOrBelow(mount); });
     if (!concerns) return;
     outbox_.cut();
     outbox_.put((change.isThere ? kFSEventStreamEventFlagMount : kFSEventStreamEventFlagUnmount) |

@@ -56,8 +56,8 @@ class PathSetReader {
         touched_.insert(path.substr(0, path.rfind('/')));
         if (exists && item.isFolder) touched_.insert(path);
         const bool isRename = event.flags & kFSEventStreamEventFlagItemRenamed;
-        const bool isScan = event.flags & (kFSEventStreamEventFlagMustScanSubDirs |
-                                           kFSEventStreamEventFlagMount);
+        const bool isScan =
+            event.flags & (kFSEventStreamEventFlagMustScanSubDirs | kFSEventStreamEventFlagMount);
         if (isScan || (!exists && !isRename)) remove(path);
         if (isRename && !exists) {
             if (!oldHalf.empty()) remove(oldHalf);
