@@ -10,6 +10,7 @@
 namespace {
 constexpr double kRadius = 10;
 constexpr qint64 kComesUp = 500;  // milliseconds: so long a window manager may take to place it
+constexpr int kTitleBar = 64;     // higher is none
 }  // namespace
 
 Panel::Panel() : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint) {
@@ -101,7 +102,8 @@ bool Panel::isPutBack(const QMoveEvent& event) {
         return false;
     }
     const QPoint asked = *std::exchange(asked_, std::nullopt);
-    if (pos() == asked || sinceShown_.elapsed() > kComesUp) return false;
+    const int away = (pos() - asked).manhattanLength();
+    if (away == 0 || away > kTitleBar || sinceShown_.elapsed() > kComesUp) return false;
     move(asked);
     return true;
 }
