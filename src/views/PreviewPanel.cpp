@@ -1,5 +1,6 @@
 #include "views/PreviewPanel.h"
 
+#include <QGuiApplication>
 #include <QWindow>
 #include <algorithm>
 
@@ -14,6 +15,10 @@ PreviewPanel::PreviewPanel(const WindowSystem& system, Neighbour neighbour)
     : system_(system), neighbour_(std::move(neighbour)), body_(new PreviewBody(&panel_)) {
     panel_.setObjectName(QStringLiteral("previewPanel"));
     panel_.setAccessibleName(QStringLiteral("Preview"));
+    // Of windows that are beside another one and leave it the keyboard, Wayland knows tool tips
+    // only.
+    if (QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+        panel_.setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint);
     panel_.setWindowFlag(Qt::WindowDoesNotAcceptFocus);
     panel_.setAttribute(Qt::WA_ShowWithoutActivating);
     panel_.setFocusPolicy(Qt::NoFocus);
