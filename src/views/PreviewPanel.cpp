@@ -1,6 +1,5 @@
 #include "views/PreviewPanel.h"
 
-#include <QGuiApplication>
 #include <QWindow>
 #include <algorithm>
 
@@ -15,9 +14,8 @@ PreviewPanel::PreviewPanel(const WindowSystem& system, Neighbour neighbour)
     : system_(system), neighbour_(std::move(neighbour)), body_(new PreviewBody(&panel_)) {
     panel_.setObjectName(QStringLiteral("previewPanel"));
     panel_.setAccessibleName(QStringLiteral("Preview"));
-    // Of windows that are beside another one and leave it the keyboard, Wayland knows tool tips
-    // only.
-    if (QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+    // In a Wayland session, whether by X11 or not, only a tool tip leaves the keyboard for sure.
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         panel_.setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint);
     panel_.setWindowFlag(Qt::WindowDoesNotAcceptFocus);
     panel_.setAttribute(Qt::WA_ShowWithoutActivating);
