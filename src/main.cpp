@@ -52,7 +52,7 @@ struct Desktop {
                 .takeClicksIn = WindowHints::takeClicksIn,
                 .activate = [this](uintptr_t id) { application.activateWindow(id); },
                 .followLink = followLink,
-                .keySymbols = WindowHints::keySymbol,
+                .keySymbols = WindowHints::keySymbols(),
                 .look =
                     [this] {
                         return DesktopLook{.isDark = appearance.isDark(),
@@ -107,7 +107,7 @@ struct Desktop {
     FullAccess diskAccess;
     SearchWindow window{windowSystem()};
     AlertDialogs alerts{windowSystem()};
-    KeyMonitor keyEvents{WindowHints::keySymbol};
+    KeyMonitor keyEvents{WindowHints::keySymbols()};
     QuitProgress quitProgress{windowSystem()};
     QuickStartWindow quickStart{windowSystem()};
     DiskAccessDialog diskAccessDialog{windowSystem()};

@@ -10,7 +10,9 @@ constexpr double kFullHeight = 515;  // of a window with all its rows, for the d
 
 Rect defaultFrame(Rect screen, double width, double height) {
     const double top = screen.height - (screen.height - kFullHeight) / 3;
-    return {screen.width / 2 - width / 2, top - height, width, height};
+    const Rect place{screen.width / 2 - width / 2, top - height, width, height};
+    if (onScreen(place, screen) == place) return place;
+    return {place.x + screen.x, place.y + screen.y, width, height};
 }
 
 double heightForRows(long shown, double rowHeight) {

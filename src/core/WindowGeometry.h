@@ -13,7 +13,7 @@ constexpr double kFieldAndInfoBar = 63;
 constexpr long kMaxRows = 10;  // unless maximised
 
 /// The place of a window that has no stored one: centred, its top at a third of the height that a
-/// full window leaves.
+/// full window leaves. Counted from the origin, or where that is off the screen, from its corner.
 Rect defaultFrame(Rect screen, double width, double height);
 /// Height of the window that shows so many rows.
 double heightForRows(long shown, double rowHeight);

@@ -5,10 +5,13 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWindow>
+#include <utility>
 
 namespace {
 constexpr double kRadius = 10;
-}
+constexpr qint64 kComesUp = 500;  // milliseconds: so long a window manager may take to place it
+constexpr int kTitleBar = 64;     // higher is none
+}  // namespace
 
 Panel::Panel() : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint) {
     setAttribute(Qt::WA_TranslucentBackground);
@@ -90,13 +93,35 @@ void Panel::paintEvent(QPaintEvent*) {
 void Panel::mousePressEvent(QMouseEvent* event) {
     // There is no title bar: any place without a meaning of its own moves the window.
     if (event->button() == Qt::LeftButton && windowHandle() &&
-        sheet().contains(event->position().toPoint()))
+        sheet().contains(event->position().toPoint())) {
+        asked_.reset();
         windowHandle()->startSystemMove();
+    }
+}
+
+void Panel::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    asked_ = pos();
+    sinceShown_.start();
+}
+
+bool Panel::isPutBack(const QMoveEvent& event) {
+    if (!asked_) return false;
+    if (!event.spontaneous()) {
+        asked_ = pos();
+        return false;
+    }
+    const QPoint asked = *std::exchange(asked_, std::nullopt);
+    const int away = (pos() - asked).manhattanLength();
+    if (away == 0 || away > kTitleBar || sinceShown_.elapsed() > kComesUp) return false;
+    move(asked);
+    return true;
 }
 
 void Panel::moveEvent(QMoveEvent* event) {
     QWidget::moveEvent(event);
-    if (events_.moved) events_.moved();
+    // Some window managers make room for a title bar that we have not. They are asked once more.
+    if (!isPutBack(*event) && events_.moved) events_.moved();
 }
 
 void Panel::changeEvent(QEvent* event) {

@@ -1,6 +1,8 @@
 #pragma once
+#include <QElapsedTimer>
 #include <QWidget>
 #include <functional>
+#include <optional>
 
 #include "views/Shadow.h"
 #include "views/Theme.h"
@@ -41,15 +43,19 @@ class Panel : public QWidget {
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
   private:
     void updateMask();
+    bool isPutBack(const QMoveEvent& event);
 
     Events events_;
     const Theme* theme_ = nullptr;
     Shadow shadow_;
     bool composited_ = false;
     QSize sheetSize_;
+    std::optional<QPoint> asked_;  // where it is to come up, until it did
+    QElapsedTimer sinceShown_;
 };

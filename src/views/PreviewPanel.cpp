@@ -14,6 +14,9 @@ PreviewPanel::PreviewPanel(const WindowSystem& system, Neighbour neighbour)
     : system_(system), neighbour_(std::move(neighbour)), body_(new PreviewBody(&panel_)) {
     panel_.setObjectName(QStringLiteral("previewPanel"));
     panel_.setAccessibleName(QStringLiteral("Preview"));
+    // In a Wayland session, whether by X11 or not, only a tool tip leaves the keyboard for sure.
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        panel_.setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint);
     panel_.setWindowFlag(Qt::WindowDoesNotAcceptFocus);
     panel_.setAttribute(Qt::WA_ShowWithoutActivating);
     panel_.setFocusPolicy(Qt::NoFocus);

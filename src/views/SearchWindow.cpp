@@ -9,15 +9,31 @@
 
 namespace {
 
-constexpr int kResizing = 100;  // milliseconds
+constexpr int kResizing = 100;           // milliseconds
+constexpr qint64 kScreensSettle = 1000;  // these too
 constexpr int kLeastWidth = 320;
 constexpr QSize kFirstSize(638, 64);
 constexpr int kFullHeight = 555;  // of a sheet with ten rows
 
-/// Qt counts y downward from the top of the primary screen, Rect upward from its bottom.
-double bottomOfDesktop() {
+/// Qt counts y downward from the desktop's top left, Rect upward from here: the bottom left of the
+/// primary screen.
+QPoint origin() {
     const QRect primary = QGuiApplication::primaryScreen()->geometry();
-    return primary.y() + primary.height();
+    return {primary.x(), primary.y() + primary.height()};
+}
+
+/// The one that shares most with a place; none, if none does.
+const QScreen* screenAround(const QRect& place) {
+    const QScreen* best = nullptr;
+    qint64 most = 0;
+    for (const QScreen* each : QGuiApplication::screens()) {
+        const QRect shared = each->geometry() & place;
+        const qint64 area = qint64(shared.width()) * shared.height();
+        if (shared.isEmpty() || area <= most) continue;
+        best = each;
+        most = area;
+    }
+    return best;
 }
 
 }  // namespace
@@ -25,13 +41,15 @@ double bottomOfDesktop() {
 // The program counts for a text scale of 1: all that holds text is larger by the scale.
 Rect SearchWindow::toRect(const QRect& place) const {
     const double zoom = theme_.zoom;
-    return {place.x() / zoom, (bottomOfDesktop() - place.y() - place.height()) / zoom,
+    const QPoint from = origin();
+    return {(place.x() - from.x()) / zoom, (from.y() - place.y() - place.height()) / zoom,
             place.width() / zoom, place.height() / zoom};
 }
 
 QRect SearchWindow::toQRect(const Rect& rect) const {
     const double zoom = theme_.zoom;
-    return {qRound(rect.x * zoom), qRound(bottomOfDesktop() - (rect.y + rect.height) * zoom),
+    const QPoint from = origin();
+    return {from.x() + qRound(rect.x * zoom), qRound(from.y() - (rect.y + rect.height) * zoom),
             qRound(rect.width * zoom), qRound(rect.height * zoom)};
 }
 
@@ -71,6 +89,7 @@ SearchWindow::SearchWindow(WindowSystem system)
     table_->setAnnouncer(
         [this](const QString& words) { field_->widget()->setAccessibleDescription(words); });
     makeGrips();
+    watchScreens();
     renewTheme();
     panel_.setComposited(system_.isComposited && system_.isComposited());
     panel_.setFocusProxy(field_->widget());
@@ -129,6 +148,18 @@ void SearchWindow::setResizable(bool resizable) {
     rightGrip_->setVisible(resizable);
 }
 
+void SearchWindow::watchScreens() {
+    const auto changed = [this] { screensChanged_.start(); };
+    const auto watch = [this, changed](const QScreen* screen) {
+        QObject::connect(screen, &QScreen::geometryChanged, &panel_, changed);
+    };
+    for (const QScreen* screen : QGuiApplication::screens()) watch(screen);
+    QObject::connect(qGuiApp, &QGuiApplication::screenAdded, &panel_, watch);
+    QObject::connect(qGuiApp, &QGuiApplication::screenAdded, &panel_, changed);
+    QObject::connect(qGuiApp, &QGuiApplication::screenRemoved, &panel_, changed);
+    QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, &panel_, changed);
+}
+
 void SearchWindow::drag(bool leftEdge, int distance) {
     QRect sheet = dragged_;
     if (leftEdge)
@@ -141,6 +172,8 @@ void SearchWindow::drag(bool leftEdge, int distance) {
 void SearchWindow::tellOfPlace() {
     if (isPlacing_) return;
     preview_.neighbourMoved();
+    // When monitors come and go, others push the window about: that is no place of the user's.
+    if (screensChanged_.isValid() && screensChanged_.elapsed() < kScreensSettle) return;
     const Rect now = frame();
     const Rect before = std::exchange(told_, now);
     if (!delegate_) return;
@@ -180,7 +213,9 @@ void SearchWindow::layOut() {
 }
 
 const QScreen* SearchWindow::screen() const {
-    if (panel_.isVisible()) return panel_.screen();
+    // Qt tells of a move before it knows of the other screen.
+    if (const QScreen* const around = panel_.isVisible() ? screenAround(sheetPlace()) : nullptr)
+        return around;
     const QScreen* atCursor = QGuiApplication::screenAt(QCursor::pos());
     return atCursor ? atCursor : QGuiApplication::primaryScreen();
 }
@@ -287,15 +322,6 @@ Rect SearchWindow::visibleScreenFrame() const {
 }
 
 Rect SearchWindow::visibleScreenFrameFor(Rect place) const {
-    const QRect wanted = toQRect(place);
-    const QScreen* best = screen();
-    qint64 bestShared = -1;
-    for (const QScreen* each : QGuiApplication::screens()) {
-        const QRect shared = each->geometry() & wanted;
-        const qint64 area = qint64(shared.width()) * shared.height();
-        if (shared.isEmpty() || area <= bestShared) continue;
-        best = each;
-        bestShared = area;
-    }
-    return toRect(best->availableGeometry());
+    const QScreen* const around = screenAround(toQRect(place));
+    return toRect((around ? around : screen())->availableGeometry());
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include <QElapsedTimer>
 #include <QVariantAnimation>
 #include <functional>
 #include <memory>
@@ -51,6 +52,7 @@ class SearchWindow : public WindowView {
     void renewTheme();
     void layOut();
     void makeGrips();
+    void watchScreens();
     void drag(bool leftEdge, int distance);
     void tellOfPlace();
     void animationEnded();
@@ -82,6 +84,7 @@ class SearchWindow : public WindowView {
     QRect target_;                              // of the running animation
     std::vector<std::function<void()>> ended_;  // for its end
     PreviewPanel preview_;
+    QElapsedTimer screensChanged_;
     Rect told_;               // the frame that the delegate knows
     bool isPlacing_ = false;  // the panel moves before its sheet has its size
 };

@@ -4,6 +4,18 @@
 #include <QCursor>
 #include <QKeyEvent>
 #include <QScreen>
+#include <QWindow>
+
+namespace {
+
+/// That of the window with the keyboard, or of ours that had it a moment ago; else the pointer's.
+const QScreen* screenOfUser() {
+    if (const QWindow* const focused = QGuiApplication::focusWindow()) return focused->screen();
+    const QScreen* const atCursor = QGuiApplication::screenAt(QCursor::pos());
+    return atCursor ? atCursor : QGuiApplication::primaryScreen();
+}
+
+}  // namespace
 
 SheetWindow::SheetWindow(const WindowSystem& system, int padding)
     : system_(system), padding_(padding), column_(new QVBoxLayout(this)) {
@@ -29,9 +41,7 @@ void SheetWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 QPoint SheetWindow::cornerFor(QSize sheet) const {
-    const QScreen* const atCursor = QGuiApplication::screenAt(QCursor::pos());
-    const QRect screen =
-        (atCursor ? atCursor : QGuiApplication::primaryScreen())->availableGeometry();
+    const QRect screen = screenOfUser()->availableGeometry();
     return {screen.x() + (screen.width() - sheet.width()) / 2,
             screen.y() + std::max(0, (screen.height() - sheet.height()) * 2 / 5)};
 }

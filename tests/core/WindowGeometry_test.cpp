@@ -31,6 +31,13 @@ TEST(WindowGeometry, FirstPlaceIsCentredWithItsTopAtAThirdOfTheRest) {
     EXPECT_DOUBLE_EQ(frame.y + frame.height, 900 - (900.0 - 515) / 3);
 }
 
+TEST(WindowGeometry, KeepsTheOriginForTheFirstPlaceWhereThatIsOnTheScreen) {
+    EXPECT_EQ(WindowGeometry::defaultFrame({100, 0, 1440, 900}, 640, 64).x, 400);
+    // Beside the primary screen, at its left and reaching higher than it.
+    const Rect left{-1280, 280, 1280, 800};
+    EXPECT_EQ(WindowGeometry::defaultFrame(left, 640, 65), (Rect{-960, 280 + 705 - 65, 640, 65}));
+}
+
 TEST(WindowGeometry, AWindowOffTheScreenComesBackOnIt) {
     EXPECT_EQ(WindowGeometry::onScreen({5000, -900, 638, 64}, kScreen), (Rect{802, 0, 638, 64}));
     // Larger than the screen: its left edge and its top... stay reachable from the origin.

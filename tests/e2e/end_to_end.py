@@ -310,10 +310,63 @@ def with_alt_and_super_swapped(program, other, _):
         scene.expect_gone()
 
 
+def shadow_and_sheet(window):
+    """How far the shadow reaches at the left and above, and the left edge, top and width within."""
+    facts = dict(line.split("=") for line in
+                 output("xdotool", "getwindowgeometry", "--shell", window).split("\n"))
+    extents = output("xprop", "-id", window, "_GTK_FRAME_EXTENTS").partition("=")[2]
+    left, right, top, _ = map(int, extents.split(","))
+    return (left, top), (int(facts["X"]) + left, int(facts["Y"]) + top,
+                         int(facts["WIDTH"]) - left - right)
+
+
+def on_two_monitors(program, other, _):
+    """The right half of the screen is the primary one; the left half is not as high."""
+    for monitor in (("*right", "640/170x800/200+640+0", "screen"),
+                    ("left", "640/170x600/150+0+0", "none")):
+        subprocess.run(["xrandr", "--setmonitor", *monitor], check=True,
+                       stdout=subprocess.DEVNULL)
+    subprocess.run(["xdotool", "mousemove", "100", "100"], check=True)
+    try:
+        with Scene(program, other) as scene:
+            tested = scene.program
+            tested.wait_for_hot_key()
+            scene.call_up()
+            left, _, width = shadow_and_sheet(tested.window())[1]
+            expect("it comes up where the pointer is", 0 <= left and left + width <= 640)
+
+            def move(x, y):
+                shadow = shadow_and_sheet(tested.window())[0]
+                subprocess.run(["xdotool", "windowmove", tested.window(), str(x - shadow[0]),
+                                str(y - shadow[1])], check=True)
+                stands_at(x, y)
+
+            def stands_at(x, y):
+                wait_for(f"it stands at {x}, {y}",
+                         lambda: shadow_and_sheet(tested.window())[1][:2] == (x, y))
+
+            def place_on_the_right():
+                return (tested.home.setting("searchPanelTopLeft") or {}).get("{640, 800}")
+
+            move(641, 100)
+            wait_for("its place is kept, counted from the primary one",
+                     lambda: place_on_the_right() == "{1, 700}")
+            move(1, 200)
+            subprocess.run(["xrandr", "--delmonitor", "left"], check=True)
+            stands_at(641, 100)
+            time.sleep(0.5)  # for what others would still move
+            stands_at(641, 100)
+            expect("its place is as the user left it", place_on_the_right() == "{1, 700}")
+            expect("ended in order", tested.terminate() == 0)
+    finally:
+        for name in ("left", "right"):
+            subprocess.run(["xrandr", "--delmonitor", name], capture_output=True)
+
+
 SCENARIOS = [from_hot_key_to_opened_file, the_text_stays_and_escape_leaves, other_ways_in,
              how_it_looks, browsing_renaming_and_marking,
              with_alt_and_super_swapped, without_a_session_bus,
-             with_the_hot_key_held_by_another, without_a_window_manager]
+             with_the_hot_key_held_by_another, without_a_window_manager, on_two_monitors]
 
 
 def main():

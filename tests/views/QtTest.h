@@ -7,15 +7,19 @@
 
 /// A test with an application of its own, on no screen.
 class QtTest : public testing::Test {
+  protected:
+    explicit QtTest(const QByteArray& platform = "offscreen")
+        : application_(arguments(platform), values_) {}
+
   private:
-    static int& arguments() {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int& arguments(const QByteArray& platform) {
+        qputenv("QT_QPA_PLATFORM", platform);
         static int count = 1;
         return count;
     }
     char name_[5] = "test";
     char* values_[2] = {name_, nullptr};
-    QApplication application_{arguments(), values_};
+    QApplication application_;
 };
 
 /// The widgets of a class below another one, in the order in which they were made.

@@ -30,6 +30,13 @@ bool hasBar() {
     return bus.isConnected() && bus.interface()->isServiceRegistered(QString::fromLatin1(kBar));
 }
 
+/// A bar draws the menu itself. Those of other desktops draw no keys, or not all: a comma and the
+/// space bar have other names there.
+bool isBarOfQt() {
+    const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(':');
+    return desktops.contains(QStringLiteral("KDE")) || desktops.contains(QStringLiteral("LXQt"));
+}
+
 }  // namespace
 
 LinuxStatusBar::LinuxStatusBar(QIcon icon) : icon_(std::move(icon)) {
@@ -96,8 +103,7 @@ void LinuxStatusBar::setStatusMenu(std::vector<StatusItemContent::Entry> menu) {
 
 void LinuxStatusBar::fillMenu() {
     menu_->clear();
-    // A bar draws the menu itself and has names of its own for the keys; in a tray it is Qt's.
-    const bool isDrawnByBar = hasBar();
+    const bool isDrawnByBar = hasBar(), drawsKeys = isDrawnByBar && isBarOfQt();
     for (const StatusItemContent::Entry& entry : content_.menu) {
         if (entry.title.empty()) {
             menu_->addSeparator();
@@ -106,9 +112,10 @@ void LinuxStatusBar::fillMenu() {
         QString title = QString::fromStdString(entry.title);
         title.replace('&', QStringLiteral("&&"));  // one would mark a letter
         QString keys = QString::fromStdString(entry.keys);
-        if (!keys.isEmpty() && !isDrawnByBar) title += '\t' + keys;
+        if (!keys.isEmpty() && !drawsKeys)
+            title += (isDrawnByBar ? QStringLiteral("\u2003") : QStringLiteral("\t")) + keys;
         QAction* const action = menu_->addAction(title);
-        if (isDrawnByBar)
+        if (drawsKeys)
             action->setShortcut(
                 QKeySequence(keys.replace(QStringLiteral("Super"), QStringLiteral("Meta"))));
         QObject::connect(action, &QAction::triggered, menu_.get(), [run = entry.action] {

@@ -65,3 +65,7 @@ uint32_t WindowHints::keySymbol(uint32_t scanCode, unsigned group) {
     if (!reply || at >= reply->keysyms_per_keycode) return 0;
     return xcb_get_keyboard_mapping_keysyms(reply.get())[at];
 }
+
+KeySymbols WindowHints::keySymbols() {
+    return x11::connection() ? KeySymbols(keySymbol) : KeySymbols();
+}

@@ -4,6 +4,8 @@
 #include <QRect>
 #include <cstdint>
 
+#include "screen/keyCodes.h"
+
 /// What our window needs of the X server beyond what Qt tells it, and what a key writes. Under
 /// other platforms than X11 nothing happens and no key has a symbol.
 /// Owner:   none. Threads: main, after QApplication is made. Calls wait for the X server unless
@@ -22,5 +24,7 @@ void takeClicksIn(uintptr_t window, const QRect& part);
 /// The keysym that a key has without modifiers. scanCode: evdev's plus 8; group: of the key map,
 /// from 0. 0: none.
 uint32_t keySymbol(uint32_t scanCode, unsigned group);
+/// The same; empty where there is no X server to ask, so that what a key's event says counts.
+KeySymbols keySymbols();
 
 }  // namespace WindowHints

@@ -1,10 +1,13 @@
 #include "platform/linux/LinuxStatusBar.h"
 
+#include <QAction>
+#include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
+#include <QMenu>
 #include <QPixmap>
 #include <QThread>
 #include <mutex>
@@ -97,4 +100,25 @@ TEST_F(LinuxStatusBarTest, TheItemComesToABarThatComesLater) {
     EXPECT_TRUE(bar.items().isEmpty());
     statusBar.showStatusItem({.toolTip = "Trovast", .action = {}, .menu = {}});
     EXPECT_TRUE(soon([&] { return !bar.items().isEmpty(); }));
+}
+
+TEST_F(LinuxStatusBarTest, TheKeysOfTheMenuAreReadInEveryBar) {
+    QDBusConnection bus =
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("bar"));
+    const struct {
+        const char *desktop, *title, *shortcut;
+    } cases[] = {{"XFCE", "Preferences\u2003Ctrl+,", ""}, {"X:KDE", "Preferences", "Ctrl+,"}};
+    for (const auto& each : cases) {
+        qputenv("XDG_CURRENT_DESKTOP", each.desktop);
+        Bar bar(bus);
+        LinuxStatusBar statusBar(icon());
+        statusBar.showStatusItem(
+            {.toolTip = "Trovast", .action = {}, .menu = {{"Preferences", [] {}, "Ctrl+,"}}});
+        const auto menus = QApplication::topLevelWidgets();
+        const auto* const menu = qobject_cast<QMenu*>(menus.value(0));
+        ASSERT_TRUE(menu);
+        const QAction& entry = *menu->actions().at(0);
+        EXPECT_EQ(entry.text(), QString::fromUtf8(each.title));
+        EXPECT_EQ(entry.shortcut().toString(), QString::fromUtf8(each.shortcut));
+    }
 }
