@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <QApplication>
 #include <QIcon>
 #include <QLocale>
@@ -157,6 +159,8 @@ KeyLayout keyLayout() {
     return WindowHints::keySymbol(kPlaceOfY, 0) == 'z' ? KeyLayout::other : KeyLayout::qwerty;
 }
 
+constexpr unsigned kLongestEndSeconds = 30;
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -196,5 +200,7 @@ int main(int argc, char** argv) {
     if (!qEnvironmentVariableIsSet("TROVAST_HIDDEN")) fulfil(commandLine.wish, requests);
     const int status = QApplication::exec();
     delegate = nullptr;
+    // A thread that asks a disk which answers nobody cannot be ended; the program can.
+    alarm(kLongestEndSeconds);
     return status;
 }

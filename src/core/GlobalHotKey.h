@@ -27,8 +27,8 @@ class GlobalHotKey {
     static HotKey storedShortcut();
     /// Registers what is stored, if anything is.
     void setupHotKeys();
-    /// Tries the keys that the user pressed for it, and stores them if they work. Keys that the
-    /// program has itself, and such that belong to typing, are refused. The text says why.
+    /// Tries the keys that the user pressed for it, and stores them if they work. Those of
+    /// commands, and such that belong to typing, are refused. The text says why.
     Result<void> record(const KeyEvent& event);
     /// Its keys are being pressed for another purpose: they do nothing until it is resumed.
     void pause() { hotKeys_.unregisterShortcut(); }

@@ -74,8 +74,10 @@ Result<void> moveItem(const FileURL& from, const FileURL& to) {
         error = renameOverHolder(from, to);
     }
     // Only the case of the name changes: nothing is replaced.
-    if (error == EEXIST && isSameEntry(from, to))
+    if (error == EEXIST && isSameEntry(from, to)) {
         error = ::rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
+        if (error == 0 && !isListed(to)) error = EEXIST;  // two names of one item: nothing was done
+    }
     if (error == 0) return {};
     return posixError("Cannot rename " + displayText(from.lastPathComponent()), error);
 }

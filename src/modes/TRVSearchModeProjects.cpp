@@ -89,7 +89,7 @@ void TRVSearchMode::currentProjectDidChange(const std::shared_ptr<const Project>
     }
     host().updateTextsOfCurrentMode();
     switchModeQueue().async([this, project] {
-        // Their folders were of the other project.
+        // Folders of the other project; and no other mode is to keep what Search mode forgets.
         forgetPathFilter();
         if (auto* const mode = dynamic_cast<TRVModeSupportingPath*>(host().currentMode()))
             mode->forgetPathFilter();

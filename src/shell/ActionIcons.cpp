@@ -8,6 +8,7 @@
 #include "core/ModeSwitcher.h"
 #include "modes/framework/ModeHost.h"
 #include "modes/framework/TRVModeRepresentingFiles.h"
+#include "modes/rowText.h"
 #include "shell/SearchFieldKeys.h"
 #include "util/Unicode.h"
 #include "util/queues/MainQueue.h"
@@ -52,6 +53,11 @@ RowAction openFolder() {
     return {.symbol = Symbol::openFolder, .label = std::string(kOpen)};
 }
 
+/// The list may already be another than the one on show.
+bool isOf(const RowContent& shown, const FileURL& url) {
+    return shown.name.starts_with(makeRowText(url.lastPathComponent(), {}, {}, true).name);
+}
+
 /// Waits for the disk.
 std::optional<RowAction> findOut(const FileURL& url, bool isLink,
                                  const Applications& applications) {
@@ -83,12 +89,12 @@ ActionIcons::Answer ActionIcons::opening(size_t row, const RowContent& shown) {
     if (shown.iconName == kFolderIcon && !shown.isLink) return openFolder();
     const RowAction pending{.symbol = Symbol::pending, .label = std::string(kOpen)};
     const bool hasType = !shown.isLink && shown.iconName != kUnknownIcon;
-    const auto found = hasType ? known_.find(shown.iconName) : known_.end();
+    const std::string key = hasType ? shown.iconName : shown.path + "/" + shown.name;
+    const auto found = known_.find(key);
     if (found != known_.end() && found->second.askedIn == opening_) return found->second.answer;
     auto* const files = dynamic_cast<TRVModeRepresentingFiles*>(parts_.host.currentMode());
     const auto url = files ? files->urlOfFilteredItemAtIndex(row) : std::nullopt;
-    if (!url) return pending;
-    const std::string key = hasType ? shown.iconName : url->path();
+    if (!url || !isOf(shown, *url)) return pending;
     if (known_.size() > kMostKnown && !known_.contains(key)) known_.clear();
     Known& known = known_.try_emplace(key, Known{.answer = pending}).first->second;
     if (known.askedIn != opening_) {

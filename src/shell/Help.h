@@ -16,9 +16,8 @@ class TRVModeRepresentingFiles;
 
 /// The list of all keys of the current mode, which a command shows and hides, and the keys for the
 /// selection, which show while Ctrl alone is held for longer than a second.
-/// Owner:   AppDelegate. Threads: main; a queue of its own asks the disk. Sees each key event
-/// before
-///          the windows do.
+/// Sees each key event before the windows do.
+/// Owner:   AppDelegate. Threads: main; a queue of its own asks the disk.
 class Help : private HelpViewDelegate {
   public:
     struct Parts {

@@ -145,7 +145,7 @@ std::optional<bool> SearchFieldKeys::handleFixedKey(const KeyEvent& event, uint6
         case kKeyTab:
             return handleTab(event);
         case kKeyReturn:
-            if (const auto handled = handleReturn(flags, mode)) return handled;
+            if (const auto handled = handleReturn(flags, event.isRepeat, mode)) return handled;
             break;
         case kKeyMenu:
         case kKeyF10:
@@ -174,7 +174,7 @@ std::optional<bool> SearchFieldKeys::handleFixedKey(const KeyEvent& event, uint6
     return parts_.projectKeys.handleDigit(event.keyCode, flags, mode);
 }
 
-std::optional<bool> SearchFieldKeys::handleReturn(uint64_t flags, TRVMode& mode) {
+std::optional<bool> SearchFieldKeys::handleReturn(uint64_t flags, bool isRepeat, TRVMode& mode) {
     const bool withShift = (flags & kShift) != 0;
     switch (flags & ~kShift) {
         case 0:
@@ -193,7 +193,7 @@ std::optional<bool> SearchFieldKeys::handleReturn(uint64_t flags, TRVMode& mode)
         return sayNotAvailable(parts_.messages, "Copy File Content to Clipboard");
     }
     if (flags == kModifierControl && (showsFiles(mode) || mode.identifier() == kProjectMode)) {
-        rename(mode);
+        if (!isRepeat) rename(mode);
         return true;
     }
     return std::nullopt;
@@ -222,6 +222,8 @@ void SearchFieldKeys::rename(TRVMode& mode) {
              .buttons = {"OK"}});
         return;
     }
+    // The list may have become another while the disk was asked.
+    if (files->selectedURLOfFilteredItemAtIndex(rows.front()) != url) return;
     files->setRenameState(TRVModeRepresentingFiles::kRenameRequested);
     parts_.rows.updateActionIcons();
     parts_.field.disableSeachField();
@@ -236,7 +238,7 @@ std::optional<bool> SearchFieldKeys::askDisk(const FileURL& url) {
         std::optional<bool> mayBeRenamed;
     };
     const auto answer = std::make_shared<Answer>();
-    renameQ_.addBlock([answer, url] {
+    mayRenameQ_.addBlock([answer, url] {
         const bool may = mayBeRenamed(url);
         const std::lock_guard lock(answer->mutex);
         answer->mayBeRenamed = may;

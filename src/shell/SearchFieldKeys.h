@@ -71,7 +71,7 @@ class SearchFieldKeys {
     bool handleNavigationKeysWithEvent(const KeyEvent& event, const TRVMode& mode);
     /// Keys with a meaning of their own; nothing: it is none of them.
     std::optional<bool> handleFixedKey(const KeyEvent& event, uint64_t flags, TRVMode& mode);
-    std::optional<bool> handleReturn(uint64_t flags, TRVMode& mode);
+    std::optional<bool> handleReturn(uint64_t flags, bool isRepeat, TRVMode& mode);
     bool handleTab(const KeyEvent& event);
     bool handleShortcut(const KeyEvent& event, const TRVMode& mode);
     bool handleUserDefinedAction(const KeyEvent& event, const TRVMode& mode);
@@ -91,5 +91,5 @@ class SearchFieldKeys {
     const Parts parts_;
     TableNavigation navigation_;
     const KeyboardShortcutEntries keyboardShortcuts_;  // those that are in no mode's list
-    OperationQueue renameQ_{"renameQ", 1, Qos::userInitiated, OperationQueue::Order::newestFirst};
+    OperationQueue mayRenameQ_{"mayRenameQ", OperationQueue::kUnlimited, Qos::userInitiated};
 };

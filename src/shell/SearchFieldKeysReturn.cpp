@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr uint64_t kHeld = kModifierShift | kModifierControl | kModifierOption | kModifierCommand;
-
 bool isReturnWith(const FixedKeys::Combination& keys, uint64_t flags) {
     return keys.keyCode == kKeyReturn && keys.modifierFlags == flags;
 }
@@ -28,7 +26,7 @@ const KeyboardShortcutDefinition* definitionFor(const KeyboardShortcutEntries& e
 
 std::optional<SearchFieldKeys::Command> SearchFieldKeys::commandOfReturn(
     uint64_t flags, const TRVMode& mode) const {
-    const KeyEvent event{.keyCode = kKeyReturn, .modifierFlags = flags & kHeld};
+    const KeyEvent event{.keyCode = kKeyReturn, .modifierFlags = flags & kHeldModifiers};
     const KeyboardShortcutEntries ofMode = mode.keyboardShortcutsIncludingSuperclass(true);
     if (const auto* const own = definitionFor(ofMode, event, mode.identifier()))
         return Command{own->identifier(), own->actionName()};
@@ -49,6 +47,7 @@ void SearchFieldKeys::modifierFlagsChanged(uint64_t flags) {
     const uint64_t before = parts_.modeSwitcher.modifierFlags();
     parts_.modeSwitcher.setModifierFlags(flags);
     const TRVMode* const mode = parts_.host.currentMode();
-    if (((before ^ flags) & kHeld) == 0 || !mode || mode->identifier() == kProjectMode) return;
+    if (((before ^ flags) & kHeldModifiers) == 0 || !mode || mode->identifier() == kProjectMode)
+        return;
     parts_.rows.updateActionIcons();
 }

@@ -95,6 +95,7 @@ unsigned numberFrom(const char* variable, unsigned otherwise) {
 TEST_F(LiveIndexTest, EqualsAFreshScanAfterEachStorm) {
     const unsigned storms = numberFrom("TROVAST_STORMS", 200);
     const unsigned seed = numberFrom("TROVAST_SEED", std::random_device()());
+    RecordProperty("mounts", EventStorm::mayMount());
     start();
     for (unsigned i = 0; i < storms; i++) {
         const unsigned first = seed + 2 * i;

@@ -74,7 +74,7 @@ void EventRecorder::mountsChanged() {
     if (!tree_) return flush();
     // A mount point that was moved with a folder above it has gone from another path than the one
     // that the table had.
-    for (std::string& path : tree_->lostMounts()) mountChanged({std::move(path), false});
+    for (std::string& path : tree_->lostMounts(mounts_)) mountChanged({std::move(path), false});
     std::vector<RawEvent> none;
     translate(none);
 }

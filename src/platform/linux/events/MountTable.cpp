@@ -57,6 +57,11 @@ bool MountTable::read(std::map<int, std::string>& mounts) const {
     return true;
 }
 
+bool MountTable::has(const std::string& path) const {
+    return std::any_of(mounts_.begin(), mounts_.end(),
+                       [&](const auto& mount) { return mount.second == path; });
+}
+
 std::vector<MountTable::Change> MountTable::changes() {
     std::vector<Change> changes;
     std::map<int, std::string> now;

@@ -20,6 +20,9 @@ class MountTable {
     /// Since the last call; what went before what came.
     std::vector<Change> changes();
 
+    /// Whether something was mounted there at the last call.
+    bool has(const std::string& path) const;
+
     /// The mount points of such a table by the numbers of the mounts. Blanks stand as "\040".
     static std::map<int, std::string> parse(const std::string& table);
 

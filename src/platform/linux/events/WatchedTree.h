@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/linux/events/FolderTree.h"
+#include "platform/linux/events/MountTable.h"
 #include "platform/linux/events/WatchSet.h"
 #include "util/FileURL.h"
 
@@ -63,7 +64,7 @@ class WatchedTree {
     std::vector<FileURL> loseRoots(FolderNode* node, bool dead);
 
     /// Where a disk was mounted in the tree when its folder was watched, and is no longer.
-    std::vector<std::string> lostMounts() const;
+    std::vector<std::string> lostMounts(const MountTable& mounts) const;
 
     std::vector<std::string> takeChangedPaths();
     /// The uppermost of those that no watch is left for.

@@ -89,14 +89,16 @@ std::vector<FileURL> WatchedTree::loseRoots(FolderNode* node, bool dead) {
     return lost;
 }
 
-std::vector<std::string> WatchedTree::lostMounts() const {
+std::vector<std::string> WatchedTree::lostMounts(const MountTable& mounts) const {
     std::vector<std::string> lost;
     for (const FolderNode* node : FolderTree::subtree(tree_.root())) {
         if (!node->parent || node->device == node->parent->device) continue;
         std::string path = FolderTree::path(node);
+        if (mounts.has(path)) continue;  // and its disk, which may be slow, is not asked
         struct stat item;
-        if (lstat(path.c_str(), &item) != 0 || item.st_dev != node->device ||
-            item.st_ino != node->inode)
+        const bool isThere = lstat(path.c_str(), &item) == 0;
+        if (isThere ? item.st_dev != node->device || item.st_ino != node->inode
+                    : errno == ENOENT || errno == ENOTDIR)
             lost.push_back(std::move(path));
     }
     return lost;
