@@ -55,7 +55,7 @@ void limitResources(Urgency urgency) {
     limit(RLIMIT_CPU, kSeconds, kSeconds + 1);
     limit(RLIMIT_NOFILE, kHandles, kHandles);
     limit(RLIMIT_FSIZE, 0, 0);
-#ifndef __SANITIZE_ADDRESS__
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     limit(RLIMIT_AS, kMemory, kMemory);
 #endif
     if (urgency == Urgency::awaited) return;
