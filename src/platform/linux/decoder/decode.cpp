@@ -96,6 +96,12 @@ FileKind kindOf(const DecodeTask& task, const OpenedItem& item) {
     return fileKind(readAt(item.handle.get(), kBytesForKind), task.path);
 }
 
+/// A text may begin as other files do. A document is none, even where all of it is letters: what
+/// its decoder says of it is worth more.
+bool mayBeText(int handle, FileKind kind) {
+    return kind != FileKind::pdf || !isDocument(readAt(handle, kBytesForKind));
+}
+
 }  // namespace
 
 Preview makePreview(const DecodeTask& task) {
@@ -114,8 +120,8 @@ Preview makePreview(const DecodeTask& task) {
     }
     const size_t factsOfFile = preview.facts.size();
     decoder.decode(item.handle.get(), task.pixels, preview);
-    // A text may begin as pictures and recordings do.
-    if (!preview.picture && preview.facts.size() == factsOfFile)
+    if (!preview.picture && preview.facts.size() == factsOfFile &&
+        mayBeText(item.handle.get(), kind))
         showText(item.handle.get(), item.info.st_size, preview);
     return preview;
 }

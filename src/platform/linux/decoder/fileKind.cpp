@@ -15,6 +15,7 @@ struct Mark {
     std::string_view form = {};  // at kForm, in files that are made of chunks
 };
 constexpr size_t kForm = 8;
+constexpr std::string_view kDocumentMark = "%PDF-";
 constexpr Mark kMarks[] = {
     {0, "\x89PNG\r\n\x1a\n"sv, FileKind::picture},
     {0, "\xff\xd8\xff"sv, FileKind::picture},
@@ -26,7 +27,7 @@ constexpr Mark kMarks[] = {
     {0, "\0\0\1\0"sv, FileKind::picture},
     {4, "ftypavif"sv, FileKind::picture},
     {4, "ftypheic"sv, FileKind::picture},
-    {0, "%PDF-"sv, FileKind::pdf},
+    {0, kDocumentMark, FileKind::pdf},
     {4, "ftyp"sv, FileKind::media},
     {0, "OggS"sv, FileKind::media},
     {0, "fLaC"sv, FileKind::media},
@@ -78,4 +79,11 @@ FileKind fileKind(std::string_view firstBytes, std::string_view name) {
     for (const auto& [known, kind] : kEndings)
         if (known == ending) return kind;
     return FileKind::unknown;
+}
+
+bool isDocument(std::string_view firstBytes) {
+    if (!firstBytes.starts_with(kDocumentMark)) return false;
+    const std::string_view rest = firstBytes.substr(kDocumentMark.size());
+    const size_t end = rest.find_first_not_of("0123456789. \t");
+    return end == rest.npos || (end > 0 && "\r\n%"sv.find(rest[end]) != rest.npos);
 }

@@ -10,9 +10,11 @@ namespace sandbox {
 enum class Urgency { awaited, background };
 /// Memory, processor time, open files, size of a core; it ends with who started it.
 void limitResources(Urgency urgency);
-/// From here on: no network, no other program, nothing is written, removed or renamed, and beside
-/// what is open already only the system's own files and those in the program's folder are read.
-/// False: that does not hold, and no file may be looked into.
+/// From here on: no network; no other program is started, signalled, looked into or given another
+/// rank; nothing is written beside what is open for that already, and no file or file's attribute
+/// is changed, removed, renamed or locked; and beside what is open already only the system's own
+/// files and those in the program's folder are read. That a file is there, and how large it is, can
+/// still be asked. False: that does not hold, and no file may be looked into.
 [[nodiscard]] bool enter(const std::string& programFolder);
 
 }  // namespace sandbox

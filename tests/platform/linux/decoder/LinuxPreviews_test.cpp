@@ -65,6 +65,14 @@ TEST_F(LinuxPreviewsTest, HostileAndOddFilesGiveALine) {
     folder_.file("bomb.png", pngHead(50'000, 50'000));
     folder_.file("torn.png", pngHead(50, 50));
     folder_.file("torn.pdf", std::string("%PDF-1.7\n1 0 obj <</Type /Catalog \0", 35));
+    folder_.file("torn.txt", "%PDF-1.7 %letters\n1 0 obj <</Type /Catalog >>\n");
+    const std::string key(32, 'k');
+    folder_.file("locked.pdf",
+                 "%PDF-1.4\n1 0 obj <</Type/Catalog/Pages 2 0 R>> endobj\n"
+                 "2 0 obj <</Type/Pages/Kids[]/Count 0>> endobj\n"
+                 "trailer <</Root 1 0 R/ID[(id)(id)]/Encrypt <</Filter/Standard/V 1/R 2/P -4"
+                 "/O(" +
+                     key + ")/U(" + key + ")>> >>\n%%EOF\n");
     folder_.file("torn.mp4", std::string("\0\0\0\x18"
                                          "ftypmp42\0\0\0\0garbage",
                                          23));
@@ -88,6 +96,8 @@ TEST_F(LinuxPreviewsTest, HostileAndOddFilesGiveALine) {
         {folder_.at("bomb.png"), Kind::properties, "The picture is too large"},
         {folder_.at("torn.png"), Kind::properties, "The picture cannot be read"},
         {folder_.at("torn.pdf"), Kind::properties, "The document cannot be read"},
+        {folder_.at("torn.txt"), Kind::properties, "The document cannot be read"},
+        {folder_.at("locked.pdf"), Kind::properties, "The document is locked by a password."},
         {folder_.at("torn.mp4"), Kind::properties, "The recording cannot be read"},
         {folder_.at("list.m3u8"), Kind::text, ""},
         {folder_.at("program.txt"), Kind::properties, ""},
