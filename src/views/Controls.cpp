@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QStyle>
 #include <algorithm>
 
 #include "views/Contrast.h"
@@ -92,7 +93,11 @@ void SheetCheckBox::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const int side = theme_->scaled(kBox);
-    const QRectF box(2.5, (height() - side) / 2 + 0.5, side - 1, side - 1);
+    const auto placed = [this](const QRect& part) {
+        return QRectF(QStyle::visualRect(layoutDirection(), rect(), part));
+    };
+    const QRectF box =
+        placed({2, (height() - side) / 2, side, side}).adjusted(0.5, 0.5, -0.5, -0.5);
     painter.setPen(QPen(isChecked() ? theme_->selection : theme_->info, 1.2));
     painter.setBrush(isChecked() ? theme_->selection : QColor(Qt::transparent));
     painter.drawRoundedRect(box, 4, 4);
@@ -103,8 +108,10 @@ void SheetCheckBox::paintEvent(QPaintEvent*) {
                                         box.topLeft() + QPointF(11.6, 4.8) * theme_->zoom}));
     }
     painter.setPen(theme_->fieldText);
-    painter.drawText(QRectF(textLeft(), 0, width(), height()),
-                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text());
+    const auto start = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft);
+    painter.drawText(placed({textLeft(), 0, width() - textLeft(), height()}),
+                     int(start | Qt::AlignAbsolute | Qt::AlignVCenter) | Qt::TextSingleLine,
+                     text());
     if (hasFocus()) drawFocusRing(painter, box.adjusted(-1.5, -1.5, 1.5, 1.5), 5, *theme_);
 }
 

@@ -1,9 +1,16 @@
 #include "views/IconCache.h"
 
+#include <QBuffer>
 #include <QIcon>
+#include <QImageReader>
 #include <QPainter>
+#include <QPointer>
+#include <QTimer>
 #include <algorithm>
 
+#include "util/FileIO.h"
+#include "util/World.h"
+#include "util/queues/OperationQueue.h"
 #include "views/DrawnIcons.h"
 
 namespace {
@@ -16,6 +23,25 @@ QString genericName(const QMimeDatabase& mimeTypes, const QString& iconName) {
     type[dash] = QLatin1Char('/');
     const QMimeType found = mimeTypes.mimeTypeForName(type);
     return found.isValid() ? found.genericIconName() : QString();
+}
+
+/// A path may lead to a computer that does not answer.
+struct PictureQueue {
+    OperationQueue queue{"pictureQ", 1, Qos::userInitiated};
+};
+
+/// Null, if it is none. What is drawn by lines fills the square, what has pixels is never larger
+/// than they are.
+QImage pictureIn(const std::string& bytes, QSize most) {
+    QByteArray content = QByteArray::fromRawData(bytes.data(), qsizetype(bytes.size()));
+    QBuffer buffer(&content);
+    QImageReader reader(&buffer);
+    const QSize size = reader.size();
+    const bool hasPixels = !reader.format().startsWith("svg");
+    if (size.isEmpty()) return {};
+    if (!hasPixels || size.width() > most.width() || size.height() > most.height())
+        reader.setScaledSize(size.scaled(most, Qt::KeepAspectRatio).expandedTo({1, 1}));
+    return reader.read();
 }
 
 }  // namespace
@@ -43,9 +69,40 @@ QPixmap IconCache::applicationPixmap(const std::string& iconName, int size, doub
     const Key key{QString::fromStdString(iconName), size, scale};
     const auto found = applications_.constFind(key);
     if (found != applications_.constEnd()) return *found;
-    const bool isFile = key.name.startsWith(QLatin1Char('/'));
-    const QIcon icon = isFile ? QIcon(key.name) : QIcon::fromTheme(key.name);
-    return *applications_.insert(key, icon.pixmap(QSize(size, size), scale));
+    applications_.insert(key, QPixmap());
+    QTimer::singleShot(0, &life_, [this, key] { loadApplication(key); });
+    return {};
+}
+
+void IconCache::loadApplication(const Key& key) {
+    if (key.name.startsWith(QLatin1Char('/')))
+        readApplication(key);
+    else
+        keepApplication(key,
+                        QIcon::fromTheme(key.name).pixmap(QSize(key.size, key.size), key.scale));
+}
+
+void IconCache::readApplication(const Key& key) {
+    constexpr size_t kMostBytes = 1 << 20;
+    if (!World::exists()) return;
+    World::current().shared<PictureQueue>().queue.addBlock(
+        [this, key, life = QPointer<QObject>(&life_)] {
+            const auto file = readFile(FileURL(key.name.toStdString()), kMostBytes);
+            if (!file) return;
+            const int side = qRound(key.size * key.scale);
+            QImage picture = pictureIn(file.value().bytes, {side, side});
+            MainQueue::async([this, key, life, picture = std::move(picture)] {
+                if (life) keepApplication(key, QPixmap::fromImage(picture));
+            });
+        });
+}
+
+void IconCache::keepApplication(const Key& key, const QPixmap& pixmap) {
+    if (pixmap.isNull()) return;
+    QPixmap& kept = applications_[key];
+    kept = pixmap;
+    kept.setDevicePixelRatio(key.scale);
+    if (loadedBlock_) loadedBlock_();
 }
 
 QPixmap IconCache::pixmap(const std::shared_ptr<const Picture>& picture, int size, double scale) {

@@ -1,7 +1,9 @@
 #pragma once
 #include <QHash>
 #include <QMimeDatabase>
+#include <QObject>
 #include <QPixmap>
+#include <functional>
 #include <list>
 #include <memory>
 
@@ -13,13 +15,17 @@ QPixmap fitted(const Picture& picture, QSize place, double scale);
 
 /// Pictures for freedesktop icon names: from the desktop's icon theme, there also by the generic
 /// name of the media type, else drawn by ourselves.
-/// Owner:   ResultTable. Threads: main.
+/// Owner:   RowPainter, PreviewBody. Threads: main; the files of applications' pictures are read on
+/// another, while there is a World.
 class IconCache {
   public:
     /// A square picture of size logical pixels for a screen of the given scale.
     QPixmap pixmap(const std::string& iconName, int size, double scale);
-    /// Of an application: the name may be the path of a picture. Null where there is none.
+    /// Of an application: the name may be the path of a picture. Null where there is none, and
+    /// until it has been loaded, which begins after the caller has painted.
     QPixmap applicationPixmap(const std::string& iconName, int size, double scale);
+    /// Called whenever one of an application has come.
+    void setLoadedBlock(std::function<void()> block) { loadedBlock_ = std::move(block); }
     /// A picture fitted into a square of size logical pixels.
     QPixmap pixmap(const std::shared_ptr<const Picture>& picture, int size, double scale);
     /// When the icon theme has changed.
@@ -29,8 +35,6 @@ class IconCache {
     }
 
   private:
-    QPixmap make(const QString& iconName, int size, double scale) const;
-
     struct Key {
         QString name;
         int size;
@@ -40,8 +44,13 @@ class IconCache {
             return qHashMulti(seed, key.name, key.size, key.scale);
         }
     };
-    QHash<Key, QPixmap> pixmaps_;  // as many as there are icon names in use: some hundreds
-    QHash<Key, QPixmap> applications_;
+    QPixmap make(const QString& iconName, int size, double scale) const;
+    void loadApplication(const Key& key);
+    void readApplication(const Key& key);
+    void keepApplication(const Key& key, const QPixmap& pixmap);
+
+    QHash<Key, QPixmap> pixmaps_;       // as many as there are icon names in use: some hundreds
+    QHash<Key, QPixmap> applications_;  // null: still to come, or there is none
     struct Small {
         std::shared_ptr<const Picture> picture;
         int size;
@@ -50,4 +59,6 @@ class IconCache {
     };
     std::list<Small> smalls_;  // of pictures, the last used first
     QMimeDatabase mimeTypes_;
+    std::function<void()> loadedBlock_ = {};
+    QObject life_;  // what is loaded later comes while it lives
 };

@@ -4,7 +4,6 @@
 #include <QCloseEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QWindow>
 #include <utility>
 
 namespace {
@@ -48,6 +47,7 @@ QRect Panel::sheet() const {
 }
 
 void Panel::letClicksThrough(const WindowSystem& system) {
+    windowSystem_ = &system;
     if (!system.takeClicksIn || !isVisible()) return;
     const double scale = devicePixelRatioF();
     const QRect part = sheet();
@@ -55,6 +55,15 @@ void Panel::letClicksThrough(const WindowSystem& system) {
     system.takeClicksIn(winId(), composited_
                                      ? QRectF(part.topLeft() * scale, part.size() * scale).toRect()
                                      : QRect());
+}
+
+void Panel::watchScreen() {
+    if (watched_ == windowHandle()) return;
+    watched_ = windowHandle();
+    connect(watched_, &QWindow::screenChanged, this, [this] {
+        if (windowSystem_)
+            letClicksThrough(*windowSystem_);  // in device pixels, of which it may have more
+    });
 }
 
 void Panel::updateMask() {
@@ -95,6 +104,7 @@ void Panel::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton && windowHandle() &&
         sheet().contains(event->position().toPoint())) {
         asked_.reset();
+        if (events_.dragBegan) events_.dragBegan();
         windowHandle()->startSystemMove();
     }
 }
@@ -103,6 +113,7 @@ void Panel::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     asked_ = pos();
     sinceShown_.start();
+    watchScreen();
 }
 
 bool Panel::isPutBack(const QMoveEvent& event) {
@@ -111,9 +122,10 @@ bool Panel::isPutBack(const QMoveEvent& event) {
         asked_ = pos();
         return false;
     }
+    const int away = (pos() - *asked_).manhattanLength();
+    if (away == 0) return false;
     const QPoint asked = *std::exchange(asked_, std::nullopt);
-    const int away = (pos() - asked).manhattanLength();
-    if (away == 0 || away > kTitleBar || sinceShown_.elapsed() > kComesUp) return false;
+    if (away > kTitleBar || sinceShown_.elapsed() > kComesUp) return false;
     move(asked);
     return true;
 }

@@ -1,6 +1,8 @@
 #pragma once
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QWidget>
+#include <QWindow>
 #include <functional>
 #include <optional>
 
@@ -16,11 +18,13 @@ class Panel : public QWidget {
     static constexpr int kBorder = 1;  // the line around the sheet, within it
 
     Panel();
-    /// Called when the window gets or loses the keyboard, when it has moved, when the desktop wants
-    /// it closed, and when the desktop's colours or fonts have changed.
+    /// Called when the window gets or loses the keyboard, when it has moved, when the user begins
+    /// to move it, when the desktop wants it closed, and when the desktop's colours or fonts have
+    /// changed.
     struct Events {
         std::function<void(bool hasKeyboard)> activationChanged = {};
         std::function<void()> moved = {};
+        std::function<void()> dragBegan = {};
         std::function<void()> closeAsked = {};
         std::function<void()> lookChanged = {};
     };
@@ -36,7 +40,7 @@ class Panel : public QWidget {
     /// The sheet, in this widget.
     QRect sheet() const;
     /// Clicks beside the sheet are for what is behind. To be called by whoever has shown the window
-    /// or given it another size.
+    /// or given it another size; on another screen it does so by itself. The system outlives it.
     void letClicksThrough(const WindowSystem& system);
 
   protected:
@@ -50,10 +54,13 @@ class Panel : public QWidget {
   private:
     void updateMask();
     bool isPutBack(const QMoveEvent& event);
+    void watchScreen();
 
     Events events_;
     const Theme* theme_ = nullptr;
     Shadow shadow_;
+    const WindowSystem* windowSystem_ = nullptr;
+    QPointer<QWindow> watched_;  // whose screen may become another one
     bool composited_ = false;
     QSize sheetSize_;
     std::optional<QPoint> asked_;  // where it is to come up, until it did

@@ -94,7 +94,7 @@ uint32_t PreviewBody::picturePixels() const {
 void PreviewBody::layOut() {
     const int facts = int(content_.facts.size()) * scaled(kFactLine);
     facts_ = QRect(0, height() - facts, width(), facts);
-    int bottom = facts > 0 ? facts_.top() - kGap : height();
+    int bottom = facts > 0 ? facts_.top() - scaled(kGap) : height();
     message_ = {};
     if (theme_ && !content_.message.empty()) {
         const QFontMetrics metrics(theme_->info13);
@@ -102,11 +102,11 @@ void PreviewBody::layOut() {
         const int lines =
             metrics.boundingRect(room, Qt::TextWordWrap, plainText(content_.message)).height();
         message_ = QRect(0, bottom - lines, width(), lines);
-        bottom = message_.top() - kGap;
+        bottom = message_.top() - scaled(kGap);
     }
     const int header = scaled(kHeader);
     middle_ = QRect(0, header, width(), std::max(0, bottom - header));
-    text_->setGeometry(middle_.adjusted(6, 4, -2, -4));
+    text_->setGeometry(middle_.adjusted(scaled(6), scaled(4), -scaled(2), -scaled(4)));
     list_->setGeometry(middle_);
 }
 
@@ -173,8 +173,8 @@ void PreviewBody::drawMiddle(QPainter& painter) {
 void PreviewBody::drawFacts(QPainter& painter) {
     if (content_.facts.empty()) return;
     painter.setPen(QPen(theme_->separator, 1));
-    painter.drawLine(QPointF(0, facts_.top() - kGap / 2 + 0.5),
-                     QPointF(width(), facts_.top() - kGap / 2 + 0.5));
+    const double between = facts_.top() - scaled(kGap) / 2 + 0.5;
+    painter.drawLine(QPointF(0, between), QPointF(width(), between));
     const QFont& font = theme_->info13;
     const int names = scaled(kFactNames), line = scaled(kFactLine);
     const int value = names + scaled(kGap);

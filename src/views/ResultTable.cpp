@@ -34,6 +34,7 @@ void ResultTable::setTheme(const Theme* theme) {
     const double top = clipOrigin().y;
     theme_ = theme;
     painter_.emplace(theme);
+    painter_->icons().setLoadedBlock([this] { updateSelectedRows(); });
     scroller_->setTheme(theme);
     setClipOrigin({0, top});
     updateScroller();
@@ -74,10 +75,6 @@ void ResultTable::reloadRows(const std::vector<size_t>& rows) {
     setOffset(offset_);
     updateScroller();
     update();
-}
-
-void ResultTable::redrawActions(const std::vector<size_t>& rows) {
-    for (const size_t row : rows) updateRow(row);
 }
 
 void ResultTable::setRowHeight(double height) {
@@ -146,13 +143,25 @@ void ResultTable::setSelection(std::set<size_t> rows) {
 void ResultTable::followLinkOf(const RowContent& content) {
     const std::string& path = content.linkPath;
     if (!followLink_ || !content.isLink || path.empty()) return;
-    if (!pendingLinks_.insert(path).second) return;
+    const auto [pending, isFirst] = pendingLinks_.emplace(path, AskAgain::no);
+    if (isFirst)
+        askForLink(path);
+    else
+        pending->second = AskAgain::yes;
+}
+
+void ResultTable::askForLink(const std::string& path) {
     followLink_(path, [self = QPointer<ResultTable>(this), path](bool leads) {
         if (!self) return;
-        self->pendingLinks_.erase(path);
         const bool isNew =
             leads ? self->brokenLinks_.erase(path) != 0 : self->brokenLinks_.insert(path).second;
         if (isNew) self->update();
+        const auto pending = self->pendingLinks_.find(path);
+        if (pending == self->pendingLinks_.end()) return;
+        if (std::exchange(pending->second, AskAgain::no) == AskAgain::yes)
+            self->askForLink(path);
+        else
+            self->pendingLinks_.erase(pending);
     });
 }
 
@@ -234,6 +243,12 @@ std::optional<size_t> ResultTable::rowAt(double y) const {
 
 void ResultTable::updateRow(size_t row) {
     update(rowPlace(row).toAlignedRect());
+}
+
+void ResultTable::updateSelectedRows() {
+    const size_t top = rowAt(margin()).value_or(0);
+    for (size_t row = top; row < count_ && isRowVisible(row); ++row)
+        if (isSelected(row)) updateRow(row);
 }
 
 void ResultTable::drawClickedRow(QPainter& painter, const QRectF& place) const {
@@ -356,7 +371,9 @@ void ResultTable::setClickedRow(std::optional<size_t> row) {
 
 Point ResultTable::menuPlaceOfRow(size_t row) const {
     const double bottom = std::clamp(rowPlace(row).bottom(), 0.0, double(height()));
-    const QPoint place = mapToGlobal(QPoint(RowPainter::kTextLeft, qRound(bottom)));
+    const QPoint corner(qRound(RowPainter::kTextLeft * zoom()), qRound(bottom));
+    const QPoint place =
+        mapToGlobal(QStyle::visualPos(layoutDirection(), QRect(0, 0, width(), height()), corner));
     return {double(place.x()), double(place.y())};
 }
 

@@ -94,15 +94,18 @@ class ResultTable : public QWidget, public ResultTableView {
     void showToolTip(const QHelpEvent& event);
     void setOffset(double offset);
     void updateRow(size_t row);
+    void updateSelectedRows();
     /// Its menu is for it alone.
     void drawClickedRow(QPainter& painter, const QRectF& place) const;
     void updateScroller();
     RowContent contentFor(size_t row) const;
     void followLinkOf(const RowContent& content);
+    void askForLink(const std::string& path);
     bool isBroken(const RowContent& content) const {
         return content.isLink && brokenLinks_.count(content.linkPath) != 0;
     }
     void tellReaders();
+    void announce();
     void setSelection(std::set<size_t> rows);
 
     const Theme* theme_ = nullptr;
@@ -121,10 +124,12 @@ class ResultTable : public QWidget, public ResultTableView {
     std::map<size_t, RowContent> contents_;  // of the rows on screen, so that a repaint shows what
                                              // was there even if the data has moved on
     std::function<void(const std::string&, std::function<void(bool)>)> followLink_ = {};
-    std::set<std::string> pendingLinks_;  // asked for: one question at a time for each
-    std::set<std::string> brokenLinks_;   // as the last answers were
+    enum class AskAgain { no, yes };                // since the question it may have changed
+    std::map<std::string, AskAgain> pendingLinks_;  // one question at a time for each
+    std::set<std::string> brokenLinks_;             // as the last answers were
     std::function<void(const QString&)> announce_ = {};
     QString announced_;
+    QString actionTip_;  // the last tool tip of an action
     bool hasKeyboard_ = true;
     bool allowsEmpty_ = true, allowsMultiple_ = true;
 };

@@ -1,6 +1,7 @@
 // What the result table says: to assistive technologies, and in tool tips.
 #include <QAccessible>
 #include <QToolTip>
+#include <algorithm>
 
 #include "views/MarkedText.h"
 #include "views/ResultTable.h"
@@ -27,15 +28,32 @@ void ResultTable::tellReaders() {
         selected.setChild(int(*row));
         QAccessible::updateAccessibility(&selected);
     }
+    announce();
+}
+
+void ResultTable::announce() {
+    const auto row = selectedRow();
     QString words;
     if (row)
         words = QStringLiteral("%1, %2, %3 of %4")
-                    .arg(spokenName(*row), rowSpeech::details(contentFor(*row)))
-                    .arg(*row + 1)
-                    .arg(count_);
+                    .arg(spokenName(*row), spokenDetails(*row), QString::number(*row + 1),
+                         QString::number(count_));
     if (words == announced_) return;
     announced_ = words;
     if (announce_) announce_(words);
+}
+
+void ResultTable::redrawActions(const std::vector<size_t>& rows) {
+    for (const size_t row : rows) updateRow(row);
+    if (QToolTip::isVisible() && !actionTip_.isEmpty() && QToolTip::text() == actionTip_)
+        QToolTip::hideText();
+    const auto row = selectedRow();
+    if (!QAccessible::isActive() || !row || std::find(rows.begin(), rows.end(), *row) == rows.end())
+        return;
+    QAccessibleEvent changed(this, QAccessible::DescriptionChanged);
+    changed.setChild(int(*row));
+    QAccessible::updateAccessibility(&changed);
+    announce();
 }
 
 bool ResultTable::event(QEvent* event) {
@@ -55,8 +73,8 @@ void ResultTable::showToolTip(const QHelpEvent& event) {
     if (const auto action = painter_ ? actionOf(*row, content) : std::nullopt) {
         const QRectF icon = painter_->actionPlace(place, content, layoutDirection());
         if (icon.contains(event.pos())) {
-            QToolTip::showText(event.globalPos(), plainToolTip(action->label), this,
-                               icon.toAlignedRect());
+            actionTip_ = plainToolTip(action->label);
+            QToolTip::showText(event.globalPos(), actionTip_, this, icon.toAlignedRect());
             return;
         }
     }

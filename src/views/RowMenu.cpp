@@ -82,7 +82,8 @@ void RowMenu::popUp(const std::vector<MenuItem>& items, const Look& look, const 
         });
     });
     menu->popup(QPoint(qRound(place.corner.x), qRound(place.corner.y)));
-    if (place.isByKey) chooseFirst();
+    isByKey_ = place.isByKey;
+    if (isByKey_) chooseFirst();
 }
 
 void RowMenu::chooseFirst() {
@@ -133,7 +134,11 @@ void RowMenu::update(const std::vector<MenuItem>& items) {
     const QAction* const chosen = menu_->activeAction();
     if (!chosen || chosen->isEnabled()) return;
     if (QMenu* const inner = chosen->menu()) inner->hide();
-    chooseFirst();
+    // The pointer stays where it is: nothing else is chosen by it.
+    if (isByKey_)
+        chooseFirst();
+    else
+        menu_->setActiveAction(nullptr);
 }
 
 void RowMenu::loadNextIcon() {

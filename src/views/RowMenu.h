@@ -41,6 +41,7 @@ class RowMenu : public MenuView {
     const WindowSystem system_;
     RowMenuStyle style_;
     QPointer<QMenu> menu_;
+    bool isByKey_ = false;      // who opened it
     std::deque<Wanted> icons_;  // still to be loaded
     std::optional<MenuChoice> choice_;
     Ended ended_;  // while it is open

@@ -178,7 +178,9 @@ void RowPainter::drawAction(QPainter& painter, const QRectF& icon, const RowActi
         const double scale = painter.device()->devicePixelRatioF() * theme_->zoom;
         const QPixmap picture = icons_.applicationPixmap(action.iconName, kActionSize, scale);
         if (!picture.isNull()) {
-            painter.drawPixmap(icon, picture, picture.rect());
+            QRectF place(QPointF(), QSizeF(picture.size()) / scale);
+            place.moveCenter(icon.center());
+            painter.drawPixmap(place, picture, picture.rect());
             return;
         }
     }

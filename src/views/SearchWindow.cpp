@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr int kResizing = 100;           // milliseconds
-constexpr qint64 kScreensSettle = 1000;  // these too
+constexpr int kResizing = 100;        // milliseconds
+constexpr int kScreensSettle = 1000;  // these too
 constexpr int kLeastWidth = 320;
 constexpr QSize kFirstSize(638, 64);
 constexpr int kFullHeight = 555;  // of a sheet with ten rows
@@ -70,7 +70,8 @@ SearchWindow::SearchWindow(WindowSystem system)
                               table_->setHasKeyboard(hasKeyboard);
                               if (delegate_ && hasKeyboard) delegate_->windowDidBecomeKey();
                           },
-                      .moved = [this] { tellOfPlace(); },
+                      .moved = [this] { moved(); },
+                      .dragBegan = [this] { settling_.stop(); },
                       .closeAsked =
                           [this] {
                               if (delegate_) delegate_->windowWillClose();
@@ -121,7 +122,7 @@ void SearchWindow::renewTheme() {
     preview_.setTheme(&theme_);
     if (theme_.zoom == before || panel_.sheet().isEmpty()) return;
     resizing_.stop();
-    QRect sheet = sheetPlace();
+    QRect sheet = believedPlace();
     sheet.setSize(sheet.size() * (theme_.zoom / before));
     placeSheet(sheet, Room::renewed);
     animationEnded();
@@ -136,6 +137,7 @@ void SearchWindow::setLook(const ModeLook& look) {
 void SearchWindow::makeGrips() {
     const auto began = [this] {
         if (isResizing()) setFrame(frame(), false);
+        settling_.stop();
         dragged_ = sheetPlace();
     };
     leftGrip_ = new EdgeGrip(&panel_, {began, [this](int x) { drag(true, x); }});
@@ -149,7 +151,10 @@ void SearchWindow::setResizable(bool resizable) {
 }
 
 void SearchWindow::watchScreens() {
-    const auto changed = [this] { screensChanged_.start(); };
+    settling_.setSingleShot(true);
+    settling_.setInterval(kScreensSettle);
+    QObject::connect(&settling_, &QTimer::timeout, &panel_, [this] { settled(); });
+    const auto changed = [this] { settling_.start(); };
     const auto watch = [this, changed](const QScreen* screen) {
         QObject::connect(screen, &QScreen::geometryChanged, &panel_, changed);
     };
@@ -162,22 +167,40 @@ void SearchWindow::watchScreens() {
 
 void SearchWindow::drag(bool leftEdge, int distance) {
     QRect sheet = dragged_;
+    const int least = theme_.scaled(kLeastWidth);
     if (leftEdge)
-        sheet.setLeft(std::min(sheet.left() + distance, sheet.right() + 1 - kLeastWidth));
+        sheet.setLeft(std::min(sheet.left() + distance, sheet.right() + 1 - least));
     else
-        sheet.setRight(std::max(sheet.right() + distance, sheet.left() + kLeastWidth - 1));
+        sheet.setRight(std::max(sheet.right() + distance, sheet.left() + least - 1));
     placeSheet(sheet, Room::kept);
+}
+
+void SearchWindow::moved() {
+    if (isPlacing_) return;
+    // When monitors come and go, others push the window about: that is no place of the user's. It
+    // counts as standing where it was, and goes back there when they have come to rest.
+    if (settling_.isActive())
+        settling_.start();
+    else
+        own_ = sheetPlace();
+    tellOfPlace();
+}
+
+void SearchWindow::settled() {
+    told_ = isResizing() ? frame() : toRect(own_);
+    if (!isResizing() && sheetPlace() != own_) placeSheet(own_, Room::kept);
 }
 
 void SearchWindow::tellOfPlace() {
     if (isPlacing_) return;
     preview_.neighbourMoved();
-    // When monitors come and go, others push the window about: that is no place of the user's.
-    if (screensChanged_.isValid() && screensChanged_.elapsed() < kScreensSettle) return;
     const Rect now = frame();
-    const Rect before = std::exchange(told_, now);
+    const Rect before = told_;
+    const bool isResized = now.width != before.width || now.height != before.height;
+    if (settling_.isActive() && !isResized) return;
+    told_ = now;
     if (!delegate_) return;
-    if (now.width != before.width || now.height != before.height) delegate_->windowDidResize();
+    if (isResized) delegate_->windowDidResize();
     if (now.x != before.x || now.y + now.height != before.y + before.height)
         delegate_->windowDidMove();
 }
@@ -247,6 +270,7 @@ void SearchWindow::makeRoom(const QRect& sheet, Room room) {
 
 void SearchWindow::placeSheet(const QRect& sheet, Room room) {
     isPlacing_ = true;
+    own_ = sheet;
     makeRoom(sheet, room);
     panel_.setSheetSize(sheet.size());
     isPlacing_ = false;
@@ -256,7 +280,7 @@ void SearchWindow::placeSheet(const QRect& sheet, Room room) {
 }
 
 void SearchWindow::prepareWindow() {
-    const QRect sheet = sheetPlace();
+    const QRect sheet = believedPlace();
     panel_.setComposited(system_.isComposited && system_.isComposited());
     placeSheet(sheet, Room::renewed);
     if (!system_.prepare) return;
@@ -281,7 +305,7 @@ void SearchWindow::hide() {
 
 Rect SearchWindow::frame() const {
     if (isResizing()) return toRect(target_);
-    return toRect(sheetPlace());
+    return toRect(believedPlace());
 }
 
 void SearchWindow::setFrame(Rect frame, bool animated, std::function<void()> ended) {

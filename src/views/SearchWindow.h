@@ -1,5 +1,5 @@
 #pragma once
-#include <QElapsedTimer>
+#include <QTimer>
 #include <QVariantAnimation>
 #include <functional>
 #include <memory>
@@ -54,10 +54,15 @@ class SearchWindow : public WindowView {
     void makeGrips();
     void watchScreens();
     void drag(bool leftEdge, int distance);
+    /// By someone else.
+    void moved();
+    void settled();
     void tellOfPlace();
     void animationEnded();
     void prepareWindow();
     bool isResizing() const { return resizing_.state() == QAbstractAnimation::Running; }
+    /// The sheet's place, or the one to which it goes back.
+    QRect believedPlace() const { return settling_.isActive() ? own_ : sheetPlace(); }
     /// The native window around a sheet: its shadow, and room to grow.
     QRect roomFor(const QRect& sheet) const;
     /// While the window is seen it keeps its room as long as it can.
@@ -84,7 +89,8 @@ class SearchWindow : public WindowView {
     QRect target_;                              // of the running animation
     std::vector<std::function<void()>> ended_;  // for its end
     PreviewPanel preview_;
-    QElapsedTimer screensChanged_;
+    QTimer settling_;         // while monitors come and go
+    QRect own_;               // the sheet's place by the program or the user
     Rect told_;               // the frame that the delegate knows
     bool isPlacing_ = false;  // the panel moves before its sheet has its size
 };

@@ -27,10 +27,18 @@ SheetWindow::SheetWindow(const WindowSystem& system, int padding)
 }
 
 void SheetWindow::renewTheme() {
-    theme_ = Theme::make(Theme::kOwnHue, system_.lookNow(), QApplication::font());
+    Theme theme = Theme::make(Theme::kOwnHue, system_.lookNow(), QApplication::font());
+    keepsOldSizes_ = isVisible() && theme.zoom != theme_.zoom;
+    if (keepsOldSizes_) theme.takeSizesOf(theme_);
+    theme_ = theme;
     setTheme(&theme_);
     themeChanged();
     fit();
+}
+
+void SheetWindow::hideEvent(QHideEvent* event) {
+    Panel::hideEvent(event);
+    if (keepsOldSizes_) renewTheme();
 }
 
 void SheetWindow::keyPressEvent(QKeyEvent* event) {

@@ -29,6 +29,7 @@ class SheetWindow : public Panel {
     /// screen where the user is.
     virtual QPoint cornerFor(QSize sheet) const;
     void keyPressEvent(QKeyEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
   private:
     void renewTheme();
@@ -37,5 +38,6 @@ class SheetWindow : public Panel {
     const WindowSystem system_;
     const int padding_;
     Theme theme_;
+    bool keepsOldSizes_ = false;  // until it is hidden: what it holds was made for them
     QVBoxLayout* const column_;
 };

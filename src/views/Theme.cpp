@@ -182,6 +182,13 @@ Theme Theme::inUnits() const {
     return theme;
 }
 
+void Theme::takeSizesOf(const Theme& other) {
+    zoom = other.zoom;
+    for (QFont Theme::*font : {&Theme::field, &Theme::nameFont, &Theme::nameMarkFont,
+                               &Theme::pathFont, &Theme::pathMarkFont, &Theme::info13})
+        this->*font = other.*font;
+}
+
 QFont Theme::textFont(int pixels, QFont::Weight weight) const {
     return sized(info13, scaled(pixels), weight);
 }

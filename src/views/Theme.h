@@ -38,6 +38,8 @@ struct Theme {
     }
     /// The same for a painter that is scaled by zoom: fonts of the sizes at a text scale of 1.
     Theme inUnits() const;
+    /// Fonts and text scale of another one, in the colours of this.
+    void takeSizesOf(const Theme& other);
     QFont zoomed(QFont unitFont) const;
     /// A length at a text scale of 1, as it is at this one.
     int scaled(double units) const { return qRound(units * zoom); }

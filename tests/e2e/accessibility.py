@@ -90,6 +90,8 @@ def read(reader, program):
     wait_for("the field tells the row that was moved to",
              lambda: reader.property(field, "Description").endswith(f"2 of {count}")
              and reader.property(field, "Description").startswith(names[1]))
+    wait_for("and what Return does to it, once that is known",
+             lambda: "Return: Open with Notes" in reader.property(field, "Description"))
     expect("the second row is selected",
            reader.has(rows[1], SELECTED) and not reader.has(rows[0], SELECTED))
     type_text("qqqq")

@@ -95,3 +95,30 @@ TEST_F(AlertTest, EndsWithTheProgram) {
     EXPECT_TRUE(wasAsked);
     EXPECT_EQ(answer.button, 2u);
 }
+
+TEST_F(AlertTest, FromRightToLeftTheBoxStandsAtTheRight) {
+    const Theme theme = Theme::make(Theme::kOwnHue, false, QFont());
+    SheetCheckBox box(QStringLiteral("iiiiiiii"), &theme, nullptr);
+    box.resize(box.sizeHint());
+    box.setChecked(true);
+    const auto boxAt = [&](int x) {
+        const QImage image = box.grab().toImage();
+        return image.pixel(x, image.height() / 2 - 5) == theme.selection.rgb();
+    };
+    EXPECT_TRUE(boxAt(8));
+    EXPECT_FALSE(boxAt(box.width() - 9));
+    box.setLayoutDirection(Qt::RightToLeft);
+    EXPECT_FALSE(boxAt(8));
+    EXPECT_TRUE(boxAt(box.width() - 9));
+    // The text begins beside the box and is whole.
+    const QImage image = box.grab().toImage();
+    int first = image.width(), last = 0;
+    for (int x = 0; x < image.width() - 22; ++x)
+        for (int y = 0; y < image.height(); ++y)
+            if (image.pixelColor(x, y) != image.pixelColor(0, 0)) {
+                first = std::min(first, x);
+                last = std::max(last, x);
+            }
+    EXPECT_GT(first, 0);
+    EXPECT_GT(last, image.width() - 36);
+}

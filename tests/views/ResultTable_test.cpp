@@ -2,9 +2,12 @@
 
 #include <QContextMenuEvent>
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QMouseEvent>
+#include <QTemporaryDir>
 #include <QWheelEvent>
 
+#include "util/World.h"
 #include "views/QtTest.h"
 #include "views/ResultTableAccess.h"
 #include "views/rowSpeech.h"
@@ -278,10 +281,14 @@ TEST_F(ResultTableTest, ALinkIsAskedForOnceUntilItIsAnsweredFor) {
         table.grab();
     }
     EXPECT_EQ(asked, (std::vector<std::string>{"/one", "/two"}));
+    // It has been asked for again, and may be another one by now.
     answers[1](false);
+    EXPECT_EQ(asked, (std::vector<std::string>{"/one", "/two", "/two"}));
+    answers[2](true);
+    EXPECT_EQ(asked.size(), 3u);
     table.reloadData();
     table.grab();
-    EXPECT_EQ(asked, (std::vector<std::string>{"/one", "/two", "/two"}));
+    EXPECT_EQ(asked, (std::vector<std::string>{"/one", "/two", "/two", "/two"}));
     table.setData(&rows);
 }
 
@@ -297,4 +304,38 @@ TEST_F(ResultTableTest, AnActionIsShownAtTheEndOfASelectedRow) {
     EXPECT_EQ(shown.copy(0, 0, kWidth / 2, kPitch), one.copy(0, 0, kWidth / 2, kPitch));
     EXPECT_TRUE(table.spokenDetails(1).endsWith("Return: Copy it"));
     EXPECT_FALSE(table.spokenDetails(0).contains("Copy it"));
+}
+
+TEST_F(ResultTableTest, AnApplicationsPictureComesAfterThePaintAndIsNotStretched) {
+    World world;
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("wide.png");
+    QImage wide(440, 40, QImage::Format_RGB32);
+    wide.fill(Qt::red);
+    ASSERT_TRUE(wide.save(path));
+    rows.action = RowAction{.symbol = RowAction::Symbol::open, .label = "Open"};
+    table.selectRow(0, false);
+    const QImage withSymbol = table.grab().toImage();
+    rows.action->iconName = path.toStdString();
+    EXPECT_EQ(table.grab().toImage(), withSymbol);
+    int red = 0;
+    QElapsedTimer timer;
+    for (timer.start(); red == 0 && timer.elapsed() < 10000;) {
+        QCoreApplication::processEvents();
+        world.mainQueue().runPending();
+        const QImage image = table.grab().toImage();
+        for (int y = 0; y < kPitch; ++y)
+            if (image.pixelColor(kWidth - RowPainter::kRightInset - 11, y) == Qt::red) red++;
+    }
+    EXPECT_EQ(red, 2) << "22 by 2, as 440 by 40 is";
+}
+
+TEST_F(ResultTableTest, TheMenuByKeyOpensBelowTheText) {
+    const Theme large = Theme::make(Theme::kOwnHue, DesktopLook{.textScale = 1.5}, QFont());
+    table.setTheme(&large);
+    const double left = RowPainter::kTextLeft * 1.5;
+    EXPECT_NEAR(table.menuPlaceOfRow(0).x - table.mapToGlobal(QPoint()).x(), left, 1);
+    table.setLayoutDirection(Qt::RightToLeft);
+    EXPECT_NEAR(table.menuPlaceOfRow(0).x - table.mapToGlobal(QPoint()).x(), kWidth - left, 2);
+    table.setTheme(&theme);
 }

@@ -10,8 +10,8 @@ namespace {
 
 class RowMenuTest : public QtTest {
   protected:
-    void open() {
-        menu.popUp(items, {.hue = 0.6, .isDark = true}, {.corner = {20, 20}, .isByKey = true},
+    void open(bool isByKey = true) {
+        menu.popUp(items, {.hue = 0.6, .isDark = true}, {.corner = {20, 20}, .isByKey = isByKey},
                    [this](const auto& choice) { told.push_back(choice); });
     }
     void press(Qt::Key key) {
@@ -101,4 +101,11 @@ TEST_F(RowMenuTest, WhatTurnsOutDisabledIsNotTheChosenLine) {
     menu.update(items);
     EXPECT_EQ(menu.menu()->activeAction(), menu.menu()->actions()[2]);
     EXPECT_EQ(QApplication::activePopupWidget(), menu.menu());
+
+    items[0].isEnabled = true;
+    open(false);
+    menu.menu()->setActiveAction(menu.menu()->actions()[3]);  // by the pointer
+    items[3].isEnabled = false;
+    menu.update(items);
+    EXPECT_EQ(menu.menu()->activeAction(), nullptr);
 }

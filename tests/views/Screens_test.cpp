@@ -1,5 +1,8 @@
 #include <QCursor>
+#include <QElapsedTimer>
+#include <QScreen>
 #include <QTemporaryFile>
+#include <QThread>
 #include <QWindow>
 
 #include "views/AlertWindow.h"
@@ -28,10 +31,10 @@ class ScreensTest : ScreensFile, public QtTest {
 };
 
 struct Listener : WindowViewDelegate {
-    int moves = 0;
+    int moves = 0, resizes = 0;
     void windowDidBecomeKey() override {}
     void windowDidMove() override { moves++; }
-    void windowDidResize() override {}
+    void windowDidResize() override { resizes++; }
     void windowWillClose() override {}
     void stickyButtonClicked() override {}
 };
@@ -69,6 +72,8 @@ TEST_F(ScreensTest, AsksOnceMoreForItsPlaceWhereItComesUpElsewhere) {
     window.show();
     QApplication::processEvents();
     QWindow& native = *window.widget()->windowHandle();
+    window.hide();
+    window.show();  // all is made already: what comes next comes soon
     // By the window manager: first it counts a title bar in, later the user takes a key of its own.
     native.setPosition(native.position() + QPoint(2, 18));
     QApplication::processEvents();
@@ -78,6 +83,53 @@ TEST_F(ScreensTest, AsksOnceMoreForItsPlaceWhereItComesUpElsewhere) {
     QApplication::processEvents();
     EXPECT_EQ(window.frame(), (Rect{140, 500, 638, 64}));
     EXPECT_EQ(listener.moves, 1);
+}
+
+TEST_F(ScreensTest, WhileMonitorsComeAndGoOthersDoNotMoveItForLong) {
+    SearchWindow window;
+    window.setFrame({100, 500, 638, 64}, false);
+    window.show();
+    QApplication::processEvents();
+    QWindow& native = *window.widget()->windowHandle();
+    const auto pushed = [&] {
+        native.setPosition(native.position() + QPoint(70, 90));
+        QApplication::processEvents();
+    };
+    pushed();
+    const Rect left = window.frame();
+    EXPECT_EQ(left.x, 170);
+    Listener listener;
+    window.setDelegate(&listener);
+    QScreen& screen = *QGuiApplication::primaryScreen();
+    Q_EMIT screen.geometryChanged(screen.geometry());
+    pushed();
+    EXPECT_EQ(window.frame(), left);
+    // A letter is typed: the list makes it higher.
+    window.setFrame({left.x, left.y - 49, left.width, left.height + 49}, false);
+    EXPECT_EQ(listener.resizes, 1);
+    const QRect place = window.sheetPlace();
+    pushed();
+    EXPECT_NE(window.sheetPlace(), place);
+    QElapsedTimer timer;
+    for (timer.start(); window.sheetPlace() != place && timer.elapsed() < 10000;) {
+        QApplication::processEvents();
+        QThread::msleep(5);
+    }
+    EXPECT_EQ(window.sheetPlace(), place);
+    EXPECT_EQ(listener.moves, 0);
+    pushed();
+    EXPECT_EQ(listener.moves, 1);
+}
+
+TEST_F(ScreensTest, OnAnotherScreenTheClicksThroughItAreCountedAnew) {
+    int times = 0;
+    SearchWindow window(WindowSystem{.takeClicksIn = [&](uintptr_t, QRect) { times++; }});
+    window.show();
+    QApplication::processEvents();
+    const int before = times;
+    QWindow& native = *window.widget()->windowHandle();
+    Q_EMIT native.screenChanged(native.screen());
+    EXPECT_EQ(times, before + 1);
 }
 
 }  // namespace

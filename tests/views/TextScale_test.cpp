@@ -1,3 +1,5 @@
+#include <QLabel>
+
 #include "views/AlertWindow.h"
 #include "views/PreviewPanel.h"
 #include "views/QtTest.h"
@@ -78,13 +80,19 @@ TEST_F(TextScaleTest, AWindowThatIsMadeHasTheNewOneWhenItIsOpenedAgain) {
     window.show();
     page.show();
     const int before = window.widget()->width(), pageBefore = page.widget()->width();
-    window.hide();
-    page.hide();
+    const QWidget* const label = page.widget()->findChild<QLabel*>();
+    const QFont font = label->font();
     scale = kScale;
     for (QWidget* each : {window.widget(), page.widget()}) {
         QEvent changed(QEvent::ThemeChange);
         QCoreApplication::sendEvent(each, &changed);
     }
+    // What is open keeps its sizes, all of them.
+    EXPECT_EQ(window.widget()->width(), before);
+    EXPECT_EQ(page.widget()->width(), pageBefore);
+    EXPECT_EQ(label->font(), font);
+    window.hide();
+    page.hide();
     window.showPane(PreferencesPane::general);
     window.show();
     page.show();

@@ -31,7 +31,7 @@ void FormPane::build(const PreferencesForm& form) {
     QWidget* const content = makePaneContent();
     auto* const grid = new QGridLayout(content);
     const Theme& theme = *context_->theme;
-    grid->setContentsMargins(0, 2, 12, 12);
+    grid->setContentsMargins(0, theme.scaled(2), theme.scaled(12), theme.scaled(12));
     grid->setHorizontalSpacing(theme.scaled(kTitleGap));
     grid->setVerticalSpacing(0);
     grid->setColumnMinimumWidth(0, theme.scaled(kTitleWidth));

@@ -103,11 +103,12 @@ class HotKeyRow : public FormPane::Row {
         : Row(context, parent) {
         QLabel* const label = paneLabel(this, *context, Tone::text);
         setPaneText(*label, plainText(row.label), context->theme->scaled(kWidth));
-        label->setContentsMargins(0, 4, 0, 2);
-        label->setFixedHeight(label->height() + 6);
+        const int above = context->theme->scaled(4), below = context->theme->scaled(2);
+        label->setContentsMargins(0, above, 0, below);
+        label->setFixedHeight(label->height() + above + below);
         layout()->addWidget(label);
         auto* const line = new QHBoxLayout;
-        line->setSpacing(6);
+        line->setSpacing(context->theme->scaled(6));
         recorder_ = new HotKeyRecorder(context->keySymbols, context->theme, this);
         recorder_->setRecorded([this](const KeyEvent& event) {
             if (context_->delegate) context_->delegate->hotKeyRecorded(event);
@@ -161,7 +162,7 @@ FormPane::Row::Row(const PaneContext* context, QWidget* parent)
     : QWidget(parent), context_(context) {
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins({});
-    column->setSpacing(3);
+    column->setSpacing(context->theme->scaled(3));
     setFixedWidth(context->theme->scaled(kWidth));
 }
 
@@ -169,7 +170,7 @@ void FormPane::Row::addTexts(const PreferencesRow& row, int inset) {
     textWidth_ = width() - inset;
     auto* const texts = new QVBoxLayout;
     texts->setContentsMargins(inset, 0, 0, 0);
-    texts->setSpacing(3);
+    texts->setSpacing(context_->theme->scaled(3));
     explanation_ = paneLabel(this, *context_, Tone::quiet);
     message_ = paneLabel(this, *context_, Tone::quiet);
     setPaneText(*explanation_, plainText(row.explanation), textWidth_);

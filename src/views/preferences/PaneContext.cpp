@@ -63,10 +63,10 @@ QString paneStyle(const Theme& theme) {
                "  background: %2; color: %3; selection-background-color: %4;"
                "  selection-color: %5; }"
                "QLineEdit:focus { border: 2px solid %6; padding: %11px %12px; }"
-               "QMenu { background: %7; color: %3; border: 1px solid %1; padding: 4px; }"
-               "QMenu::item { padding: 6px 22px 6px 26px; border-radius: 4px; }"
+               "QMenu { background: %7; color: %3; border: 1px solid %1; padding: %13px; }"
+               "QMenu::item { padding: %14px %15px %14px %16px; border-radius: 4px; }"
                "QMenu::item:selected { background: %4; color: %5; }"
-               "QMenu::indicator { width: 13px; height: 13px; left: 7px; }"
+               "QMenu::indicator { width: %17px; height: %17px; left: %18px; }"
                "QScrollArea, QScrollArea > QWidget > QWidget#paneContent, QTableView"
                "  { background: transparent; border: none; }"
                "QTableView { selection-background-color: transparent; outline: none; }"
@@ -82,5 +82,11 @@ QString paneStyle(const Theme& theme) {
         .arg(theme.scaled(5))
         .arg(theme.scaled(9))
         .arg(theme.scaled(5) - 1)
-        .arg(theme.scaled(9) - 1);
+        .arg(theme.scaled(9) - 1)
+        .arg(theme.scaled(4))
+        .arg(theme.scaled(6))
+        .arg(theme.scaled(22))
+        .arg(theme.scaled(26))
+        .arg(theme.scaled(13))
+        .arg(theme.scaled(7));
 }

@@ -59,9 +59,9 @@ class RulesPane::Line : public QWidget {
 
         auto* const column = new QVBoxLayout(this);
         column->setContentsMargins({});
-        column->setSpacing(2);
+        column->setSpacing(context->theme->scaled(2));
         auto* const row = new QHBoxLayout;
-        row->setSpacing(6);
+        row->setSpacing(context->theme->scaled(6));
         row->addWidget(pattern, 1);
         row->addWidget(type_);
         if (fileTypes_) row->addWidget(fileTypes_);
@@ -109,13 +109,13 @@ class RulesPane::List : public QWidget {
         lines_ = new QVBoxLayout;
         lines_->setSpacing(context->theme->scaled(6));
         column->addWidget(title);
-        column->addSpacing(2);
+        column->addSpacing(context->theme->scaled(2));
         column->addWidget(explanation);
         column->addSpacing(context->theme->scaled(10));
         column->addLayout(lines_);
         column->addSpacing(context->theme->scaled(10));
         auto* const row = new QHBoxLayout;
-        row->setSpacing(8);
+        row->setSpacing(context->theme->scaled(8));
         add_ = new SheetButton(QStringLiteral("Add Rule"), SheetButton::Kind::plain, context->theme,
                                this);
         reset_ = new SheetButton(QStringLiteral("Reset…"), SheetButton::Kind::plain, context->theme,
@@ -182,8 +182,9 @@ RulesPane::RulesPane(const PaneContext* context, QWidget* parent)
     setUpPane(*this);
     QWidget* const content = makePaneContent();
     column_ = new QVBoxLayout(content);
-    column_->setContentsMargins(0, 2, 12, 12);
-    column_->setSpacing(26);
+    const int edge = context->theme->scaled(12);
+    column_->setContentsMargins(0, context->theme->scaled(2), edge, edge);
+    column_->setSpacing(context->theme->scaled(26));
     column_->setAlignment(Qt::AlignTop);
     setWidget(content);
 }

@@ -63,6 +63,25 @@ class Bar : public QDBusVirtualObject {
     QStringList items_;
 };
 
+/// Named in the environment, for a while.
+class CurrentDesktop {
+  public:
+    explicit CurrentDesktop(const char* name) { qputenv(kName, name); }
+    ~CurrentDesktop() {
+        if (had_)
+            qputenv(kName, before_);
+        else
+            qunsetenv(kName);
+    }
+    CurrentDesktop(const CurrentDesktop&) = delete;
+    CurrentDesktop& operator=(const CurrentDesktop&) = delete;
+
+  private:
+    static constexpr auto kName = "XDG_CURRENT_DESKTOP";
+    const bool had_ = qEnvironmentVariableIsSet(kName);
+    const QByteArray before_ = qgetenv(kName);
+};
+
 class LinuxStatusBarTest : public DisplayTest {
   protected:
     static QIcon icon() {
@@ -109,14 +128,16 @@ TEST_F(LinuxStatusBarTest, TheKeysOfTheMenuAreReadInEveryBar) {
         const char *desktop, *title, *shortcut;
     } cases[] = {{"XFCE", "Preferences\u2003Ctrl+,", ""}, {"X:KDE", "Preferences", "Ctrl+,"}};
     for (const auto& each : cases) {
-        qputenv("XDG_CURRENT_DESKTOP", each.desktop);
+        const CurrentDesktop desktop(each.desktop);
         Bar bar(bus);
         LinuxStatusBar statusBar(icon());
         statusBar.showStatusItem(
             {.toolTip = "Trovast", .action = {}, .menu = {{"Preferences", [] {}, "Ctrl+,"}}});
-        const auto menus = QApplication::topLevelWidgets();
-        const auto* const menu = qobject_cast<QMenu*>(menus.value(0));
+        const QMenu* menu = nullptr;
+        for (const QWidget* widget : QApplication::topLevelWidgets())
+            if (const auto* const found = qobject_cast<const QMenu*>(widget)) menu = found;
         ASSERT_TRUE(menu);
+        ASSERT_EQ(menu->actions().size(), 1);
         const QAction& entry = *menu->actions().at(0);
         EXPECT_EQ(entry.text(), QString::fromUtf8(each.title));
         EXPECT_EQ(entry.shortcut().toString(), QString::fromUtf8(each.shortcut));
