@@ -56,7 +56,8 @@ double median(std::vector<double> times) {
 
 Times milliseconds(int rowsOnScreen, double scale) {
     const Theme theme = Theme::make(Theme::kOwnHue, false, QApplication::font());
-    RowPainter painter(&theme);
+    IconCache icons;
+    RowPainter painter(&theme, icons);
     QImage image(QSize(int(kWidth * scale), int(rowsOnScreen * (kHeight + 2) * scale)),
                  QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(scale);

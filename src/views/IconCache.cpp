@@ -60,9 +60,46 @@ QPixmap fitted(const Picture& picture, QSize place, double scale) {
 
 QPixmap IconCache::pixmap(const std::string& iconName, int size, double scale) {
     const Key key{QString::fromStdString(iconName), size, scale};
-    auto found = pixmaps_.constFind(key);
-    if (found == pixmaps_.constEnd()) found = pixmaps_.insert(key, make(key.name, size, scale));
-    return *found;
+    const auto found = pixmaps_.constFind(key);
+    if (found != pixmaps_.constEnd()) return *found;
+    const QPixmap themed = ofTheme(key);
+    return *pixmaps_.insert(key, themed.isNull() ? drawn(key) : themed);
+}
+
+QPixmap IconCache::pixmapAtOnce(const std::string& iconName, int size, double scale) {
+    const Key key{QString::fromStdString(iconName), size, scale};
+    const auto found = pixmaps_.constFind(key);
+    if (found != pixmaps_.constEnd()) return *found;
+    want(key);
+    return *pixmaps_.insert(key, drawn(key));
+}
+
+void IconCache::prepare(int size, double scale) {
+    constexpr const char* kCommon[] = {
+        "folder",        "text-plain",       "application-pdf", "image-png", "image-jpeg",
+        "text-x-c++src", "text-x-python",    "text-markdown",   "text-html", "audio-mpeg",
+        "video-mp4",     "application-json", "application-zip", "unknown"};
+    for (const char* name : kCommon) {
+        const Key key{QString::fromLatin1(name), size, scale};
+        if (!pixmaps_.contains(key)) want(key);
+    }
+}
+
+void IconCache::want(const Key& key) {
+    wanted_.push_back(key);
+    if (wanted_.size() == 1) QTimer::singleShot(0, &life_, [this] { loadNext(); });
+}
+
+/// One a turn of the main loop: a theme's picture can take milliseconds.
+void IconCache::loadNext() {
+    if (wanted_.empty()) return;  // cleared meanwhile
+    const Key key = wanted_.front();
+    wanted_.pop_front();
+    if (!wanted_.empty()) QTimer::singleShot(0, &life_, [this] { loadNext(); });
+    const QPixmap themed = ofTheme(key);
+    if (themed.isNull()) return;
+    pixmaps_.insert(key, themed);
+    if (loadedBlock_) loadedBlock_();
 }
 
 QPixmap IconCache::applicationPixmap(const std::string& iconName, int size, double scale) {
@@ -119,18 +156,23 @@ QPixmap IconCache::pixmap(const std::shared_ptr<const Picture>& picture, int siz
     return smalls_.front().pixmap;
 }
 
-QPixmap IconCache::make(const QString& iconName, int size, double scale) const {
-    const QString generic = genericName(mimeTypes_, iconName);
-    for (const QString& name : {iconName, generic}) {
+/// Null where it has none.
+QPixmap IconCache::ofTheme(const Key& key) const {
+    for (const QString& name : {key.name, genericName(mimeTypes_, key.name)}) {
         if (name.isEmpty() || !QIcon::hasThemeIcon(name)) continue;
-        const QPixmap themed = QIcon::fromTheme(name).pixmap(QSize(size, size), scale);
+        const QPixmap themed = QIcon::fromTheme(name).pixmap(QSize(key.size, key.size), key.scale);
         if (!themed.isNull()) return themed;
     }
-    const int pixels = qRound(size * scale);
-    QPixmap drawn(pixels, pixels);
-    drawn.setDevicePixelRatio(scale);
-    drawn.fill(Qt::transparent);
-    QPainter painter(&drawn);
-    DrawnIcons::draw(painter, QRectF(0, 0, size, size), iconName, generic);
-    return drawn;
+    return {};
+}
+
+QPixmap IconCache::drawn(const Key& key) const {
+    const int pixels = qRound(key.size * key.scale);
+    QPixmap picture(pixels, pixels);
+    picture.setDevicePixelRatio(key.scale);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    DrawnIcons::draw(painter, QRectF(0, 0, key.size, key.size), key.name,
+                     genericName(mimeTypes_, key.name));
+    return picture;
 }

@@ -3,6 +3,7 @@
 #include <QMimeDatabase>
 #include <QObject>
 #include <QPixmap>
+#include <deque>
 #include <functional>
 #include <list>
 #include <memory>
@@ -15,22 +16,28 @@ QPixmap fitted(const Picture& picture, QSize place, double scale);
 
 /// Pictures for freedesktop icon names: from the desktop's icon theme, there also by the generic
 /// name of the media type, else drawn by ourselves.
-/// Owner:   RowPainter, PreviewBody. Threads: main; the files of applications' pictures are read on
-/// another, while there is a World.
+/// Owner:   ResultTable, PreviewBody. Threads: main; the files of applications' pictures are read
+/// on another, while there is a World.
 class IconCache {
   public:
     /// A square picture of size logical pixels for a screen of the given scale.
     QPixmap pixmap(const std::string& iconName, int size, double scale);
+    /// The same for whoever paints while somebody types: our own drawing until that of the theme
+    /// has been loaded, which begins after the caller has painted.
+    QPixmap pixmapAtOnce(const std::string& iconName, int size, double scale);
+    /// Loads, one after another, what most lists show.
+    void prepare(int size, double scale);
     /// Of an application: the name may be the path of a picture. Null where there is none, and
     /// until it has been loaded, which begins after the caller has painted.
     QPixmap applicationPixmap(const std::string& iconName, int size, double scale);
-    /// Called whenever one of an application has come.
+    /// Called whenever one that was asked for has come.
     void setLoadedBlock(std::function<void()> block) { loadedBlock_ = std::move(block); }
     /// A picture fitted into a square of size logical pixels.
     QPixmap pixmap(const std::shared_ptr<const Picture>& picture, int size, double scale);
     /// When the icon theme has changed.
     void clear() {
         pixmaps_.clear();
+        wanted_.clear();
         applications_.clear();
     }
 
@@ -44,12 +51,16 @@ class IconCache {
             return qHashMulti(seed, key.name, key.size, key.scale);
         }
     };
-    QPixmap make(const QString& iconName, int size, double scale) const;
+    QPixmap ofTheme(const Key& key) const;
+    QPixmap drawn(const Key& key) const;
+    void want(const Key& key);
+    void loadNext();
     void loadApplication(const Key& key);
     void readApplication(const Key& key);
     void keepApplication(const Key& key, const QPixmap& pixmap);
 
     QHash<Key, QPixmap> pixmaps_;       // as many as there are icon names in use: some hundreds
+    std::deque<Key> wanted_;            // of the theme
     QHash<Key, QPixmap> applications_;  // null: still to come, or there is none
     struct Small {
         std::shared_ptr<const Picture> picture;

@@ -28,13 +28,14 @@ ResultTable::ResultTable()
     setAccessibleName(QStringLiteral("Results"));
     scroller_->hide();
     qApp->installEventFilter(this);
+    icons_.setLoadedBlock([this] { update(); });
 }
 
 void ResultTable::setTheme(const Theme* theme) {
     const double top = clipOrigin().y;
     theme_ = theme;
-    painter_.emplace(theme);
-    painter_->icons().setLoadedBlock([this] { updateSelectedRows(); });
+    painter_.emplace(theme, icons_);
+    icons_.prepare(RowPainter::kIconSize, devicePixelRatioF() * theme->zoom);
     scroller_->setTheme(theme);
     setClipOrigin({0, top});
     updateScroller();
@@ -245,12 +246,6 @@ void ResultTable::updateRow(size_t row) {
     update(rowPlace(row).toAlignedRect());
 }
 
-void ResultTable::updateSelectedRows() {
-    const size_t top = rowAt(margin()).value_or(0);
-    for (size_t row = top; row < count_ && isRowVisible(row); ++row)
-        if (isSelected(row)) updateRow(row);
-}
-
 void ResultTable::drawClickedRow(QPainter& painter, const QRectF& place) const {
     constexpr double kRadius = 6, kLine = 1.5;
     painter.save();
@@ -380,6 +375,6 @@ Point ResultTable::menuPlaceOfRow(size_t row) const {
 void ResultTable::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() != QEvent::StyleChange || !painter_) return;
-    painter_->icons().clear();  // the icon theme may be another one
+    icons_.clear();  // the icon theme may be another one
     update();
 }

@@ -94,7 +94,6 @@ class ResultTable : public QWidget, public ResultTableView {
     void showToolTip(const QHelpEvent& event);
     void setOffset(double offset);
     void updateRow(size_t row);
-    void updateSelectedRows();
     /// Its menu is for it alone.
     void drawClickedRow(QPainter& painter, const QRectF& place) const;
     void updateScroller();
@@ -109,6 +108,7 @@ class ResultTable : public QWidget, public ResultTableView {
     void setSelection(std::set<size_t> rows);
 
     const Theme* theme_ = nullptr;
+    IconCache icons_;
     std::optional<RowPainter> painter_;
     Scroller* const scroller_;
     const ResultTableData* data_ = nullptr;

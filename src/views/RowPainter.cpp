@@ -58,8 +58,9 @@ void drawScissors(QPainter& painter) {
 
 }  // namespace
 
-RowPainter::RowPainter(const Theme* theme)
+RowPainter::RowPainter(const Theme* theme, IconCache& icons)
     : theme_(theme),
+      icons_(icons),
       suffixFont_(theme->pathFont),
       nameCap_(QFontMetricsF(theme->nameMarkFont).capHeight()),
       nameWidths_(theme->nameMarkFont),
@@ -192,7 +193,7 @@ void RowPainter::drawAction(QPainter& painter, const QRectF& icon, const RowActi
 void RowPainter::drawIcon(QPainter& painter, const QRectF& place, const std::string& name,
                           Look look) {
     const double scale = painter.device()->devicePixelRatioF() * theme_->zoom;
-    const QPixmap picture = icons_.pixmap(name, kIconSize, scale);
+    const QPixmap picture = icons_.pixmapAtOnce(name, kIconSize, scale);
     if (!theme_->dark && look != Look::selected) shade_.draw(painter, place, picture);
     painter.drawPixmap(place, picture, picture.rect());
 }

@@ -26,7 +26,7 @@ class RowPainter {
     static constexpr int kIconLeft = 15, kIconSize = 32, kTextLeft = 59, kRightInset = 17;
 
     /// theme: with fonts in units.
-    explicit RowPainter(const Theme* theme);
+    RowPainter(const Theme* theme, IconCache& icons);
     /// What is drawn beyond the content.
     struct Extras {
         bool isBrokenLink = false;
@@ -38,7 +38,6 @@ class RowPainter {
                        Qt::LayoutDirection direction) const;
     void draw(QPainter& painter, const QRectF& place, const RowContent& content, Look look,
               const Extras& extras = {false, std::nullopt});
-    IconCache& icons() { return icons_; }
 
   private:
     struct Line {
@@ -69,7 +68,7 @@ class RowPainter {
                     const RowContent& content, Look look, const Extras& extras);
 
     const Theme* theme_;
-    IconCache icons_;
+    IconCache& icons_;
     IconShade shade_;
     ShapedLines shapedLines_;
     QFont suffixFont_;  // of a remark behind the name

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <set>
 
+#include "support/TemporaryFolder.h"
 #include "views/ActionSymbols.h"
 #include "views/ProgramIcon.h"
 #include "views/QtTest.h"
@@ -31,6 +32,34 @@ TEST_F(IconCacheTest, HasAPictureForEveryKindWithoutAnIconTheme) {
     EXPECT_EQ(icons.pixmap("image-x-portable-pixmap", 32, 2).toImage(),
               icons.pixmap("image-png", 32, 2).toImage());
     EXPECT_EQ(icons.pixmap("", 32, 1).toImage(), icons.pixmap("no-such-thing", 32, 1).toImage());
+}
+
+TEST_F(IconCacheTest, WhoeverPaintsGetsTheDrawingFirstAndTheThemesPictureLater) {
+    const TemporaryFolder folder;
+    folder.file("theme/index.theme",
+                "[Icon Theme]\nName=theme\nDirectories=a\n[a]\nSize=32\nType=Fixed\n");
+    folder.folder("theme/a");
+    QImage blue(32, 32, QImage::Format_ARGB32_Premultiplied);
+    blue.fill(Qt::blue);
+    for (const char* name : {"text-plain.png", "folder.png"})
+        ASSERT_TRUE(blue.save(folder.at("theme/a").appending(name).c_str()));
+    QIcon::setThemeSearchPaths({folder.url().c_str()});
+    QIcon::setThemeName("theme");
+    IconCache icons;
+    int loaded = 0;
+    icons.setLoadedBlock([&] { loaded++; });
+    const auto isBlue = [&](const char* name) {
+        return icons.pixmapAtOnce(name, 32, 1).toImage().pixelColor(16, 16) == Qt::blue;
+    };
+    EXPECT_FALSE(isBlue("text-plain"));
+    EXPECT_FALSE(isBlue("folder"));
+    EXPECT_FALSE(isBlue("image-png"));
+    for (int turn = 0; turn < 100 && loaded < 2; ++turn)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    EXPECT_TRUE(isBlue("text-plain"));
+    EXPECT_TRUE(isBlue("folder"));
+    EXPECT_FALSE(isBlue("image-png")) << "the theme has none";
+    QIcon::setThemeSearchPaths({});
 }
 
 TEST_F(IconCacheTest, EachActionHasASymbolOfItsOwnWithinItsSquare) {
