@@ -14,7 +14,7 @@ constexpr double kBaseDepthPenalty = -0.05;
 constexpr double kBaseLengthPenalty = -0.01;
 constexpr double kRoughSlack = 1e-9;  // more than a rough score can be off
 constexpr size_t kBlock = 1024;
-constexpr size_t kPrefetchRecords = 32, kPrefetchNames = 16;
+constexpr size_t kPrefetchRecords = 16, kPrefetchNames = 8;
 constexpr size_t kMaxTermsByPositions = 8;
 
 /// What an item gets whose text had no say, or could only be refused.
