@@ -123,8 +123,8 @@ TEST_F(LiveIndexTest, AnUpdateLeavesTheSearchForAKeyStrokeAlone) {
     home_.file("root/sheet");
     start();
     Cache& cache = *searchMode().currentCache();
-    cache.performBlockExclusive([&](const WriteSection&) {  // the search waits for it
-        field().type(u"sheet");
+    cache.performBlockExclusive([&](const WriteSection&) {
+        field().type(u"h");  // one search, which waits for the section; a second would wait for it
         while (searchMode().abortSearch()) std::this_thread::yield();
         cache.setNextResultListUpdateDue();
         searchMode().triggerAutoUpdateTimer();
