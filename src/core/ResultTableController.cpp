@@ -107,10 +107,10 @@ void ResultTableController::updateActionIconsWithPreviouslySelectedRows(
     if (!rows.empty()) table_.redrawActions(rows);
 }
 
-void ResultTableController::updateActionIcons() {
+void ResultTableController::updateActionIcons(const std::vector<size_t>& previous) {
     const VisibleRows visible = visibleRows();
     const std::vector<size_t> selected = table_.selectedRows();
-    updateActionIconsWithPreviouslySelectedRows({.previouslySelectedRows = {},
+    updateActionIconsWithPreviouslySelectedRows({.previouslySelectedRows = previous,
                                                  .selectedRows = selected,
                                                  .firstVisibleIndex = visible.first,
                                                  .lastVisibleIndex = visible.last});
@@ -147,13 +147,8 @@ void ResultTableController::tableViewSelectionDidChange() {
         previous = {old->selectedRowIndexes.begin(), old->selectedRowIndexes.end()};
     mode->saveSelection();
     if (auto& saved = mode->selection()) saved->pathSelection.reset();
-    const std::vector<size_t> selected = table_.selectedRows();
-    const VisibleRows visible = visibleRows();
-    updateActionIconsWithPreviouslySelectedRows({.previouslySelectedRows = previous,
-                                                 .selectedRows = selected,
-                                                 .firstVisibleIndex = visible.first,
-                                                 .lastVisibleIndex = visible.last});
-    mode->selectionDidChangeFrom(previous, selected);
+    updateActionIcons(previous);
+    mode->selectionDidChangeFrom(previous, table_.selectedRows());
     host_.updateTextsOfCurrentMode();
 }
 

@@ -32,8 +32,8 @@ class ResultTableController : public ResultTableData {
         size_t firstVisibleIndex, lastVisibleIndex;
     };
     void updateActionIconsWithPreviouslySelectedRows(const ActionIconRows& rows);
-    /// Return does something else now to what is selected.
-    void updateActionIcons();
+    /// Return does something else now to what is selected, or was.
+    void updateActionIcons(const std::vector<size_t>& previous = {});
     /// As high as the rows need, the top edge where it was.
     void adjustWindowHeight();
     /// By the user's or the program's doing: the mode's selection follows.

@@ -70,7 +70,7 @@ QPixmap IconCache::pixmapAtOnce(const std::string& iconName, int size, double sc
     const Key key{QString::fromStdString(iconName), size, scale};
     const auto found = pixmaps_.constFind(key);
     if (found != pixmaps_.constEnd()) return *found;
-    want(key);
+    want(key, Kind::item);
     return *pixmaps_.insert(key, drawn(key));
 }
 
@@ -81,25 +81,29 @@ void IconCache::prepare(int size, double scale) {
         "video-mp4",     "application-json", "application-zip", "unknown"};
     for (const char* name : kCommon) {
         const Key key{QString::fromLatin1(name), size, scale};
-        if (!pixmaps_.contains(key)) want(key);
+        if (!pixmaps_.contains(key)) want(key, Kind::item);
     }
 }
 
-void IconCache::want(const Key& key) {
-    wanted_.push_back(key);
+void IconCache::want(const Key& key, Kind kind) {
+    const Wanted wanted{key, kind};
+    if (std::find(wanted_.begin(), wanted_.end(), wanted) != wanted_.end()) return;
+    wanted_.push_back(wanted);
     if (wanted_.size() == 1) QTimer::singleShot(0, &life_, [this] { loadNext(); });
 }
 
 /// One a turn of the main loop: a theme's picture can take milliseconds.
 void IconCache::loadNext() {
     if (wanted_.empty()) return;  // cleared meanwhile
-    const Key key = wanted_.front();
+    const auto [key, kind] = wanted_.front();
     wanted_.pop_front();
     if (!wanted_.empty()) QTimer::singleShot(0, &life_, [this] { loadNext(); });
-    const QPixmap themed = ofTheme(key);
-    if (themed.isNull()) return;
-    pixmaps_.insert(key, themed);
-    if (loadedBlock_) loadedBlock_();
+    if (kind == Kind::application)
+        loadApplication(key);
+    else if (const QPixmap themed = ofTheme(key); !themed.isNull())
+        keep(pixmaps_, key, themed);
+    else if (!pixmaps_.contains(key))
+        pixmaps_.insert(key, drawn(key));  // not looked for again
 }
 
 QPixmap IconCache::applicationPixmap(const std::string& iconName, int size, double scale) {
@@ -107,7 +111,7 @@ QPixmap IconCache::applicationPixmap(const std::string& iconName, int size, doub
     const auto found = applications_.constFind(key);
     if (found != applications_.constEnd()) return *found;
     applications_.insert(key, QPixmap());
-    QTimer::singleShot(0, &life_, [this, key] { loadApplication(key); });
+    want(key, Kind::application);
     return {};
 }
 
@@ -115,8 +119,8 @@ void IconCache::loadApplication(const Key& key) {
     if (key.name.startsWith(QLatin1Char('/')))
         readApplication(key);
     else
-        keepApplication(key,
-                        QIcon::fromTheme(key.name).pixmap(QSize(key.size, key.size), key.scale));
+        keep(applications_, key,
+             QIcon::fromTheme(key.name).pixmap(QSize(key.size, key.size), key.scale));
 }
 
 void IconCache::readApplication(const Key& key) {
@@ -129,14 +133,14 @@ void IconCache::readApplication(const Key& key) {
             const int side = qRound(key.size * key.scale);
             QImage picture = pictureIn(file.value().bytes, {side, side});
             MainQueue::async([this, key, life, picture = std::move(picture)] {
-                if (life) keepApplication(key, QPixmap::fromImage(picture));
+                if (life) keep(applications_, key, QPixmap::fromImage(picture));
             });
         });
 }
 
-void IconCache::keepApplication(const Key& key, const QPixmap& pixmap) {
+void IconCache::keep(QHash<Key, QPixmap>& pixmaps, const Key& key, const QPixmap& pixmap) {
     if (pixmap.isNull()) return;
-    QPixmap& kept = applications_[key];
+    QPixmap& kept = pixmaps[key];
     kept = pixmap;
     kept.setDevicePixelRatio(key.scale);
     if (loadedBlock_) loadedBlock_();

@@ -16,8 +16,8 @@ QPixmap fitted(const Picture& picture, QSize place, double scale);
 
 /// Pictures for freedesktop icon names: from the desktop's icon theme, there also by the generic
 /// name of the media type, else drawn by ourselves.
-/// Owner:   ResultTable, PreviewBody. Threads: main; the files of applications' pictures are read
-/// on another, while there is a World.
+/// Owner:   ResultTable, PreviewBody, RowMenu. Threads: main; the files of applications' pictures
+/// are read on another, while there is a World.
 class IconCache {
   public:
     /// A square picture of size logical pixels for a screen of the given scale.
@@ -51,16 +51,22 @@ class IconCache {
             return qHashMulti(seed, key.name, key.size, key.scale);
         }
     };
+    enum class Kind { item, application };
+    struct Wanted {
+        Key key;
+        Kind kind;
+        friend bool operator==(const Wanted&, const Wanted&) = default;
+    };
     QPixmap ofTheme(const Key& key) const;
     QPixmap drawn(const Key& key) const;
-    void want(const Key& key);
+    void want(const Key& key, Kind kind);
     void loadNext();
     void loadApplication(const Key& key);
     void readApplication(const Key& key);
-    void keepApplication(const Key& key, const QPixmap& pixmap);
+    void keep(QHash<Key, QPixmap>& pixmaps, const Key& key, const QPixmap& pixmap);
 
     QHash<Key, QPixmap> pixmaps_;       // as many as there are icon names in use: some hundreds
-    std::deque<Key> wanted_;            // of the theme
+    std::deque<Wanted> wanted_;         // still to be loaded
     QHash<Key, QPixmap> applications_;  // null: still to come, or there is none
     struct Small {
         std::shared_ptr<const Picture> picture;

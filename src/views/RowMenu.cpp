@@ -37,14 +37,11 @@ class KeyedMenu : public QMenu {
     }
 };
 
-/// Holds the place of one that is still to come.
-QIcon emptyIcon(int side) {
-    QPixmap picture(side, side);
-    picture.fill(Qt::transparent);
-    return picture;
-}
-
 }  // namespace
+
+RowMenu::RowMenu(WindowSystem system) : system_(std::move(system)) {
+    icons_.setLoadedBlock([this] { showIcons(); });
+}
 
 RowMenu::~RowMenu() {
     delete menu_;
@@ -96,15 +93,14 @@ QAction* RowMenu::addItem(QMenu& menu, const MenuItem& item, const std::string& 
         QMenu* const inner = makeMenu(&menu);
         inner->setTitle(text);
         fill(*inner, item.items, item.identifier);
-        QObject::connect(inner, &QMenu::aboutToShow, inner, [this] { loadNextIcon(); });
+        QObject::connect(inner, &QMenu::aboutToShow, inner, [this] { showIcons(); });
         return menu.addMenu(inner);
     }
     QAction* const action = menu.addAction(text);
     QObject::connect(action, &QAction::triggered, action,
                      [this, choice = MenuChoice{submenu, item.identifier}] { choice_ = choice; });
     if (!item.iconName.empty()) {
-        action->setIcon(emptyIcon(style_.icon()));
-        icons_.push_back({action, QString::fromStdString(item.iconName)});
+        wanted_.push_back({action, item.iconName});
     }
     return action;
 }
@@ -127,7 +123,7 @@ void RowMenu::update(const std::vector<MenuItem>& items) {
         if (QMenu* const inner = action.menu()) {
             inner->clear();
             fill(*inner, items[i].items, items[i].identifier);
-            if (inner->isVisible()) loadNextIcon();
+            if (inner->isVisible()) showIcons();
         }
         if (!action.isSeparator()) showState(action, items[i]);
     }
@@ -141,19 +137,16 @@ void RowMenu::update(const std::vector<MenuItem>& items) {
         menu_->setActiveAction(nullptr);
 }
 
-void RowMenu::loadNextIcon() {
-    while (!icons_.empty()) {
-        const Wanted wanted = icons_.front();
-        icons_.pop_front();
-        if (!wanted.action || !menu_) continue;
-        const bool isFile = wanted.icon.startsWith(QLatin1Char('/'));
-        QIcon icon = isFile ? QIcon(wanted.icon) : QIcon::fromTheme(wanted.icon);
-        if (icon.isNull()) icon = QIcon::fromTheme(QStringLiteral("application-x-executable"));
-        const QPixmap picture =
-            icon.pixmap({style_.icon(), style_.icon()}, menu_->devicePixelRatioF());
-        if (!picture.isNull()) wanted.action->setIcon(picture);
-        QTimer::singleShot(0, menu_, [this] { loadNextIcon(); });
-        return;
+/// What has been loaded; the rest is asked for.
+void RowMenu::showIcons() {
+    if (!menu_) return;
+    const double scale = menu_->devicePixelRatioF();
+    for (const Wanted& wanted : wanted_) {
+        if (!wanted.action) continue;
+        const QPixmap picture = icons_.applicationPixmap(wanted.icon, style_.icon(), scale);
+        wanted.action->setIcon(
+            picture.isNull() ? icons_.pixmapAtOnce("application-x-executable", style_.icon(), scale)
+                             : picture);
     }
 }
 
@@ -166,7 +159,8 @@ void RowMenu::close() {
 void RowMenu::finish() {
     if (menu_) menu_->deleteLater();
     menu_.clear();
-    icons_.clear();
+    wanted_.clear();
+    icons_.clear();  // the theme may be another one next time
     const auto choice = std::exchange(choice_, std::nullopt);
     if (const Ended ended = std::exchange(ended_, nullptr)) ended(choice);
 }

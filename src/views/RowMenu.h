@@ -2,17 +2,18 @@
 #include <QAction>
 #include <QMenu>
 #include <QPointer>
-#include <deque>
+#include <vector>
 
 #include "screen/MenuView.h"
+#include "views/IconCache.h"
 #include "views/RowMenuStyle.h"
 #include "views/WindowSystem.h"
 
-/// The context menu. Icons of applications come one by one once their submenu is open.
+/// The context menu. Icons of applications come once their submenu is open.
 /// Owner:   main. Threads: main.
 class RowMenu : public MenuView {
   public:
-    explicit RowMenu(WindowSystem system) : system_(std::move(system)) {}
+    explicit RowMenu(WindowSystem system);
     ~RowMenu() override;
 
     // MenuView
@@ -28,21 +29,22 @@ class RowMenu : public MenuView {
   private:
     struct Wanted {
         QPointer<QAction> action;
-        QString icon;
+        std::string icon;
     };
     QMenu* makeMenu(QWidget* parent);
     void fill(QMenu& menu, const std::vector<MenuItem>& items, const std::string& submenu);
     QAction* addItem(QMenu& menu, const MenuItem& item, const std::string& submenu);
     /// Of those that are enabled.
     void chooseFirst();
-    void loadNextIcon();
+    void showIcons();
     void finish();
 
     const WindowSystem system_;
     RowMenuStyle style_;
     QPointer<QMenu> menu_;
-    bool isByKey_ = false;      // who opened it
-    std::deque<Wanted> icons_;  // still to be loaded
+    bool isByKey_ = false;  // who opened it
+    IconCache icons_;
+    std::vector<Wanted> wanted_;  // of applications
     std::optional<MenuChoice> choice_;
     Ended ended_;  // while it is open
 };

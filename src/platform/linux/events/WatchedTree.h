@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "platform/linux/events/FolderTree.h"
-#include "platform/linux/events/MountTable.h"
 #include "platform/linux/events/WatchSet.h"
 #include "util/FileURL.h"
 
+class MountTable;
 struct statx;
 
 /// The folders below those that were asked for, each with a watch, and the way down to them, so

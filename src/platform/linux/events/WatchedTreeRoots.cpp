@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "platform/linux/events/MountTable.h"
 #include "platform/linux/events/WatchedTree.h"
 #include "util/log.h"
 
